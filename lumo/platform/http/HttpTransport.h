@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "lumo/platform/core/SmartPtr.h"
+#include "lumo/platform/http/HttpMessage.h"
+
+/// Settings of the transport; the defaults change nothing.
+struct HttpTransportSettings {
+  /// File of CA certificates in PEM form; empty for the system's.
+  std::string caFile;
+  /// Client certificate and its key, files in PEM form; empty for none.
+  std::string clientCertificateFile;
+  std::string clientKeyFile;
+  /// Address of a proxy; empty for the environment's. Loopback addresses are never proxied.
+  std::string proxy;
+  /// Called while a call runs with the bytes sent and received so far; false ends the call without
+  /// a reply. It must not throw.
+  std::function<bool(std::uint64_t sent, std::uint64_t received)> progress;
+  /// Largest reply body that is accepted, in bytes; 0 for any.
+  std::size_t maxReplyBytes = 0;
+};
+
+/// Everything but the message that an exchange depends on.
+struct HttpOptions {
+  std::string baseUrl;  ///< without trailing slashes
+  /// Longest name resolution, connection, silence while sending and silence while receiving, in
+  /// ms; 0 waits for ever.
+  int resolveTimeout = 0;
+  int connectTimeout = 0;
+  int sendTimeout = 0;
+  int receiveTimeout = 0;
+  bool hasCredentials = false;
+  std::string user;
+  std::string password;
+  bool autologon = false;
+  HttpTransportSettings settings;
+};
+
+/// Carries one message to the server and its reply back. Used by several threads at once.
+class LUMO_API HttpTransport : public SmartPtrTarget_ts {
+ public:
+  /// 0 when a complete reply arrived, which is then in the message; otherwise an error number, and
+  /// the message has the error's text. The options of earlier calls stay alive and unchanged as
+  /// long as somebody holds them, so that their address tells whether anything changed.
+  virtual int Send(std::shared_ptr<HttpOptions const> const& options, std::string const& path,
+                   eHttpVerb verb, HttpMessage& message) = 0;
+};
+
+/// Makes the transport of a new `HttpClient`.
+using HttpTransportFactory = std::function<SmartPtr<HttpTransport>()>;

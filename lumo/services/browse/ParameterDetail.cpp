@@ -1,0 +1,61 @@
+#include "lumo/services/browse/ParameterDetail.h"
+
+#include "lumo/xml/Words.h"
+
+namespace {
+
+using ScaleType = ParameterDetail::ScaleType;
+using Interpolation = ParameterDetail::Interpolation;
+using ParameterType = ParameterDetail::ParameterType;
+
+constexpr lumo::Word<ScaleType::eScaleType> kScaleWords[] = {
+    {ScaleType::NotSet, "NotSet"},
+    {ScaleType::Linear, "Linear"},
+    {ScaleType::Log, "Log"},
+};
+constexpr lumo::Word<Interpolation::eInterpolation> kInterpolationWords[] = {
+    {Interpolation::None, "None"},
+    {Interpolation::Linear, "Linear"},
+    {Interpolation::CubicSpline, "CubicSpline"},
+};
+constexpr lumo::Word<ParameterType::eParameterType> kTypeWords[] = {
+    {ParameterType::NumericUnrestricted, "NumericUnrestricted"},
+    {ParameterType::NumericRestricted, "NumericRestricted"},
+    {ParameterType::Discrete, "Discrete"},
+};
+
+lumo::WordTable<ScaleType::eScaleType> scales;
+lumo::WordTable<Interpolation::eInterpolation> interpolations;
+lumo::WordTable<ParameterType::eParameterType> types;
+
+}  // namespace
+
+void ParameterDetail::ScaleType::StaticInit() { scales.Fill(kScaleWords); }
+void ParameterDetail::ScaleType::StaticShutdown() { scales.Clear(); }
+ScaleType::eScaleType ParameterDetail::ScaleType::FromString(std::string const& text) {
+  return scales.ValueOf(text);
+}
+
+void ParameterDetail::Interpolation::StaticInit() { interpolations.Fill(kInterpolationWords); }
+void ParameterDetail::Interpolation::StaticShutdown() { interpolations.Clear(); }
+Interpolation::eInterpolation ParameterDetail::Interpolation::FromString(std::string const& text) {
+  return interpolations.ValueOf(text);
+}
+
+void ParameterDetail::ParameterType::StaticInit() { types.Fill(kTypeWords); }
+void ParameterDetail::ParameterType::StaticShutdown() { types.Clear(); }
+ParameterType::eParameterType ParameterDetail::ParameterType::FromString(std::string const& text) {
+  return types.ValueOf(text);
+}
+
+void ParameterDetail::StaticInit() {
+  ScaleType::StaticInit();
+  Interpolation::StaticInit();
+  ParameterType::StaticInit();
+}
+
+void ParameterDetail::StaticShutdown() {
+  ScaleType::StaticShutdown();
+  Interpolation::StaticShutdown();
+  ParameterType::StaticShutdown();
+}

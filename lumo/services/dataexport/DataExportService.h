@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "lumo/session/LumoSession.h"
+
+/// Attribute values of many records in one call.
+class LUMO_API DataExportService : public SmartPtrTarget_ts {
+ public:
+  /// The session must outlive the service and its operations.
+  explicit DataExportService(LumoSession* session);
+  /// Namespace of the service for an interface version such as "16/01".
+  static std::string GetDataExportDefinition(std::string const& version);
+};

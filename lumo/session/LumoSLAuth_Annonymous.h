@@ -1,0 +1,10 @@
+#pragma once
+
+#include "lumo/session/ILumoSLAuthModule.h"
+
+/// No log-on.
+class LUMO_API LumoSLAuth_Annonymous : public ILumoSLAuthModule {
+ public:
+  static SmartPtr<ILumoSLAuthModule> CreateOne();
+  void ApplyAuthentication(SmartPtr<HttpClient> client) override;
+};

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "lumo/platform/core/Time.h"
+#include "lumo/session/OperationBase.h"
+
+/// The road of one call: request object, envelope, bytes, server, bytes, document, response object.
+/// Failures of server and transport never throw; they are in the response:
+///
+///     GetTablesResponse response;
+///     services->GetBrowseService()->GetGetTablesImpl()->RequestTables(request, &response);
+///     int code = response.GetServiceLayerResponse()->GetResponseCode();
+///
+/// Values in the reply that do not convert throw the standard exceptions. An operation object
+/// keeps nothing between calls and may be used by several threads at once.
+template <class RequestType, class ResponseType>
+class Operation : public OperationBase {
+ public:
+  /// Makes the call. The body stays empty for a null `request`; with a null `response` the request
+  /// is sent all the same. `logger` may be null. A call that fails leaves the old contents of
+  /// `response` in place and sets only its `ServiceLayerResponse`.
+  void ExecuteRequestInternal(SmartPtr<IRequest> const& request, ResponseType* response,
+                              ILogger* logger) {
+    std::uint64_t const start = Time::GetPerformanceTime();
+    SmartPtr<HttpMessage> const message = BuildRequestHandle(request);
+    Post(message);
+    HandleReply(*message, response, logger);
+    LogTiming(logger, start, *message);
+  }
+
+  /// The response that the document holds; null when it holds none.
+  virtual SmartPtr<ResponseType> ProcessResponse(XmlDocument<char>* document) {
+    return ResponseType::CreateOne(FindResponseNode(*document));
+  }
+
+ protected:
+  using OperationBase::OperationBase;
+
+ private:
+  void HandleReply(HttpMessage const& message, ResponseType* response, ILogger* logger) {
+    if (response == nullptr) return LogError(logger, "Response cannot be NULL.");
+    SmartPtr<ServiceLayerResponse> const outcome = MakeOutcome(message, logger);
+    response->SetServiceLayerResponse(outcome);
+    if (!message.GetResponseBuffer()) return;
+    if (SmartPtr<ResponseType> const parsed = Read(message, logger)) {
+      *response = *parsed;
+      response->SetServiceLayerResponse(outcome);
+    }
+    if (message.GetStatus() != eHttpStatusCode_OK) LogFailure(logger, *outcome);
+  }
+
+  /// The tree is gone before the response is handed over.
+  SmartPtr<ResponseType> Read(HttpMessage const& message, ILogger* logger) {
+    bool const isSuccess = message.GetStatus() == eHttpStatusCode_OK;
+    if (!isSuccess && logger == nullptr) return nullptr;  // nobody to tell of a malformed reply
+    std::unique_ptr<XmlDocument<char>> const document = ParseReply(message, logger);
+    return isSuccess ? ProcessResponse(document.get()) : nullptr;
+  }
+};

@@ -1,0 +1,141 @@
+#include "lumo/session/OperationBase.h"
+
+#include <charconv>
+#include <iterator>
+#include <string_view>
+
+#include "lumo/platform/core/Time.h"
+#include "lumo/xml/NodeWriter.h"
+#include "lumo/xml/XMLUtilites.h"
+
+namespace {
+
+constexpr int kTimingLevel = 3;
+constexpr int kLocalFailure = 500;
+
+/// Six decimals, whatever the process locale.
+std::string SecondsText(double seconds) {
+  char text[64];
+  auto const end =
+      std::to_chars(std::begin(text), std::end(text), seconds, std::chars_format::fixed, 6).ptr;
+  return {text, static_cast<std::size_t>(end - text)};
+}
+
+}  // namespace
+
+OperationBase::OperationBase(LumoSession* session, std::string const& serviceNamespace,
+                             std::string const& prefix)
+    : m_session(session), m_namespace(serviceNamespace), m_prefix(prefix) {
+  if (session == nullptr) return;
+  m_actAsReadUser = session->GetActAsReadUser();
+  m_applicationName = session->GetApplicationName();
+}
+
+std::string OperationBase::GetRootTagName() const { return GetOperationName(); }
+
+std::string OperationBase::GetResponseTagName() const { return GetOperationName() + "Response"; }
+
+SmartPtr<HttpMessage> OperationBase::BuildRequestHandle(SmartPtr<IRequest> const& request) const {
+  auto message = HttpMessage::CreateOne();
+  message->SetIsWrite(IsWrite());
+  BuildRequest(message, request);
+  return message;
+}
+
+void OperationBase::BuildRequest(SmartPtr<HttpMessage> const& message,
+                                 SmartPtr<IRequest> const& request) const {
+  if (m_session == nullptr) return;  // nothing can be sent
+  m_session->FillRequestHeaders(message, m_namespace + "/" + GetOperationName() + "Request");
+
+  auto const document = std::make_unique<XmlDocument<char>>();
+  XmlNode<char>* const envelopeNode =
+      XMLUtilites::CreateSOAPHeader(document.get(), m_session->GetZorandBaseTypeDefinition());
+  lumo::NodeWriter envelope(envelopeNode);
+  envelope.Attribute("xmlns:" + m_prefix, m_namespace);
+  PopulateHeaderNode(envelope.Into("soapenv:Header").Node(), document.get());
+  lumo::NodeWriter body = envelope.Into("soapenv:Body");
+  if (request) request->CreateXMLNode(body.Into(m_prefix + ":" + GetRootTagName()).Node());
+
+  SmartPtr<HttpMessageBuffer> const buffer = message->GetRequestBuffer();
+  buffer->SetMessage(XMLUtilites::Print(*document));
+  buffer->GetSignal().Set();
+}
+
+void OperationBase::PopulateHeaderNode(XmlNode<char>* header, XmlDocument<char>* document) const {
+  if (header == nullptr || document == nullptr) return;
+  if (m_actAsReadUser == HeaderVals::True) {  // the element's presence alone means true
+    header->append_node(XMLUtilites::CreateNode("header:actAsReadUser", "", document));
+  }
+  if (!m_applicationName.empty()) {
+    header->append_node(
+        XMLUtilites::CreateNode("header:applicationName", m_applicationName, document));
+  }
+}
+
+ILogger* OperationBase::SessionLogger() const {
+  return m_session == nullptr ? nullptr : m_session->GetLogger();
+}
+
+void OperationBase::Log(ILogger* logger, int level, std::string const& text) const {
+  if (logger != nullptr) logger->Log(level, GetOperationName() + ": " + text);
+}
+
+void OperationBase::LogTiming(ILogger* logger, std::uint64_t start,
+                              HttpMessage const& message) const {
+  if (logger == nullptr) return;
+  float const total = Time::PerformanceTimeToSeconds(Time::GetPerformanceTime() - start);
+  Log(logger, kTimingLevel,
+      "Call took a total time " + SecondsText(total) + "s, with a " +
+          SecondsText(message.GetServiceLayerTime()) + "s spent in Lumo:ServiceLayer.");
+}
+
+void OperationBase::LogFailure(ILogger* logger, ServiceLayerResponse const& outcome) const {
+  if (logger == nullptr) return;  // the texts are not made for nobody
+  LogError(logger,
+           "Request failed and returned code: " + std::to_string(outcome.GetResponseCode()) +
+               ", Request: " + outcome.GetRequestMessage() +
+               " \n Response: " + outcome.GetResponseMessage());
+}
+
+void OperationBase::Post(SmartPtr<HttpMessage> const& message) const {
+  if (m_session == nullptr) return;
+  std::string const applicationName = m_session->GetApplicationName();
+  if (!applicationName.empty()) {
+    message->AddRequestHeader("X-Zorand-ApplicationName", applicationName);
+  }
+  SmartPtr<HttpClient> const client = m_session->HttpClientPtr();
+  if (!client) return;
+  std::uint64_t const start = Time::GetPerformanceTime();
+  client->SendRequest(GetService(), eHttpVerb_Post, message);
+  message->AddServiceLayerTime(Time::PerformanceTimeToSeconds(Time::GetPerformanceTime() - start));
+}
+
+SmartPtr<ServiceLayerResponse> OperationBase::MakeOutcome(HttpMessage const& message,
+                                                          ILogger* logger) const {
+  SmartPtr<HttpMessageBuffer> const reply = message.GetResponseBuffer();
+  SmartPtr<ServiceLayerResponse> const outcome =
+      reply ? new ServiceLayerResponse(reply, message.GetStatusCode())
+            : new ServiceLayerResponse(GetOperationName() + " FAILED", kLocalFailure);
+  outcome->SetRequestBuffer(message.GetRequestBuffer());
+  if (!reply && logger != nullptr) {
+    LogError(logger,
+             "Could not access the response object. Sent request: " + outcome->GetRequestMessage());
+  }
+  return outcome;
+}
+
+std::unique_ptr<XmlDocument<char>> OperationBase::ParseReply(HttpMessage const& message,
+                                                             ILogger* logger) const {
+  auto document = std::make_unique<XmlDocument<char>>();
+  SmartPtr<HttpMessageBuffer> const reply = message.GetResponseBuffer();
+  if (!XMLUtilites::Parse(reply->Begin(), reply->End(), *document)) {
+    LogError(logger, "Response is not well-formed XML: " + std::string(lumo::LastXmlError()));
+  }
+  return document;
+}
+
+XmlNode<char> const* OperationBase::FindResponseNode(XmlDocument<char> const& document) const {
+  XmlNode<char> const* const envelope = document.first_node("s:Envelope");
+  XmlNode<char> const* const body = envelope == nullptr ? nullptr : envelope->first_node("s:Body");
+  return XMLUtilites::GetNode(GetResponseTagName(), body);
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "lumo/session/IRequest.h"
+#include "lumo/session/LumoSession.h"
+#include "lumo/session/ServiceLayerResponse.h"
+
+/// What one operation needs to be called: session, namespace and names. Builds the request and
+/// reports what became of it; `Operation` has the road of a call.
+class LUMO_API OperationBase : public SmartPtrTarget_ts {
+ public:
+  /// Name of the operation, which begins every log line.
+  virtual std::string const& GetOperationName() const = 0;
+  /// Path of the service below the session's URL.
+  virtual std::wstring const& GetService() const = 0;
+  /// Name of the request's element, without its prefix.
+  virtual std::string GetRootTagName() const;
+  /// Name of the element in the reply's body from which the response is read.
+  virtual std::string GetResponseTagName() const;
+
+  /// A message with headers and envelope; the body stays empty for a null request.
+  SmartPtr<HttpMessage> BuildRequestHandle(SmartPtr<IRequest> const& request) const;
+  void BuildRequest(SmartPtr<HttpMessage> const& message, SmartPtr<IRequest> const& request) const;
+  void PopulateHeaderNode(XmlNode<char>* header, XmlDocument<char>* document) const;
+
+ protected:
+  OperationBase(LumoSession* session, std::string const& serviceNamespace,
+                std::string const& prefix);
+
+  /// Whether the operation changes data on the server: such a request is never sent twice.
+  virtual bool IsWrite() const { return false; }
+
+  ILogger* SessionLogger() const;
+  /// Logs the operation's name followed by `text`; does nothing without a logger.
+  void Log(ILogger* logger, int level, std::string const& text) const;
+  void LogError(ILogger* logger, std::string const& text) const { Log(logger, 1, text); }
+  void LogTiming(ILogger* logger, std::uint64_t start, HttpMessage const& message) const;
+  void LogFailure(ILogger* logger, ServiceLayerResponse const& outcome) const;
+
+  /// Sends the message and adds the time it took to the message.
+  void Post(SmartPtr<HttpMessage> const& message) const;
+  /// Status and texts of what came back; logs when no reply did.
+  SmartPtr<ServiceLayerResponse> MakeOutcome(HttpMessage const& message, ILogger* logger) const;
+  /// The reply's document; an empty one, and a log line, when the reply is not XML.
+  std::unique_ptr<XmlDocument<char>> ParseReply(HttpMessage const& message, ILogger* logger) const;
+  /// The response's element in the reply; null when there is none.
+  XmlNode<char> const* FindResponseNode(XmlDocument<char> const& document) const;
+
+ private:
+  LumoSession* m_session;
+  std::string m_namespace;
+  std::string m_prefix;
+  HeaderVals::eOptionalBool m_actAsReadUser = HeaderVals::NotSet;
+  std::string m_applicationName;
+};

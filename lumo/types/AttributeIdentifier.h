@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+#include "lumo/xml/FromXml.h"
+
+/// Says to which attribute something in a reply belongs.
+class LUMO_API AttributeIdentifier : public lumo::FromXml<AttributeIdentifier> {
+ public:
+  AttributeIdentifier() = default;
+  explicit AttributeIdentifier(XmlNode<char> const* node);
+
+  std::string const& GetAttributeName() const { return m_attributeName; }
+  void SetAttributeName(std::string const& name) { m_attributeName = name; }
+  /// Identity of the attribute; 0 means not set.
+  int GetAttributeID() const { return m_attributeID; }
+  void SetAttributeID(int attributeID) { m_attributeID = attributeID; }
+  /// Empty when the attribute has no standard name.
+  std::string const& GetStandardAttributeName() const { return m_standardAttributeName; }
+  void SetStandardAttributeName(std::string const& name) { m_standardAttributeName = name; }
+
+ private:
+  std::string m_attributeName;
+  int m_attributeID = 0;
+  std::string m_standardAttributeName;
+};

@@ -1,0 +1,34 @@
+#include "lumo/values/AttributeValue.h"
+
+#include "lumo/values/AttributeTypes.h"
+
+lumo::NameRegistry AttributeValue::s_factory;
+
+void AttributeValue::RegisterTypes() {
+  s_factory = {
+      {"IntegerDataValue", AttributeTypes::INTEGER_TYPE_STRING},
+      {"RangeDataValue", AttributeTypes::RANGE_TYPE_STRING},
+      {"PointDataValue", AttributeTypes::POINT_TYPE_STRING},
+      {"TabularDataValue", AttributeTypes::TABULAR_TYPE_STRING},
+      {"LogicalDataValue", AttributeTypes::LOGICAL_TYPE_STRING},
+      {"ShortTextDataValue", AttributeTypes::SHORT_TEXT_TYPE_STRING},
+      {"LongTextDataValue", AttributeTypes::LONG_TEXT_TYPE_STRING},
+      {"HyperlinkDataValue", AttributeTypes::HYPERLINK_TYPE_STRING},
+      {"DiscreteDataValue", AttributeTypes::DISCRETE_TYPE_STRING},
+      {"DateDataValue", AttributeTypes::DATE_TIME_TYPE_STRING},
+      {"FileDataValue", AttributeTypes::FILE_TYPE_STRING},
+      {"PictureDataValue", AttributeTypes::PICTURE_TYPE_STRING},
+      {"FloatFunctionalSeriesDataValue", AttributeTypes::FLOAT_FUNCTIONAL_SERIES_TYPE_STRING},
+      {"FloatFunctionalGriddedDataValue", AttributeTypes::FLOAT_FUNCTIONAL_GRIDDED_TYPE_STRING},
+  };
+}
+
+AttributeValue::AttributeValue(XmlNode<char> const* node) : FromXml(node) {
+  if (node == nullptr) return;
+  for (auto* child = node->first_node(); child != nullptr; child = child->next_sibling()) {
+    auto const [typeCode, value] = lumo::BuildRegistered(s_factory, *child);
+    if (!typeCode.empty()) m_dataType = typeCode;
+    m_dataValue = value;
+    if (m_dataValue) return;
+  }
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "lumo/types/AttributeIdentifier.h"
+#include "lumo/values/NameRegistry.h"
+
+/// Value of one attribute of a record. Lists, links and empty values do not occur here: such an
+/// element counts as unsupported.
+class LUMO_API AttributeValue : public lumo::FromXml<AttributeValue, AttributeIdentifier> {
+ public:
+  /// Type codes by the name of a value element; filled by library start-up, emptied by shut-down.
+  static lumo::NameRegistry s_factory;
+  static lumo::NameRegistry& AccessRegistry() { return s_factory; }
+  static void RegisterTypes();
+
+  AttributeValue() = default;
+  explicit AttributeValue(XmlNode<char> const* node);
+
+  /// Type code of the value, "UNSUPPORTED DATA TYPE" when none was recognised.
+  std::string const& GetDataType() const { return m_dataType; }
+  /// Null when the reply held no value of a known type.
+  SmartPtr<IDataValue> GetDataValue() const { return m_dataValue; }
+  /// Shares `value`, which may be null; the data type stays as it is.
+  void SetDataValue(IDataValue* value) { m_dataValue = value; }
+
+ private:
+  std::string m_dataType = "UNSUPPORTED DATA TYPE";
+  SmartPtr<IDataValue> m_dataValue;
+};

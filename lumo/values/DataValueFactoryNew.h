@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+
+#include "lumo/platform/core/NoCopy.h"
+#include "lumo/values/IDataValue.h"
+
+/// Builds values of one type from their elements. A factory enters itself into `s_factories` when
+/// it is made and leaves when it is destroyed; library start-up makes one per value class.
+class LUMO_API DataValueFactoryNew : public NoCopy {
+ public:
+  /// Every live factory by its type code. Not locked: it changes only while no call runs.
+  static std::unordered_map<std::string, DataValueFactoryNew*> s_factories;
+
+  explicit DataValueFactoryNew(std::string const& typeCode);
+  virtual ~DataValueFactoryNew();
+  /// The value that `node` holds; null when it holds none.
+  virtual SmartPtr<IDataValue> CreateInstance(XmlNode<char> const* node) = 0;
+  std::string const& GetTypeCode() const { return m_typeCode; }
+
+ private:
+  std::string m_typeCode;
+};
+
+/// The factory of value class `T`, which has a static `CreateOne(node)`.
+template <class T>
+class TypedDataValueFactory : public DataValueFactoryNew {
+ public:
+  using DataValueFactoryNew::DataValueFactoryNew;
+  SmartPtr<IDataValue> CreateInstance(XmlNode<char> const* node) override {
+    return T::CreateOne(node);
+  }
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "lumo/platform/core/SmartPtr.h"
+#include "lumo/values/IDataValue.h"
+
+namespace lumo {
+
+/// Type codes by the name of a value's element. Answers a `std::string_view` without building a
+/// string.
+using NameRegistry = std::map<std::string, std::string, std::less<>>;
+
+/// The value in `node` by the registry's code for its name, and that code; an empty code when the
+/// name is not registered, a null value when no factory knows the code.
+struct RegisteredValue {
+  std::string_view typeCode;
+  SmartPtr<IDataValue> value;
+};
+RegisteredValue BuildRegistered(NameRegistry const& registry, XmlNode<char> const& node);
+
+}  // namespace lumo

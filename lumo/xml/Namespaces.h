@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+
+namespace lumo {
+
+/// Namespace URIs of the wire. The vendor base ends in "/" and is fixed when the library is built.
+std::string_view VendorNamespaceBase();
+constexpr std::string_view kSoapEnvelopeNamespace = "http://schemas.xmlsoap.org/soap/envelope/";
+constexpr std::string_view kSchemaInstanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
+
+}  // namespace lumo

@@ -1,0 +1,121 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+#include "lumo/platform/core/SmartPtr.h"
+#include "lumo/xml/ConvertTo.h"
+#include "lumo/xml/XMLUtilites.h"
+
+namespace lumo {
+
+/// Reads fields from the children of one element, a line per field:
+///
+///     lumo::NodeReader in(node);
+///     in.Child("dbKey", m_dbKey);
+///     in.In("tableDetails").Children("table", m_tableDetails);
+///
+/// Names are local names. What is absent leaves its field unchanged, and a null node has nothing.
+/// Numbers and booleans that do not convert throw, see `lumo::IntegerFromText`. Enumerations pass
+/// the function that makes a value from a text as the last argument. Fields read in the order of
+/// the wire cost one walk over the children in all.
+class LUMO_API NodeReader {
+ public:
+  explicit NodeReader(XmlNode<char> const* node)
+      : m_node(node), m_next(node == nullptr ? nullptr : node->first_node()) {}
+
+  /// Reads the first such child; false when there is none.
+  template <class Field>
+  bool Child(std::string_view name, Field& field) {
+    XmlNode<char> const* const child = Find(name);
+    if (child == nullptr) return false;
+    ReadNode(*child, field);
+    return true;
+  }
+  template <class Field, class FromText>
+  bool Child(std::string_view name, Field& field, FromText fromText) {
+    XmlNode<char> const* const child = Find(name);
+    if (child == nullptr) return false;
+    field = fromText(XMLUtilites::GetText(child));
+    return true;
+  }
+
+  /// Appends every such child to the list, in document order.
+  template <class Item>
+  void Children(std::string_view name, std::vector<Item>& list) {
+    ForEach(name, [&list](XmlNode<char> const& child) {
+      list.emplace_back();
+      ReadNode(child, list.back());
+    });
+  }
+  template <class Item, class FromText>
+  void Children(std::string_view name, std::vector<Item>& list, FromText fromText) {
+    ForEach(name, [&list, fromText](XmlNode<char> const& child) {
+      list.push_back(fromText(XMLUtilites::GetText(&child)));
+    });
+  }
+
+  /// Steps inside the first such child.
+  NodeReader In(std::string_view name) { return NodeReader(Find(name)); }
+
+  /// Reads an attribute of the element itself; false when there is none.
+  template <class Field>
+  bool Attribute(std::string_view name, Field& field) const {
+    XmlAttribute<char> const* const attribute = FindAttribute(name);
+    if (attribute == nullptr) return false;
+    ReadText(ValueOf(*attribute), field);
+    return true;
+  }
+  template <class Field, class FromText>
+  bool Attribute(std::string_view name, Field& field, FromText fromText) const {
+    XmlAttribute<char> const* const attribute = FindAttribute(name);
+    if (attribute == nullptr) return false;
+    field = fromText(std::string(ValueOf(*attribute)));
+    return true;
+  }
+
+  /// Reads the element's own text.
+  template <class Field>
+  void Text(Field& field) const {
+    if (m_node != nullptr) ReadNode(*m_node, field);
+  }
+
+ private:
+  XmlNode<char> const* Find(std::string_view name);
+  XmlAttribute<char> const* FindAttribute(std::string_view name) const;
+
+  template <class Visit>
+  void ForEach(std::string_view name, Visit visit) const {
+    if (m_node == nullptr) return;
+    for (auto* child = m_node->first_node(); child != nullptr; child = child->next_sibling()) {
+      if (LocalName(*child) == name) visit(*child);
+    }
+  }
+
+  static void ReadText(std::string_view text, std::string& field) { field.assign(text); }
+  static void ReadText(std::string_view text, int& field) { field = IntegerFromText(text); }
+  static void ReadText(std::string_view text, double& field) { field = RealFromText(text); }
+  static void ReadText(std::string_view text, bool& field) { field = BooleanFromText(text); }
+
+  template <class T>
+  static void ReadNode(XmlNode<char> const& node, SmartPtr<T>& field) {
+    field = T::CreateOne(&node);
+  }
+  template <class Field>
+  static void ReadNode(XmlNode<char> const& node, Field& field) {
+    XmlNode<char> const* const only = node.first_node();
+    if (only == nullptr || only->next_sibling() == nullptr) {
+      bool const isText = only == nullptr || only->type() == rapidxml::node_data;
+      if (isText) return ReadText(ValueOf(only == nullptr ? node : *only), field);
+    }
+    ReadText(XMLUtilites::GetText(&node), field);
+  }
+
+  XmlNode<char> const* m_node;
+  XmlNode<char> const* m_next;  // first child behind those already read
+  bool m_passedOver = false;    // an unread child lies before m_next: search from the start
+};
+
+}  // namespace lumo

@@ -1,0 +1,116 @@
+#include "lumo/xml/XMLUtilites.h"
+
+#include "lumo/xml/ConvertTo.h"
+#include "lumo/xml/Make.h"
+#include "lumo/xml/Namespaces.h"
+
+namespace {
+
+XmlNode<char>* FirstChild(XmlNode<char> const* parent, std::string_view name) {
+  if (parent == nullptr) return nullptr;
+  XmlNode<char>* child = parent->first_node();
+  while (child != nullptr && lumo::LocalName(*child) != name) child = child->next_sibling();
+  return child;
+}
+
+XmlNode<char>* MakeNode(std::string_view name, std::string_view value,
+                        XmlDocument<char>* document) {
+  return document == nullptr ? nullptr : lumo::MakeNode(name, value, *document);
+}
+
+XmlAttribute<char>* MakeAttr(std::string_view name, std::string_view value,
+                             XmlDocument<char>* document) {
+  return document == nullptr ? nullptr : lumo::MakeAttribute(name, value, *document);
+}
+
+}  // namespace
+
+std::string XMLUtilites::GetName(XmlBase<char> const* item) {
+  return item == nullptr ? std::string() : std::string(lumo::LocalName(*item));
+}
+
+XmlNode<char>* XMLUtilites::GetNode(std::string const& name, XmlNode<char> const* parent) {
+  return FirstChild(parent, name);
+}
+
+XmlNode<char>* XMLUtilites::GetNode(std::string const& name, XmlDocument<char> const* document) {
+  return FirstChild(document, name);
+}
+
+void XMLUtilites::GetNodes(std::string const& name, XmlNode<char> const* parent,
+                           std::vector<XmlNode<char> const*>& out) {
+  if (parent == nullptr) return;
+  for (auto* child = parent->first_node(); child != nullptr; child = child->next_sibling()) {
+    if (lumo::LocalName(*child) == name) out.push_back(child);
+  }
+}
+
+XmlAttribute<char>* XMLUtilites::GetAttr(std::string const& name, XmlNode<char> const* node) {
+  if (node == nullptr) return nullptr;
+  XmlAttribute<char>* attribute = node->first_attribute();
+  while (attribute != nullptr && lumo::LocalName(*attribute) != name) {
+    attribute = attribute->next_attribute();
+  }
+  return attribute;
+}
+
+std::string XMLUtilites::GetText(XmlNode<char> const* node) {
+  if (node == nullptr) return {};
+  XmlNode<char> const* child = node->first_node();
+  if (child == nullptr) return std::string(lumo::ValueOf(*node));
+  std::string text;
+  for (; child != nullptr; child = child->next_sibling()) {
+    if (child->type() == rapidxml::node_data || child->type() == rapidxml::node_cdata) {
+      text += lumo::ValueOf(*child);
+    }
+  }
+  return text;
+}
+
+XmlNode<char>* XMLUtilites::CreateNode(std::string const& name, std::string const& value,
+                                       XmlDocument<char>* document) {
+  return MakeNode(name, value, document);
+}
+
+XmlNode<char>* XMLUtilites::CreateNode(std::string const& name, int value,
+                                       XmlDocument<char>* document) {
+  return MakeNode(name, lumo::NumberText(value), document);
+}
+
+XmlNode<char>* XMLUtilites::CreateNode(std::string const& name, double value,
+                                       XmlDocument<char>* document) {
+  return MakeNode(name, lumo::NumberText(value), document);
+}
+
+XmlAttribute<char>* XMLUtilites::CreateAttr(std::string const& name, std::string const& value,
+                                            XmlDocument<char>* document) {
+  return MakeAttr(name, value, document);
+}
+
+XmlAttribute<char>* XMLUtilites::CreateAttr(std::string const& name, int value,
+                                            XmlDocument<char>* document) {
+  return MakeAttr(name, lumo::NumberText(value), document);
+}
+
+XmlAttribute<char>* XMLUtilites::CreateAttr(std::string const& name, double value,
+                                            XmlDocument<char>* document) {
+  return MakeAttr(name, lumo::NumberText(value), document);
+}
+
+XmlNode<char>* XMLUtilites::CreateSOAPHeader(XmlDocument<char>* document,
+                                             std::string const& baseTypesNamespace) {
+  if (document == nullptr) return nullptr;
+  XmlNode<char>* declaration = document->allocate_node(rapidxml::node_declaration);
+  declaration->append_attribute(MakeAttr("version", "1.0", document));
+  declaration->append_attribute(MakeAttr("encoding", "UTF-8", document));
+  document->append_node(declaration);
+
+  std::string const headerNamespace = std::string(lumo::VendorNamespaceBase()) + "headers";
+  XmlNode<char>* envelope = MakeNode("soapenv:Envelope", "", document);
+  envelope->append_attribute(MakeAttr("xmlns:zbt", baseTypesNamespace, document));
+  envelope->append_attribute(MakeAttr("xmlns:soapenv", lumo::kSoapEnvelopeNamespace, document));
+  envelope->append_attribute(MakeAttr("xmlns:xsi", lumo::kSchemaInstanceNamespace, document));
+  envelope->append_attribute(MakeAttr("xmlns:header", headerNamespace, document));
+  document->append_node(envelope);
+  return envelope;
+}

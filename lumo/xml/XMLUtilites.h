@@ -1,0 +1,76 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lumo/platform/core/Export.h"
+#include "lumo/xml/Xml.h"
+
+/// Looks names up in a tree, makes nodes, parses and prints documents. Names are given with their
+/// prefix when something is made and without it when something is looked for: only what follows
+/// the first ":" is compared, so that replies are read whatever prefix the server uses.
+class LUMO_API XMLUtilites {
+ public:
+  /// Name without its prefix ("a:b:c" gives "b:c"); empty for null.
+  static std::string GetName(XmlBase<char> const* item);
+  /// First child with that local name; null when there is none or no parent.
+  static XmlNode<char>* GetNode(std::string const& name, XmlNode<char> const* parent);
+  static XmlNode<char>* GetNode(std::string const& name, XmlDocument<char> const* document);
+  /// Appends every child with that local name to `out`, in document order.
+  static void GetNodes(std::string const& name, XmlNode<char> const* parent,
+                       std::vector<XmlNode<char> const*>& out);
+  /// First attribute with that local name; null when there is none or no node.
+  static XmlAttribute<char>* GetAttr(std::string const& name, XmlNode<char> const* node);
+  /// All text of an element, its data and CDATA joined; empty for null.
+  static std::string GetText(XmlNode<char> const* node);
+
+  /// New node or attribute, not attached, with copies of name and value in the document's memory.
+  /// Integers are written "%d", reals "%.17e". Null for a null document.
+  static XmlNode<char>* CreateNode(std::string const& name, std::string const& value,
+                                   XmlDocument<char>* document);
+  static XmlNode<char>* CreateNode(std::string const& name, int value, XmlDocument<char>* document);
+  static XmlNode<char>* CreateNode(std::string const& name, double value,
+                                   XmlDocument<char>* document);
+  static XmlAttribute<char>* CreateAttr(std::string const& name, std::string const& value,
+                                        XmlDocument<char>* document);
+  static XmlAttribute<char>* CreateAttr(std::string const& name, int value,
+                                        XmlDocument<char>* document);
+  static XmlAttribute<char>* CreateAttr(std::string const& name, double value,
+                                        XmlDocument<char>* document);
+
+  /// Appends the XML declaration and an empty SOAP 1.1 envelope with its namespaces; returns the
+  /// envelope, null for a null document.
+  static XmlNode<char>* CreateSOAPHeader(XmlDocument<char>* document,
+                                         std::string const& baseTypesNamespace);
+
+  /// Parses a copy of the bytes; they need no terminating zero, and a UTF-8 byte order mark is
+  /// skipped. On malformed input, on more than 512 nested elements and on a zero byte it calls
+  /// `XmlErrorHandler`, leaves the document empty and returns false. Only std::bad_alloc is thrown.
+  static bool Parse(char const* begin, char const* end, XmlDocument<char>& document);
+  /// The document as text without indentation, byte for byte as RapidXML prints it.
+  static std::string Print(XmlDocument<char> const& document);
+};
+
+/// Receives what is wrong with a text that does not parse: the parser's message and the place in
+/// the parser's own copy of the text, which lives only during the call. Keeps the message for
+/// `LastXmlError`.
+LUMO_API void XmlErrorHandler(char const* message, void* where);
+
+namespace lumo {
+
+/// Message of the last text that did not parse on this thread; empty when there was none.
+LUMO_API std::string_view LastXmlError();
+
+/// Name of a node or attribute without its prefix, in place.
+inline std::string_view LocalName(XmlBase<char> const& item) {
+  std::string_view const name(item.name(), item.name_size());
+  return name.substr(name.find(':') + 1);  // npos + 1 is 0: no prefix
+}
+
+/// The value in place: pointer plus length, not terminated.
+inline std::string_view ValueOf(XmlBase<char> const& item) {
+  return {item.value(), item.value_size()};
+}
+
+}  // namespace lumo
