@@ -1,0 +1,25 @@
+#include <gmock/gmock.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <iostream>
+#include <locale>
+
+#include <lumo/LumoServiceLayer.h>
+
+/// Runs the tests with the library initialised; under the locale that LUMO_TEST_LOCALE names, so
+/// that number text is tried where the decimal mark is a comma.
+int main(int argc, char** argv) {
+  testing::InitGoogleMock(&argc, argv);
+  if (char const* const name = std::getenv("LUMO_TEST_LOCALE"); name != nullptr) {
+    if (std::setlocale(LC_ALL, name) == nullptr) {
+      std::cerr << "locale " << name << " is missing\n";
+      return 1;
+    }
+    std::locale::global(std::locale(name));
+  }
+  kpxtkLumoServiceLayer::Initialize();
+  int const result = RUN_ALL_TESTS();
+  kpxtkLumoServiceLayer::Shutdown();
+  return result;
+}
