@@ -50,15 +50,12 @@ double RealFromText(std::string_view text) {
 }
 
 bool BooleanFromText(std::string_view text) {
-  char lower[5];
-  if (text.size() <= sizeof lower) {
-    std::transform(text.begin(), text.end(), lower, [](char c) {
-      return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    std::string_view const word(lower, text.size());
-    if (IsOneOf(word, {"true", "t", "yes", "y", "1"})) return true;
-    if (IsOneOf(word, {"false", "f", "no", "n", "0"})) return false;
+  std::string word(text);
+  for (char& c : word) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
   }
+  if (IsOneOf(word, {"true", "t", "yes", "y", "1"})) return true;
+  if (IsOneOf(word, {"false", "f", "no", "n", "0"})) return false;
   throw std::runtime_error("boolean value not parseable");
 }
 
