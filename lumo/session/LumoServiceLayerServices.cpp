@@ -13,7 +13,6 @@ LumoServiceLayerServices::LumoServiceLayerServices(SmartPtr<LumoSession> const& 
       m_dataImport(new DataImportService(session.get())),
       m_engineeringData(new EngineeringDataService(session.get())) {}
 
-// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): four times in the order of a call
 void LumoServiceLayerServices::SetTimeouts(int resolve, int connect, int send, int receive) {
   if (m_session) m_session->SetTimeouts(resolve, connect, send, receive);
 }

@@ -48,7 +48,6 @@ void LumoSession::ApplyAuthenticationModule(SmartPtr<ILumoSLAuthModule> const& m
   if (m_client && m_authentication) m_authentication->ApplyAuthentication(m_client);
 }
 
-// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): four times in the order of a call
 void LumoSession::SetTimeouts(int resolve, int connect, int send, int receive) {
   if (m_client) m_client->SetTimeouts(resolve, connect, send, receive);
 }

@@ -113,7 +113,7 @@ void OperationBase::Post(SmartPtr<HttpMessage> const& message) const {
 SmartPtr<ServiceLayerResponse> OperationBase::MakeOutcome(HttpMessage const& message,
                                                           ILogger* logger) const {
   SmartPtr<HttpMessageBuffer> const reply = message.GetResponseBuffer();
-  SmartPtr<ServiceLayerResponse> const outcome =
+  SmartPtr<ServiceLayerResponse> outcome =
       reply ? new ServiceLayerResponse(reply, message.GetStatusCode())
             : new ServiceLayerResponse(GetOperationName() + " FAILED", kLocalFailure);
   outcome->SetRequestBuffer(message.GetRequestBuffer());

@@ -71,6 +71,7 @@ NumberText::NumberText(double value)
 
 }  // namespace lumo
 
+// NOLINTBEGIN(performance-unnecessary-value-param): the template's promise
 template <>
 bool ConvertTo<bool, std::string>(std::string text) {
   return lumo::BooleanFromText(text);
@@ -85,3 +86,4 @@ template <>
 double ConvertTo<double, std::string>(std::string text) {
   return lumo::RealFromText(text);
 }
+// NOLINTEND(performance-unnecessary-value-param)

@@ -20,8 +20,8 @@ struct ScanError {
 
 constexpr std::array<bool, 256> MakeNameEnds() {
   std::array<bool, 256> ends{};
-  for (unsigned char c : {'\0', ' ', '\t', '\n', '\r', '/', '>', '?', '=', '\'', '"', '<'}) {
-    ends[c] = true;
+  for (char c : std::string_view("\0 \t\n\r/>?='\"<", 12)) {
+    ends[static_cast<unsigned char>(c)] = true;
   }
   return ends;
 }

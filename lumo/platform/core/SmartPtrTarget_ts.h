@@ -12,7 +12,6 @@ class LUMO_API SmartPtrTarget_ts : public NoCopy {
   SmartPtrTarget_ts() = default;
   virtual ~SmartPtrTarget_ts() = default;
   SmartPtrTarget_ts(SmartPtrTarget_ts const&) = delete;
-  // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): there is nothing to copy
   SmartPtrTarget_ts& operator=(SmartPtrTarget_ts const& /*other*/) { return *this; }
 
   void AddReference() const { m_references.fetch_add(1); }

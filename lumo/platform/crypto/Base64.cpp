@@ -20,7 +20,9 @@ constexpr std::array<std::uint8_t, 256> MakeValues() {
   for (std::size_t i = 0; i < kAlphabet.size(); ++i) {
     values[static_cast<unsigned char>(kAlphabet[i])] = static_cast<std::uint8_t>(i);
   }
-  for (unsigned char space : {' ', '\t', '\n', '\v', '\f', '\r'}) values[space] = kSpace;
+  for (char space : std::string_view(" \t\n\v\f\r")) {
+    values[static_cast<unsigned char>(space)] = kSpace;
+  }
   values['='] = kPadding;
   return values;
 }

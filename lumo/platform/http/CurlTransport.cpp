@@ -89,7 +89,6 @@ bool Refuse(Exchange& exchange, char const* why) {
   return false;
 }
 
-// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): libcurl's signature
 std::size_t OnBody(char* data, std::size_t size, std::size_t count, void* user) {
   auto& handle = *static_cast<Handle*>(user);
   Exchange& exchange = handle.exchange;
@@ -118,7 +117,6 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
 }
 
-// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): libcurl's signature
 std::size_t OnHeader(char* data, std::size_t size, std::size_t count, void* user) {
   Exchange& exchange = static_cast<Handle*>(user)->exchange;
   std::size_t const bytes = size * count;
@@ -164,7 +162,6 @@ int OnRequest(void* user, char* /*remoteIp*/, char* /*localIp*/, int /*remotePor
   return CURL_PREREQFUNC_OK;
 }
 
-// NOLINTNEXTLINE(bugprone-easily-swappable-parameters): libcurl's signature
 int OnProgress(void* user, curl_off_t /*downTotal*/, curl_off_t down, curl_off_t /*upTotal*/,
                curl_off_t up) {
   Exchange& exchange = static_cast<Handle*>(user)->exchange;
