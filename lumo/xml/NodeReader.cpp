@@ -5,7 +5,7 @@ namespace lumo {
 XmlNode<char> const* NodeReader::Find(std::string_view name) {
   XmlNode<char> const* child = m_next;
   if (m_passedOver) child = m_node->first_node();
-  while (child != nullptr && LocalName(*child) != name) child = child->next_sibling();
+  while (child != nullptr && !HasLocalName(*child, name)) child = child->next_sibling();
   if (child != nullptr && !m_passedOver) {
     m_passedOver = child != m_next;
     m_next = child->next_sibling();
@@ -16,7 +16,7 @@ XmlNode<char> const* NodeReader::Find(std::string_view name) {
 XmlAttribute<char> const* NodeReader::FindAttribute(std::string_view name) const {
   if (m_node == nullptr) return nullptr;
   XmlAttribute<char> const* attribute = m_node->first_attribute();
-  while (attribute != nullptr && LocalName(*attribute) != name) {
+  while (attribute != nullptr && !HasLocalName(*attribute, name)) {
     attribute = attribute->next_attribute();
   }
   return attribute;

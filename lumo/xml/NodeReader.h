@@ -90,7 +90,7 @@ class LUMO_API NodeReader {
   void ForEach(std::string_view name, Visit visit) const {
     if (m_node == nullptr) return;
     for (auto* child = m_node->first_node(); child != nullptr; child = child->next_sibling()) {
-      if (LocalName(*child) == name) visit(*child);
+      if (HasLocalName(*child, name)) visit(*child);
     }
   }
 

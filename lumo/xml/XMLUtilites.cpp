@@ -9,7 +9,7 @@ namespace {
 XmlNode<char>* FirstChild(XmlNode<char> const* parent, std::string_view name) {
   if (parent == nullptr) return nullptr;
   XmlNode<char>* child = parent->first_node();
-  while (child != nullptr && lumo::LocalName(*child) != name) child = child->next_sibling();
+  while (child != nullptr && !lumo::HasLocalName(*child, name)) child = child->next_sibling();
   return child;
 }
 
@@ -41,14 +41,14 @@ void XMLUtilites::GetNodes(std::string const& name, XmlNode<char> const* parent,
                            std::vector<XmlNode<char> const*>& out) {
   if (parent == nullptr) return;
   for (auto* child = parent->first_node(); child != nullptr; child = child->next_sibling()) {
-    if (lumo::LocalName(*child) == name) out.push_back(child);
+    if (lumo::HasLocalName(*child, name)) out.push_back(child);
   }
 }
 
 XmlAttribute<char>* XMLUtilites::GetAttr(std::string const& name, XmlNode<char> const* node) {
   if (node == nullptr) return nullptr;
   XmlAttribute<char>* attribute = node->first_attribute();
-  while (attribute != nullptr && lumo::LocalName(*attribute) != name) {
+  while (attribute != nullptr && !lumo::HasLocalName(*attribute, name)) {
     attribute = attribute->next_attribute();
   }
   return attribute;

@@ -68,6 +68,16 @@ inline std::string_view LocalName(XmlBase<char> const& item) {
   return name.substr(name.find(':') + 1);  // npos + 1 is 0: no prefix
 }
 
+/// Whether that is the item's name without its prefix. Most names differ in the first character
+/// behind the prefix, so that nothing is searched or copied for them.
+inline bool HasLocalName(XmlBase<char> const& item, std::string_view local) {
+  std::string_view const name(item.name(), item.name_size());
+  if (name.size() < local.size()) return false;
+  std::size_t const prefix = name.size() - local.size();
+  if (name.substr(prefix) != local) return false;
+  return prefix == 0 ? name.find(':') == std::string_view::npos : name.find(':') == prefix - 1;
+}
+
 /// The value in place: pointer plus length, not terminated.
 inline std::string_view ValueOf(XmlBase<char> const& item) {
   return {item.value(), item.value_size()};
