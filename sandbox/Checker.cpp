@@ -1,0 +1,56 @@
+#include "Checker.h"
+
+#include <charconv>
+#include <string_view>
+
+#include "Soap.h"
+
+namespace sandbox {
+namespace {
+
+std::string Tag(pugi::xml_node node) { return "<" + std::string(node.name()) + ">"; }
+
+}  // namespace
+
+pugi::xml_node Checker::Optional(char const* name) {
+  if (std::string_view(m_next.name()) != name) return {};
+  pugi::xml_node const found = m_next;
+  m_next = m_next.next_sibling();
+  return found;
+}
+
+pugi::xml_node Checker::Required(char const* name) {
+  if (pugi::xml_node const found = Optional(name)) return found;
+  std::string const instead = !m_next                               ? "nothing"
+                              : m_next.type() == pugi::node_element ? Tag(m_next)
+                                                                    : "text";
+  throw Fault(Tag(m_parent) + " must hold <" + name + "> here, but holds " + instead);
+}
+
+void Checker::End() const {
+  if (!m_next) return;
+  bool const isElement = m_next.type() == pugi::node_element;
+  throw Fault((isElement ? Tag(m_next) : "text") + " must not stand here in " + Tag(m_parent));
+}
+
+std::string TextOf(pugi::xml_node node) {
+  for (pugi::xml_node const child : node.children()) {
+    if (child.type() != pugi::node_pcdata && child.type() != pugi::node_cdata) {
+      throw Fault(Tag(node) + " must hold text only");
+    }
+  }
+  return node.text().get();
+}
+
+int IntegerOf(pugi::xml_node node) {
+  std::string const text = TextOf(node);
+  char const* const end = text.data() + text.size();
+  int value = 0;
+  auto const [stop, error] = std::from_chars(text.data(), end, value);
+  if (error != std::errc() || stop != end) {
+    throw Fault(Tag(node) + " must hold an integer, not \"" + text + "\"");
+  }
+  return value;
+}
+
+}  // namespace sandbox

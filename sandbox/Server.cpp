@@ -1,0 +1,169 @@
+#include "Server.h"
+
+#include <httplib.h>
+
+#include <mutex>
+#include <stdexcept>
+#include <string_view>
+#include <thread>
+
+#include "Operations.h"
+#include "Soap.h"
+
+namespace sandbox {
+namespace {
+
+constexpr Service kServices[] = {{"Browse", "brow"},
+                                 {"Search", "sear"},
+                                 {"DataExport", "exp"},
+                                 {"DataImport", "dat"},
+                                 {"EngineeringData", "eng"}};
+
+/// An operation of the service layer. Without a handler the sandbox does not have it yet.
+struct Operation {
+  std::string_view service;
+  std::string_view name;
+  std::string_view rootTag;  ///< empty: the body must be empty
+  Handler handler = nullptr;
+};
+
+constexpr Operation kOperations[] = {
+    {"Browse", "GetDatabases", "", GetDatabases},
+    {"Browse", "GetTables", "GetTables", GetTables},
+    {"Browse", "GetSubsets", "GetSubsets", GetSubsets},
+    {"Browse", "GetUnits", "GetUnitsRequest"},
+    {"Browse", "GetUnitSystems", "GetUnitSystems"},
+    {"Browse", "GetCurrencies", ""},
+    {"Browse", "GetUnitConversions", "GetUnitConversionsRequest"},
+    {"Browse", "GetRootNode", "GetRootNode"},
+    {"Browse", "GetChildNodes", "GetChildNodes"},
+    {"Browse", "GetTreeRecords", "GetTreeRecords"},
+    {"Browse", "GetRecordVersions", "GetRecordVersions"},
+    {"Browse", "GetAttributeDetails", "GetAttributeDetails"},
+    {"Browse", "GetAttributeParameters", "GetAttributeParameters"},
+    {"Browse", "GetParameterDetails", "GetParameterDetails"},
+    {"Browse", "GetAttributeMinMax", "GetAttributeMinMax"},
+    {"Browse", "GetMetaAttributes", "GetMetaAttributes"},
+    {"Browse", "GetRecordAttributes", "GetRecordAttributes"},
+    {"Browse", "GetRecordLinkGroups", "GetRecordLinkGroups"},
+    {"Browse", "GetLinkedRecords", "GetLinkedRecords"},
+    {"Search", "SimpleTextSearch", "SimpleTextSearch"},
+    {"Search", "CriteriaSearch", "CriteriaSearch"},
+    {"Search", "RecordNameSearch", "RecordNameSearch"},
+    {"DataExport", "GetRecordAttributesByRef", "GetRecordAttributesByRef"},
+    {"DataImport", "SetRecordAttributes", "SetRecordAttributesRequest"},
+    {"DataImport", "GetUploadAddresses", "GetUploadAddressesRequest"},
+    {"DataImport", "ModifyRecordLinks", "ModifyRecordLinksRequest"},
+    {"EngineeringData", "GetAvailableExporters", "GetAvailableExporters"},
+    {"EngineeringData", "ExportersForRecords", "ExportersForRecords"},
+    {"EngineeringData", "GetExporterParameters", "GetExporterParameters"},
+    {"EngineeringData", "ExportRecordData", "ExportRecordData"},
+};
+
+constexpr std::size_t kMaxRequestBytes = 64UL * 1024 * 1024;
+constexpr std::size_t kConnections = 16;
+constexpr std::size_t kCallsPerConnection = 100'000'000;
+constexpr int kIdleSeconds = 2;
+constexpr char kReplyType[] = "text/xml; charset=utf-8";
+
+Operation const& FindOperation(Service const& service, std::string const& action) {
+  for (Operation const& operation : kOperations) {
+    if (operation.service != service.name) continue;
+    if (action ==
+        VersionedNamespace(service.name) + "/" + std::string(operation.name) + "Request") {
+      return operation;
+    }
+  }
+  throw Fault("the service " + std::string(service.name) + " does not know the SOAPAction \"" +
+              action + "\"");
+}
+
+/// The reply to one request; throws `Fault` when the request makes no sense.
+std::string Answer(Store& store, Service const& service, httplib::Request const& request) {
+  std::string const type = request.get_header_value("Content-Type");
+  if (type != "text/xml;charset=UTF-8") throw Fault("unexpected Content-Type \"" + type + "\"");
+  Operation const& operation = FindOperation(service, request.get_header_value("SOAPAction"));
+
+  pugi::xml_document document;
+  unsigned const flags = pugi::parse_default | pugi::parse_declaration | pugi::parse_doctype |
+                         pugi::parse_pi | pugi::parse_comments;
+  auto const parsed =
+      document.load_buffer(request.body.data(), request.body.size(), flags, pugi::encoding_utf8);
+  if (!parsed) throw Fault(std::string("the request is not XML: ") + parsed.description());
+  pugi::xml_node const body = CheckEnvelope(document, service);
+  if (operation.handler == nullptr) {
+    throw Fault("the sandbox does not have the operation " + std::string(operation.name) + " yet");
+  }
+
+  pugi::xml_node content = body;
+  if (!operation.rootTag.empty()) {
+    std::string const name = std::string(service.prefix) + ":" + std::string(operation.rootTag);
+    Checker in(body);
+    content = in.Required(name.c_str());
+    in.End();
+  } else {
+    Checker(body).End();
+  }
+  pugi::xml_document reply;
+  Checker in(content);
+  operation.handler(store, in,
+                    StartReply(reply, service, std::string(operation.name) + "Response"));
+  return Print(reply);
+}
+
+}  // namespace
+
+struct Server::Http {
+  httplib::Server server;
+  std::mutex store;  // requests are answered one at a time
+  std::thread thread;
+};
+
+Server::Server(Store& store) : m_http(std::make_unique<Http>()) {
+  httplib::Server& server = m_http->server;
+  server.new_task_queue = [] { return new httplib::ThreadPool(kConnections); };
+  server.set_tcp_nodelay(true);
+  server.set_keep_alive_max_count(kCallsPerConnection);
+  server.set_keep_alive_timeout(kIdleSeconds);
+  server.set_payload_max_length(kMaxRequestBytes);
+  server.Get("/", [](httplib::Request const&, httplib::Response& response) {
+    response.set_content("lumo-sandbox\n", "text/plain");
+  });
+  for (Service const& service : kServices) {
+    server.Post(
+        "/" + std::string(service.name) + ".svc",
+        [this, &store, &service](httplib::Request const& request, httplib::Response& response) {
+          try {
+            std::lock_guard<std::mutex> const lock(m_http->store);
+            response.set_content(Answer(store, service, request), kReplyType);
+          } catch (std::exception const& fault) {
+            response.status = 500;
+            response.set_content(FaultReply(fault.what()), kReplyType);
+          }
+        });
+  }
+}
+
+Server::~Server() { Stop(); }
+
+int Server::Start(int port) {
+  httplib::Server& server = m_http->server;
+  int bound = port;
+  if (port == 0) {
+    bound = server.bind_to_any_port("127.0.0.1");
+  } else if (!server.bind_to_port("127.0.0.1", port)) {
+    bound = -1;
+  }
+  if (bound <= 0) throw std::runtime_error("cannot listen on 127.0.0.1:" + std::to_string(port));
+  m_http->thread = std::thread([&server] { server.listen_after_bind(); });
+  while (!server.is_running()) std::this_thread::yield();
+  return bound;
+}
+
+void Server::Stop() {
+  if (!m_http->thread.joinable()) return;
+  m_http->server.stop();
+  m_http->thread.join();
+}
+
+}  // namespace sandbox

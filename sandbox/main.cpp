@@ -1,0 +1,140 @@
+#include <poll.h>
+#include <signal.h>
+#include <sys/signalfd.h>
+#include <sys/timerfd.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "Server.h"
+#include "Store.h"
+
+namespace {
+
+constexpr char kUsage[] =
+    R"(lumo-sandbox: a service layer on this machine, for trials and tests
+
+usage: lumo-sandbox [options]
+  --port N         listen on 127.0.0.1:N; 0, the default, takes any free port
+  --database FILE  keep the data in this SQLite file; default is memory
+  --ttl SECONDS    stop after this time; 0, the default, runs until stopped
+  --stop-on-eof    stop when standard input is closed
+  --version        print the version
+  --help           print this
+
+Prints one line of JSON with its address. Stops on SIGTERM and SIGINT.
+)";
+
+struct Options {
+  int port = 0;
+  int ttlSeconds = 0;
+  bool stopOnEof = false;
+  std::string database = ":memory:";
+};
+
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+int Number(std::string_view option, std::string_view text, int most) {
+  int value = -1;
+  auto const [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || stop != text.data() + text.size() || value < 0 || value > most) {
+    throw UsageError(std::string(option) + " takes a number from 0 to " + std::to_string(most));
+  }
+  return value;
+}
+
+Options ReadOptions(int count, char** texts) {
+  Options options;
+  for (int i = 1; i < count; ++i) {
+    std::string_view const option = texts[i];
+    auto const value = [&]() -> std::string_view {
+      if (++i == count) throw UsageError(std::string(option) + " takes a value");
+      return texts[i];
+    };
+    if (option == "--port") {
+      options.port = Number(option, value(), 65535);
+    } else if (option == "--ttl") {
+      options.ttlSeconds = Number(option, value(), 1'000'000);
+    } else if (option == "--database") {
+      options.database = value();
+    } else if (option == "--stop-on-eof") {
+      options.stopOnEof = true;
+    } else {
+      throw UsageError("unknown option " + std::string(option));
+    }
+  }
+  return options;
+}
+
+/// The stop signals as a descriptor. To be called before any thread starts, which inherits the
+/// mask.
+int StopSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGTERM);
+  sigaddset(&signals, SIGINT);
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
+  signal(SIGPIPE, SIG_IGN);
+  return signalfd(-1, &signals, SFD_CLOEXEC);
+}
+
+int Timer(int seconds) {
+  int const timer = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC);
+  itimerspec when{};
+  when.it_value.tv_sec = seconds;
+  timerfd_settime(timer, 0, &when, nullptr);  // 0 seconds never fire
+  return timer;
+}
+
+/// Whether standard input has come to its end; what was written there is ignored.
+bool InputEnded() {
+  char ignored[256];
+  return read(STDIN_FILENO, ignored, sizeof ignored) <= 0;
+}
+
+void WaitForStop(int signals, Options const& options) {
+  pollfd reasons[] = {{signals, POLLIN, 0},
+                      {Timer(options.ttlSeconds), POLLIN, 0},
+                      {options.stopOnEof ? STDIN_FILENO : -1, POLLIN, 0}};
+  while (poll(reasons, std::size(reasons), -1) >= 0) {
+    if (reasons[0].revents != 0 || reasons[1].revents != 0) return;
+    if (reasons[2].revents != 0 && InputEnded()) return;
+  }
+}
+
+}  // namespace
+
+int main(int count, char** texts) try {
+  if (count == 2 && std::string_view(texts[1]) == "--help") {
+    std::cout << kUsage;
+    return 0;
+  }
+  if (count == 2 && std::string_view(texts[1]) == "--version") {
+    std::cout << "lumo-sandbox " SANDBOX_VERSION "\n";
+    return 0;
+  }
+  Options const options = ReadOptions(count, texts);
+  int const signals = StopSignals();
+  sandbox::Store store(options.database);
+  sandbox::Server server(store);
+  int const port = server.Start(options.port);
+  std::cout << R"({"url":"http://127.0.0.1:)" << port << R"(","port":)" << port << R"(,"pid":)"
+            << getpid() << "}" << std::endl;
+  WaitForStop(signals, options);
+  server.Stop();
+  return 0;
+} catch (UsageError const& error) {
+  std::cerr << "lumo-sandbox: " << error.what() << "\n\n" << kUsage;
+  return 2;
+} catch (std::exception const& error) {
+  std::cerr << "lumo-sandbox: " << error.what() << '\n';
+  return 1;
+}
