@@ -12,6 +12,7 @@
 int main(int argc, char** argv) {
   testing::InitGoogleMock(&argc, argv);
   if (char const* const name = std::getenv("LUMO_TEST_LOCALE"); name != nullptr) {
+    setenv("LOCPATH", LUMO_LOCALE_PATH, 1);
     if (std::setlocale(LC_ALL, name) == nullptr) {
       std::cerr << "locale " << name << " is missing\n";
       return 1;

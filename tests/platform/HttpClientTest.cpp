@@ -1,0 +1,321 @@
+#include <arpa/inet.h>
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "lumo/LumoServiceLayer.h"
+#include "tests/support/RawServer.h"
+
+using testing::ElementsAre;
+using testing::Ge;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::Pair;
+using testing::SizeIs;
+using testing::StartsWith;
+
+namespace {
+
+std::string const kSecret = "s3cr3t-w0rd";
+std::string const kFine = HttpReply("200 OK", "fine");
+
+SmartPtr<HttpClient> ClientOf(std::string const& url) {
+  auto client =
+      HttpClient::CreateOneFromURL(nullptr, std::wstring(url.begin(), url.end()), L"", L"", false);
+  client->SetTimeouts(5000, 5000, 5000, 5000);
+  return client;
+}
+
+SmartPtr<HttpMessage> Post(HttpClient& client, std::string const& body = "<a/>",
+                           bool isWrite = false) {
+  auto message = HttpMessage::CreateOne();
+  message->GetRequestBuffer()->SetMessage(body.data(), body.size());
+  message->SetIsWrite(isWrite);
+  client.SendRequest(L"/p", eHttpVerb_Post, message);
+  return message;
+}
+
+std::string HeaderOf(std::string const& request, std::string const& name) {
+  std::size_t const start = request.find("\r\n" + name + ": ");
+  if (start == std::string::npos) return {};
+  std::size_t const value = start + name.size() + 4;
+  return request.substr(value, request.find("\r\n", value) - value);
+}
+
+std::string Challenge(std::string const& methods) {
+  return HttpReply("401 Unauthorized", "<html>who?</html>", methods);
+}
+
+/// Milliseconds that `work` takes.
+template <class Work>
+long long Elapsed(Work work) {
+  auto const start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
+                                                               start)
+      .count();
+}
+
+constexpr int kLimitMs = 200;
+constexpr int kGraceMs = 500;
+
+/// A resolver that hangs until the gate opens.
+struct Gate {
+  std::mutex mutex;
+  std::condition_variable opened;
+  bool isOpen = false;
+};
+Gate& ResolverGate() {
+  static Gate gate;
+  return gate;
+}
+
+}  // namespace
+
+/// Stands before the system's: one made-up name never resolves.
+extern "C" int getaddrinfo(char const* name, char const* service, addrinfo const* hints,
+                           addrinfo** result) {
+  if (name != nullptr && std::string(name) == "silent.test") {
+    std::unique_lock<std::mutex> lock(ResolverGate().mutex);
+    ResolverGate().opened.wait(lock, [] { return ResolverGate().isOpen; });
+    return EAI_FAIL;
+  }
+  using Resolve = int (*)(char const*, char const*, addrinfo const*, addrinfo**);
+  static auto const system = reinterpret_cast<Resolve>(dlsym(RTLD_NEXT, "getaddrinfo"));
+  return system(name, service, hints, result);
+}
+
+// ---------- log-on
+
+TEST(LogOn, SendsNothingBeforeAChallengeAndRemembersBasic) {
+  RawServer const server([](RawConnection& connection, int) {
+    for (std::string request; !(request = connection.ReadRequest()).empty();) {
+      bool const known = HeaderOf(request, "Authorization") == "Basic RFx1OnMzY3IzdC13MHJk";
+      connection.Send(known ? kFine : Challenge("WWW-Authenticate: Basic realm=\"r\"\r\n"));
+    }
+  });
+  auto const client = ClientOf(server.Url());
+  client->ApplyCredentials(L"D\\u", L"s3cr3t-w0rd");
+  EXPECT_EQ(Post(*client)->GetStatusCode(), 200);
+  EXPECT_EQ(Post(*client)->GetStatusCode(), 200);
+  ASSERT_THAT(server.Requests(), SizeIs(3));  // the second call needs one round trip
+  EXPECT_EQ(HeaderOf(server.Requests()[0], "Authorization"), "");
+  EXPECT_EQ(server.Connections(), 1);
+}
+
+TEST(LogOn, PrefersDigestAndNtlmToBasic) {
+  std::string const basic = "WWW-Authenticate: Basic realm=\"r\"\r\n";
+  std::vector<std::pair<std::string, std::string>> const methods = {
+      {"WWW-Authenticate: Digest realm=\"r\", nonce=\"n\", qop=\"auth\"\r\n",
+       "Digest username=\"u\""},
+      {"WWW-Authenticate: NTLM\r\n", "NTLM TlRMTVNTUAAB"},
+  };
+  for (auto const& [challenge, answer] : methods) {
+    RawServer const server(Replies({Challenge(basic + challenge), kFine}));
+    auto const client = ClientOf(server.Url());
+    client->ApplyCredentials(L"u", L"s3cr3t-w0rd");
+    EXPECT_EQ(Post(*client)->GetStatusCode(), 200);
+    ASSERT_THAT(server.Requests(), SizeIs(Ge(2)));
+    EXPECT_EQ(HeaderOf(server.Requests()[0], "Authorization"), "");
+    EXPECT_THAT(HeaderOf(server.Requests()[1], "Authorization"), StartsWith(answer));
+  }
+}
+
+TEST(LogOn, FailsAs401WithoutTellingThePassword) {
+  RawServer const server(Replies({Challenge("WWW-Authenticate: Basic realm=\"r\"\r\n")}));
+  auto const client = ClientOf(server.Url());
+  client->ApplyCredentials(L"u", L"s3cr3t-w0rd");
+  auto const message = Post(*client);
+  EXPECT_EQ(message->GetStatusCode(), 401);
+  EXPECT_EQ(message->GetResponseBuffer()->GetBytes(), "<html>who?</html>");
+  EXPECT_THAT(message->GetTransportError(), Not(HasSubstr(kSecret)));
+
+  auto const inUrl = Post(*ClientOf("http://u:" + kSecret + "@127.0.0.1:1"));
+  EXPECT_EQ(inUrl->GetResponseBuffer(), nullptr);
+  EXPECT_THAT(inUrl->GetTransportError(), Not(IsEmpty()));
+  EXPECT_THAT(inUrl->GetTransportError(), Not(HasSubstr(kSecret)));
+}
+
+TEST(LogOn, ChangedCredentialsDoNotInheritTheConnection) {
+  RawServer const server(Replies({kFine}));
+  auto const client = ClientOf(server.Url());
+  Post(*client);
+  Post(*client);
+  EXPECT_EQ(server.Connections(), 1);
+  client->ApplyCredentials(L"u", L"p");
+  Post(*client);
+  EXPECT_EQ(server.Connections(), 2);
+}
+
+// ---------- connections
+
+TEST(Connection, ThatDiesIsReplacedForAReadAndNeverForAWrite) {
+  auto const script = [](RawConnection& connection, int number) {
+    connection.ReadRequest();
+    if (number != 1) connection.Send(kFine);
+    if (number == 0) connection.ReadRequest();  // and closes without an answer
+    if (number > 1) connection.WaitForClose();
+  };
+  {
+    RawServer const server([&script](RawConnection& connection, int number) {
+      script(connection, number == 0 ? 0 : 2);
+    });
+    auto const client = ClientOf(server.Url());
+    Post(*client);
+    EXPECT_EQ(Post(*client)->GetStatusCode(), 200);
+    EXPECT_THAT(server.Requests(), SizeIs(3));
+  }
+  RawServer const server(script);
+  auto const client = ClientOf(server.Url());
+  Post(*client);
+  auto const write = Post(*client, "<a/>", true);  // on connection 1, which dies at once
+  EXPECT_EQ(write->GetResponseBuffer(), nullptr);
+  EXPECT_EQ(server.Connections(), 2);
+  EXPECT_THAT(server.Requests(), SizeIs(2));
+}
+
+TEST(Connection, ThatDiesBehindAChallengeDoesNotRepeatAWrite) {
+  RawServer const server([](RawConnection& connection, int) {
+    connection.ReadRequest();
+    connection.Send(Challenge("WWW-Authenticate: Basic realm=\"r\"\r\n"));
+    connection.ReadRequest();  // the write itself; no answer
+  });
+  auto const client = ClientOf(server.Url());
+  client->ApplyCredentials(L"u", L"p");
+  EXPECT_EQ(Post(*client, "<a/>", true)->GetResponseBuffer(), nullptr);
+  EXPECT_THAT(server.Requests(), SizeIs(2));
+}
+
+TEST(Connection, ToLoopbackIgnoresTheProxy) {
+  RawServer const proxy(Replies({HttpReply("503 Proxy", "")}));
+  RawServer const server(Replies({kFine}));
+  setenv("http_proxy", proxy.Url().c_str(), 1);
+  EXPECT_EQ(Post(*ClientOf(server.Url()))->GetStatusCode(), 200);
+  EXPECT_EQ(Post(*ClientOf("http://localhost:" + std::to_string(server.Port())))->GetStatusCode(),
+            200);
+  EXPECT_EQ(Post(*ClientOf("http://materials.test"))->GetStatusCode(), 503);
+  unsetenv("http_proxy");
+}
+
+// ---------- time-outs
+
+TEST(TimeOut, EndsSilenceWhileReceivingAndSending) {
+  RawServer const server([](RawConnection& connection, int number) {
+    if (number == 0) connection.ReadRequest();
+    if (number == 0) connection.WaitForClose();
+    if (number == 1) poll(nullptr, 0, 4 * kLimitMs);  // takes nothing for so long
+  });
+  auto const client = ClientOf(server.Url());
+  client->SetTimeouts(0, 0, 0, kLimitMs);
+  long long const receiving =
+      Elapsed([&] { EXPECT_THAT(Post(*client)->GetTransportError(), HasSubstr("sent nothing")); });
+  EXPECT_GE(receiving, kLimitMs);
+  EXPECT_LT(receiving, kLimitMs + kGraceMs);
+  client->SetTimeouts(0, 0, kLimitMs, 0);
+  std::string const large(32UL * 1024 * 1024, 'x');
+  long long const sending = Elapsed(
+      [&] { EXPECT_THAT(Post(*client, large)->GetTransportError(), HasSubstr("took nothing")); });
+  EXPECT_LT(sending, kLimitMs + kGraceMs);
+}
+
+TEST(TimeOut, LeavesATricklingServerInPeace) {
+  RawServer const server([](RawConnection& connection, int) {
+    connection.ReadRequest();
+    for (char const c : "HTTP/1.1 200 OK\r\n" + std::string("Content-Length: 2\r\n\r\nok")) {
+      connection.Send(std::string(1, c));
+      poll(nullptr, 0, 20);
+    }
+  });
+  auto const client = ClientOf(server.Url());
+  client->SetTimeouts(0, 0, 0, kLimitMs);  // the reply takes four times as long
+  EXPECT_EQ(Post(*client)->GetStatusCode(), 200);
+}
+
+TEST(TimeOut, EndsAConnectionThatNobodyAccepts) {
+  int const listener = socket(AF_INET, SOCK_STREAM, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  auto* const any = reinterpret_cast<sockaddr*>(&address);
+  ASSERT_EQ(bind(listener, any, size), 0);
+  ASSERT_EQ(listen(listener, 0), 0);
+  ASSERT_EQ(getsockname(listener, any, &size), 0);
+  std::vector<int> fillers;  // they fill the queue, so that later ones get no answer
+  for (int i = 0; i < 4; ++i) {
+    fillers.push_back(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
+    connect(fillers.back(), any, size);
+  }
+  auto const client = ClientOf("http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)));
+  client->SetTimeouts(0, kLimitMs, 0, 0);
+  long long const connecting = Elapsed(
+      [&] { EXPECT_THAT(Post(*client)->GetTransportError(), HasSubstr("while connecting")); });
+  EXPECT_LT(connecting, kLimitMs + kGraceMs);
+  for (int const filler : fillers) close(filler);
+  close(listener);
+}
+
+TEST(TimeOut, EndsANameThatDoesNotResolve) {
+  auto const client = ClientOf("http://silent.test");
+  client->SetTimeouts(kLimitMs, 0, 0, 0);
+  long long const resolving =
+      Elapsed([&] { EXPECT_THAT(Post(*client)->GetTransportError(), HasSubstr("resolving")); });
+  EXPECT_LT(resolving, kLimitMs + kGraceMs);
+  std::lock_guard<std::mutex> const lock(ResolverGate().mutex);
+  ResolverGate().isOpen = true;
+  ResolverGate().opened.notify_all();
+}
+
+// ---------- what else a message tells
+
+TEST(Message, KeepsReplyHeadersAndTimings) {
+  RawServer const server(
+      Replies({HttpReply("302 Found", "", "Location:  /else \r\nX-Empty:\r\n")}));
+  auto const message = Post(*ClientOf(server.Url()));
+  EXPECT_EQ(message->GetStatus(), eHttpStatusCode_Redirection);
+  EXPECT_THAT(
+      message->AccessResponseHeaders(),
+      ElementsAre(Pair("Location", "/else"), Pair("X-Empty", ""), Pair("Content-Length", "0")));
+  EXPECT_GT(message->GetTimings().total, 0);
+  EXPECT_GE(message->GetTimings().total, message->GetTimings().firstByte);
+  EXPECT_THAT(server.Requests(), SizeIs(1));
+}
+
+TEST(Message, SendsOnlyTheHeadersThatWereAdded) {
+  RawServer const server(Replies({kFine}));
+  auto const message = HttpMessage::CreateOne();
+  message->AddRequestHeader("X-Empty", "\r\n");
+  message->AddRequestHeader("accept", std::string("a\0b\r\nInjected: c", 16));
+  ClientOf(server.Url())->SendRequest(L"/p", eHttpVerb_Post, message);
+  EXPECT_THAT(server.Requests(),
+              ElementsAre("POST /p HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(server.Port()) +
+                          "\r\nX-Empty:\r\naccept: abInjected: c\r\nContent-Length: 0\r\n\r\n"));
+}
+
+TEST(Settings, CapTheReplyAndAbortOnRequest) {
+  RawServer const server(Replies({HttpReply("200 OK", std::string(1000, 'x'))}));
+  auto const client = ClientOf(server.Url());
+  HttpTransportSettings settings;
+  for (auto const& [cap, status] : {std::pair<std::size_t, int>{999, 0}, {1000, 200}}) {
+    settings.maxReplyBytes = cap;
+    client->SetTransportSettings(settings);
+    EXPECT_EQ(Post(*client)->GetStatusCode(), status);
+  }
+  settings.progress = [](std::uint64_t, std::uint64_t received) { return received == 0; };
+  client->SetTransportSettings(settings);
+  auto const aborted = Post(*client);
+  EXPECT_EQ(aborted->GetResponseBuffer(), nullptr);
+  EXPECT_THAT(aborted->GetTransportError(), Not(IsEmpty()));
+}

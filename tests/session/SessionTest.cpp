@@ -1,0 +1,187 @@
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/RawServer.h"
+#include "tests/support/Session.h"
+
+using testing::ElementsAre;
+using testing::SizeIs;
+
+namespace {
+
+/// Transport that answers by itself and keeps what it was asked.
+class FakeTransport : public HttpTransport {
+ public:
+  int Send(std::shared_ptr<HttpOptions const> const& options, std::string const& path,
+           eHttpVerb verb, HttpMessage& message) override {
+    m_options = options;
+    m_calls.push_back(std::to_string(verb) + " " + path);
+    message.SetResponse(200, {}, Envelope("<GetTablesResponse/>"));
+    return 0;
+  }
+  std::shared_ptr<HttpOptions const> m_options;
+  std::vector<std::string> m_calls;
+};
+
+/// Lets clients made during a test use the fake.
+class WithFakeTransport : public testing::Test {
+ protected:
+  void SetUp() override {
+    HttpClient::SetTransportFactory([this] { return m_transport; });
+  }
+  void TearDown() override { HttpClient::SetTransportFactory(nullptr); }
+  HttpOptions const& Options(LumoSession& session) {
+    session.ConnectionIsValid(nullptr);
+    return *m_transport->m_options;
+  }
+  SmartPtr<FakeTransport> m_transport{new FakeTransport()};
+};
+
+class CountingModule : public ILumoSLAuthModule {
+ public:
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): the interface's signature
+  void ApplyAuthentication(SmartPtr<HttpClient> client) override { m_applied += client ? 1 : 0; }
+  int m_applied = 0;
+};
+
+}  // namespace
+
+TEST_F(WithFakeTransport, PreparesTheClientOfANewSession) {
+  auto const session = LumoSession::CreateOne("http://x/y/", LumoSLAuth_Annonymous::CreateOne());
+  HttpOptions const& options = Options(*session);
+  EXPECT_EQ(options.baseUrl, "http://x/y");
+  EXPECT_THAT((std::vector<int>{options.resolveTimeout, options.connectTimeout, options.sendTimeout,
+                                options.receiveTimeout}),
+              ElementsAre(10000, 600000, 300000, 300000));
+  EXPECT_FALSE(options.hasCredentials || options.autologon);
+  LumoServiceLayerServices services(session);
+  services.SetTimeouts(1, 0, -5, 4);
+  HttpOptions const& changed = Options(*session);
+  EXPECT_THAT((std::vector<int>{changed.resolveTimeout, changed.connectTimeout, changed.sendTimeout,
+                                changed.receiveTimeout}),
+              ElementsAre(1, 0, 0, 4));
+  GetTablesResponse response;
+  services.GetBrowseService()->GetGetTablesImpl()->RequestTables(TablesOf("K"), &response);
+  EXPECT_THAT(m_transport->m_calls, ElementsAre("4 /", "4 /", "6 /Browse.svc"));
+}
+
+TEST_F(WithFakeTransport, AppliesAModuleOnceAndKeepsTheEffectOfTheOldOne) {
+  SmartPtr<CountingModule> const module(new CountingModule());
+  auto const session = LumoSession::CreateOne("http://x", module);
+  session->ApplyAuthenticationModule(module);
+  EXPECT_EQ(module->m_applied, 1);
+  session->ApplyAuthenticationModule(LumoSLAuth_AutoLoginAuth::CreateOne());
+  session->ApplyAuthenticationModule(nullptr);
+  EXPECT_EQ(session->GetAuthenticationModule(), nullptr);
+  EXPECT_TRUE(Options(*session).autologon);
+  session->ApplyAuthenticationModule(LumoSLAuth_Authenticated::CreateOne("D", "u\xC3\xA9", "p"));
+  HttpOptions const& options = Options(*session);
+  EXPECT_TRUE(options.autologon && options.hasCredentials);
+  EXPECT_EQ(options.user, "D\\u\xC3\xA9");
+  EXPECT_EQ(options.password, "p");
+}
+
+TEST(Session, JoinsDomainAndUser) {
+  LumoSLAuth_Authenticated module("u", "p");
+  EXPECT_EQ(module.GetUserName(), "u");
+  module.InitialiseCredentials("", "v", "p");
+  EXPECT_EQ(module.GetUserName(), "uv");
+  module.InitialiseCredentials("D", "w", "p");
+  EXPECT_EQ(module.GetUserName(), "D\\w");
+}
+
+TEST(Session, DropsInvalidBytesOfTheUrl) {
+  auto const session = LumoSession::CreateOne("http://\xFFx\xC3\xA9/", nullptr);
+  EXPECT_EQ(session->GetUrl(), L"http://x\u00E9/");
+}
+
+TEST(Session, ProbesTheRootBelowItsUrl) {
+  RawServer const server(Replies({HttpReply("200 OK", ""), HttpReply("404 No", "")}));
+  auto const session = LumoSession::CreateOne(server.Url() + "/base", nullptr);
+  eHttpStatusCode status = eHttpStatusCode_Unknown;
+  EXPECT_TRUE(session->ConnectionIsValid(&status));
+  EXPECT_EQ(status, eHttpStatusCode_OK);
+  EXPECT_FALSE(session->ConnectionIsValid(&status));
+  EXPECT_EQ(status, eHttpStatusCode_NotFound);
+  EXPECT_FALSE(session->ConnectionIsValid(nullptr));
+  EXPECT_EQ(server.Requests()[0],
+            "GET /base/ HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(server.Port()) + "\r\n\r\n");
+  auto const unreachable = LumoSession::CreateOne("http://127.0.0.1:1", nullptr);
+  EXPECT_FALSE(unreachable->ConnectionIsValid(&status));
+  EXPECT_EQ(status, 0);
+}
+
+TEST(Services, HaveTheirNamespaces) {
+  std::string const base = LumoSession::GetVendorNamespaceBase() + "16/01/";
+  EXPECT_EQ(BrowseService::GetBrowseDefinition("16/01"), base + "Browse");
+  EXPECT_EQ(SearchService::GetSearchDefinition("16/01"), base + "Search");
+  EXPECT_EQ(DataExportService::GetDataExportDefinition("16/01"), base + "DataExport");
+  EXPECT_EQ(DataImportService::GetDataImportDefinition("16/01"), base + "DataImport");
+  EXPECT_EQ(EngineeringDataService::GetEngineeringDataDefinition("16/01"),
+            base + "EngineeringData");
+  EXPECT_EQ(LumoSession::CreateOne("", nullptr)->GetZorandBaseTypeDefinition(),
+            base + "ZorandBaseTypes");
+}
+
+TEST(Services, OutliveTheFacadeAsLongAsTheyAreHeld) {
+  auto services = Connect("http://127.0.0.1:1");
+  auto const session = services->GetSession();
+  auto const operation = services->GetBrowseService()->GetGetTablesImpl();
+  EXPECT_NE(services->GetSearchService(), nullptr);
+  EXPECT_NE(services->GetDataExportService(), nullptr);
+  EXPECT_NE(services->GetDataImportService(), nullptr);
+  EXPECT_NE(services->GetEngineeringDataService(), nullptr);
+  services.Reset();
+  GetTablesResponse response;
+  operation->RequestTables(TablesOf("K"), &response);
+  EXPECT_EQ(response.GetServiceLayerResponse()->GetResponseCode(), 500);
+}
+
+TEST(OperationNames, AreThose30) {
+  std::vector<std::vector<std::string>> const special = {
+      {"GetDatabases", "GetDatabasesRequest", "GetDatabasesResponse"},
+      {"GetUnits", "GetUnitsRequest", "GetUnitsResponse"},
+      {"GetCurrencies", "GetCurrenciesRequest", "GetCurrenciesResponse"},
+      {"GetUnitConversions", "GetUnitConversionsRequest", "GetUnitConversionsResponse"},
+      {"CriteriaSearch", "CriteriaSearch", "SimpleTextSearchResponse"},
+      {"RecordNameSearch", "RecordNameSearch", "SimpleTextSearchResponse"},
+      {"SetRecordAttributes", "SetRecordAttributesRequest", "SetRecordAttributesResponse"},
+      {"GetUploadAddresses", "GetUploadAddressesRequest", "GetUploadAddressesResponse"},
+      {"ModifyRecordLinks", "ModifyRecordLinksRequest", "ModifyRecordLinksResponse"},
+      {"ExportRecordData", "ExportRecordData", "text"},
+  };
+  for (auto const& row : special) {
+    auto const* const names = lumo::FindOperationNames(row[0]);
+    ASSERT_NE(names, nullptr) << row[0];
+    EXPECT_EQ(names->rootTag, row[1]);
+    EXPECT_EQ(names->responseTag, row[2]);
+  }
+  for (std::string const name : {"GetTables",
+                                 "GetSubsets",
+                                 "GetUnitSystems",
+                                 "GetRootNode",
+                                 "GetChildNodes",
+                                 "GetTreeRecords",
+                                 "GetRecordVersions",
+                                 "GetAttributeDetails",
+                                 "GetAttributeParameters",
+                                 "GetParameterDetails",
+                                 "GetAttributeMinMax",
+                                 "GetMetaAttributes",
+                                 "GetRecordAttributes",
+                                 "GetRecordLinkGroups",
+                                 "GetLinkedRecords",
+                                 "SimpleTextSearch",
+                                 "GetRecordAttributesByRef",
+                                 "GetAvailableExporters",
+                                 "ExportersForRecords",
+                                 "GetExporterParameters"}) {
+    auto const* const names = lumo::FindOperationNames(name);
+    ASSERT_NE(names, nullptr) << name;
+    EXPECT_EQ(names->rootTag, name);
+    EXPECT_EQ(names->responseTag, name + "Response");
+  }
+  EXPECT_EQ(lumo::FindOperationNames("GetNothing"), nullptr);
+}
