@@ -46,10 +46,31 @@ std::set<std::string> ReadSelectors(pugi::xml_node wrapper) {
   return selectors;
 }
 
-void WriteAttributeName(pugi::xml_node attribute, std::string const& name, bool isStandard) {
-  pugi::xml_node element = attribute.append_child("b:name");
-  element.append_attribute("b:isStandard") = isStandard ? "true" : "false";
-  AddText(element, "b:attributeName", name);
+/// Appends the children that qualify the name of an attribute or subset with its table.
+void WriteOwner(pugi::xml_node name, Table const& table) {
+  pugi::xml_node owner = name.append_child("b:table");
+  AddText(owner, "b:tableIdentity", std::to_string(table.id));
+  AddText(owner, "b:tableName", table.name);
+}
+
+void WriteAttribute(pugi::xml_node attributes, Table const& table, Attribute const& attribute) {
+  pugi::xml_node element = attributes.append_child("b:attribute");
+  AddText(element, "b:dbKey", table.dbKey);
+  AddText(element, "b:attributeIdentity", std::to_string(attribute.id));
+  pugi::xml_node name = element.append_child("b:name");
+  name.append_attribute("b:isStandard") = "false";
+  WriteOwner(name, table);
+  AddText(name, "b:attributeName", attribute.name);
+}
+
+/// A standard name belongs to the whole database: it has neither identity nor table.
+void WriteStandardAttribute(pugi::xml_node attributes, Table const& table,
+                            std::string const& standardName) {
+  pugi::xml_node element = attributes.append_child("b:attribute");
+  AddText(element, "b:dbKey", table.dbKey);
+  pugi::xml_node name = element.append_child("b:name");
+  name.append_attribute("b:isStandard") = "true";
+  AddText(name, "b:attributeName", standardName);
 }
 
 void WriteTableDetail(Store& store, pugi::xml_node node, Table const& table,
@@ -57,18 +78,14 @@ void WriteTableDetail(Store& store, pugi::xml_node node, Table const& table,
   WriteTable(node.append_child("b:table"), table);
   pugi::xml_node attributes = node.append_child("b:attributeReferences");
   for (Attribute const& attribute : store.Attributes(table.id)) {
-    if (selectors.count(attribute.isMeta ? "MetaAttributes" : "NonMetaAttributes") == 0) continue;
-    pugi::xml_node element = attributes.append_child("b:attribute");
-    AddText(element, "b:dbKey", table.dbKey);
-    AddText(element, "b:attributeIdentity", std::to_string(attribute.id));
-    WriteAttributeName(element, attribute.name, false);
+    if (selectors.count(attribute.isMeta ? "MetaAttributes" : "NonMetaAttributes") != 0) {
+      WriteAttribute(attributes, table, attribute);
+    }
   }
   pugi::xml_node standardAttributes = node.append_child("b:standardAttributeReferences");
   if (selectors.count("StandardAttributes") != 0) {
     for (std::string const& name : store.StandardNames(table.id)) {
-      pugi::xml_node element = standardAttributes.append_child("b:attribute");
-      AddText(element, "b:dbKey", table.dbKey);
-      WriteAttributeName(element, name, true);
+      WriteStandardAttribute(standardAttributes, table, name);
     }
   }
   pugi::xml_node filters = node.append_child("b:tableFilters");
@@ -83,9 +100,7 @@ void WriteSubsetDetail(pugi::xml_node node, Subset const& subset, Table const& t
   AddText(reference, "b:dbKey", table.dbKey);
   AddText(reference, "b:subsetIdentity", std::to_string(subset.id));
   pugi::xml_node name = reference.append_child("b:name");
-  pugi::xml_node owner = name.append_child("b:table");
-  AddText(owner, "b:tableIdentity", std::to_string(table.id));
-  AddText(owner, "b:tableName", table.name);
+  WriteOwner(name, table);
   AddText(name, "b:subsetName", subset.name);
   WriteTable(node.append_child("b:table"), table);
 }
@@ -124,7 +139,9 @@ void GetSubsets(Store& store, Checker& request, pugi::xml_node response) {
   pugi::xml_node const tableNode = request.Optional("brow:table");
   pugi::xml_node const subsetNodes = request.Optional("zbt:subsetReferences");
   request.End();
-  if (!tableNode && !subsetNodes) throw Fault("a table or subsets must be given");
+  if (!tableNode && !subsetNodes) {
+    throw Fault("<brow:GetSubsets> must hold <brow:table> or <zbt:subsetReferences>");
+  }
 
   Table wanted;
   if (tableNode) wanted = FindTable(store, ReadTable(store, tableNode));
@@ -136,8 +153,11 @@ void GetSubsets(Store& store, Checker& request, pugi::xml_node response) {
     }
     return;
   }
-  for (Checker in(subsetNodes); in.HasMore();) {
-    SubsetName const name = ReadSubset(store, in.Required("zbt:subset"));
+  Checker in(subsetNodes);
+  do {
+    SubsetName name = ReadSubset(store, in.Required("zbt:subset"));
+    bool const isNameAlone = name.identity == 0 && name.table.IsEmpty();
+    if (tableNode && isNameAlone && name.dbKey == wanted.dbKey) name.table.identity = wanted.id;
     Subset const subset = FindSubset(store, name);
     if (tableNode && (subset.tableId != wanted.id || name.dbKey != wanted.dbKey)) {
       throw Fault("the subset \"" + subset.name + "\" does not belong to the table");
@@ -146,7 +166,7 @@ void GetSubsets(Store& store, Checker& request, pugi::xml_node response) {
     owner.identity = subset.tableId;
     owner.dbKey = name.dbKey;
     WriteSubsetDetail(details.append_child("subsetDetail"), subset, FindTable(store, owner));
-  }
+  } while (in.HasMore());
 }
 
 }  // namespace sandbox

@@ -15,6 +15,9 @@ std::string Tag(pugi::xml_node node) { return "<" + std::string(node.name()) + "
 pugi::xml_node Checker::Optional(char const* name) {
   if (std::string_view(m_next.name()) != name) return {};
   pugi::xml_node const found = m_next;
+  if (pugi::xml_attribute const attribute = found.first_attribute()) {
+    throw Fault(Tag(found) + " must not carry the attribute " + attribute.name());
+  }
   m_next = m_next.next_sibling();
   return found;
 }
@@ -35,11 +38,15 @@ void Checker::End() const {
 
 std::string TextOf(pugi::xml_node node) {
   for (pugi::xml_node const child : node.children()) {
-    if (child.type() != pugi::node_pcdata && child.type() != pugi::node_cdata) {
-      throw Fault(Tag(node) + " must hold text only");
-    }
+    if (child.type() != pugi::node_pcdata) throw Fault(Tag(node) + " must hold text only");
   }
   return node.text().get();
+}
+
+std::string FilledTextOf(pugi::xml_node node) {
+  std::string text = TextOf(node);
+  if (text.empty()) throw Fault(Tag(node) + " must not be empty");
+  return text;
 }
 
 int IntegerOf(pugi::xml_node node) {
@@ -51,6 +58,12 @@ int IntegerOf(pugi::xml_node node) {
     throw Fault(Tag(node) + " must hold an integer, not \"" + text + "\"");
   }
   return value;
+}
+
+int IdentityOf(pugi::xml_node node) {
+  int const identity = IntegerOf(node);
+  if (identity == 0) throw Fault(Tag(node) + " must not be 0: no entity has that identity");
+  return identity;
 }
 
 }  // namespace sandbox

@@ -6,7 +6,7 @@
 namespace sandbox {
 
 /// Walks the children of an element in the order in which they must come. Everything that is
-/// unknown, repeated or out of place ends in a `Fault` that names it.
+/// unknown, repeated or out of place, and every attribute, ends in a `Fault` that names it.
 class Checker {
  public:
   explicit Checker(pugi::xml_node parent) : m_parent(parent), m_next(parent.first_child()) {}
@@ -25,7 +25,11 @@ class Checker {
 
 /// Text of an element that holds nothing but text.
 std::string TextOf(pugi::xml_node node);
+/// Text of an element that is not sent when there is nothing to say.
+std::string FilledTextOf(pugi::xml_node node);
 /// Text as a decimal integer.
 int IntegerOf(pugi::xml_node node);
+/// An identity, which is never 0: one that is not set is not sent.
+int IdentityOf(pugi::xml_node node);
 
 }  // namespace sandbox

@@ -1,6 +1,6 @@
 #include "References.h"
 
-#include <algorithm>
+#include <vector>
 
 #include "Soap.h"
 
@@ -10,9 +10,9 @@ namespace {
 /// Reads a table's identifiers up to the database key.
 TableName ReadIdentifiers(Checker& in) {
   TableName table;
-  if (auto const node = in.Optional("zbt:tableIdentity")) table.identity = IntegerOf(node);
-  if (auto const node = in.Optional("zbt:tableGUID")) table.guid = TextOf(node);
-  if (auto const node = in.Optional("zbt:tableName")) table.name = TextOf(node);
+  if (auto const node = in.Optional("zbt:tableIdentity")) table.identity = IdentityOf(node);
+  if (auto const node = in.Optional("zbt:tableGUID")) table.guid = FilledTextOf(node);
+  if (auto const node = in.Optional("zbt:tableName")) table.name = FilledTextOf(node);
   return table;
 }
 
@@ -53,13 +53,14 @@ SubsetName ReadSubset(Store& store, pugi::xml_node node) {
   SubsetName subset;
   subset.dbKey = KnownKey(store, in.Required("zbt:dbKey"));
   if (auto const identity = in.Optional("zbt:subsetIdentity")) {
-    subset.identity = IntegerOf(identity);
+    subset.identity = IdentityOf(identity);
   } else {
     Checker name(in.Required("zbt:name"));
     if (auto const table = name.Optional("zbt:table")) {
       Checker identifiers(table);
       subset.table = ReadIdentifiers(identifiers);
       identifiers.End();
+      if (subset.table.IsEmpty()) throw Fault("the <zbt:table> of a subset's name names no table");
     }
     subset.table.dbKey = subset.dbKey;
     subset.name = TextOf(name.Required("zbt:subsetName"));
@@ -79,14 +80,17 @@ Table FindTable(Store& store, TableName const& name) {
 
 Subset FindSubset(Store& store, SubsetName const& name) {
   int const tableId = name.table.IsEmpty() ? 0 : FindTable(store, name.table).id;
+  std::vector<Subset> found;
   for (Subset const& subset : store.Subsets(name.dbKey)) {
     bool const isWanted = name.identity != 0 ? subset.id == name.identity
                                              : subset.name == name.name &&
                                                    (tableId == 0 || subset.tableId == tableId);
-    if (isWanted) return subset;
+    if (isWanted) found.push_back(subset);
   }
-  throw Fault("there is no subset " +
-              (name.identity != 0 ? std::to_string(name.identity) : "\"" + name.name + "\"") +
+  if (found.size() == 1) return found.front();
+  throw Fault((found.empty() ? "there is no subset " : "more than one table has a subset ") +
+              (name.identity != 0 ? "with identity " + std::to_string(name.identity)
+                                  : "\"" + name.name + "\"") +
               " in \"" + name.dbKey + "\"");
 }
 

@@ -32,7 +32,7 @@ SubsetName ReadSubset(Store& store, pugi::xml_node node);
 
 /// The table that answers to every identifier that was given; throws `Fault` when there is none.
 Table FindTable(Store& store, TableName const& name);
-/// The same for a subset.
+/// The same for a subset. A name that several tables use needs the table.
 Subset FindSubset(Store& store, SubsetName const& name);
 
 /// Appends the children by which a reply names a table.

@@ -186,6 +186,7 @@ void Seed(Store& store) {
     store.Insert("INSERT INTO database (key, name) VALUES (?, ?)", {database.key, database.name});
     for (SeedTable const& table : database.tables) AddTable(store, database, table);
   }
+  store.Run("PRAGMA user_version = " + std::to_string(kSchemaVersion));
   store.Run("COMMIT");
 }
 

@@ -2,6 +2,10 @@
 
 #include <httplib.h>
 
+#include <sys/socket.h>
+
+#include <chrono>
+#include <cstdint>
 #include <mutex>
 #include <stdexcept>
 #include <string_view>
@@ -9,6 +13,7 @@
 
 #include "Operations.h"
 #include "Soap.h"
+#include "WellFormed.h"
 
 namespace sandbox {
 namespace {
@@ -78,17 +83,42 @@ Operation const& FindOperation(Service const& service, std::string const& action
               action + "\"");
 }
 
+/// The request's body, which is read to its end even when it is refused, so that the connection can
+/// go on.
+std::string ReadBody(httplib::Request const& request, httplib::ContentReader const& read) {
+  std::string body;
+  bool isTooLong = false;
+  bool isWhole = false;
+  auto const take = [&](char const* bytes, std::size_t count) {
+    isTooLong = isTooLong || count > kMaxRequestBytes - body.size();
+    if (!isTooLong) body.append(bytes, count);
+    return true;
+  };
+  if (request.is_multipart_form_data()) {  // has the wrong type and is refused for that
+    isWhole = read([](httplib::MultipartFormData const&) { return true; }, take);
+  } else {
+    isWhole = read(take);
+  }
+  std::uint64_t const announced = request.get_header_value<std::uint64_t>("Content-Length");
+  if (isTooLong || announced > kMaxRequestBytes) throw Fault("the request is longer than 64 MiB");
+  if (!isWhole) throw Fault("the request's body is cut short or broken");
+  return body;
+}
+
 /// The reply to one request; throws `Fault` when the request makes no sense.
-std::string Answer(Store& store, Service const& service, httplib::Request const& request) {
+std::string Answer(Store& store, std::mutex& storeMutex, Service const& service,
+                   httplib::Request const& request, std::string const& text) {
   std::string const type = request.get_header_value("Content-Type");
   if (type != "text/xml;charset=UTF-8") throw Fault("unexpected Content-Type \"" + type + "\"");
   Operation const& operation = FindOperation(service, request.get_header_value("SOAPAction"));
 
+  CheckWellFormed(text);
   pugi::xml_document document;
-  unsigned const flags = pugi::parse_default | pugi::parse_declaration | pugi::parse_doctype |
-                         pugi::parse_pi | pugi::parse_comments;
-  auto const parsed =
-      document.load_buffer(request.body.data(), request.body.size(), flags, pugi::encoding_utf8);
+  // Text outside the root element and blanks that are an element's only content are kept, so that
+  // they can be refused; blanks between elements do not matter.
+  unsigned const flags = pugi::parse_default | pugi::parse_declaration | pugi::parse_fragment |
+                         pugi::parse_ws_pcdata_single;
+  auto const parsed = document.load_buffer(text.data(), text.size(), flags, pugi::encoding_utf8);
   if (!parsed) throw Fault(std::string("the request is not XML: ") + parsed.description());
   pugi::xml_node const body = CheckEnvelope(document, service);
   if (operation.handler == nullptr) {
@@ -106,6 +136,7 @@ std::string Answer(Store& store, Service const& service, httplib::Request const&
   }
   pugi::xml_document reply;
   Checker in(content);
+  std::lock_guard<std::mutex> const lock(storeMutex);
   operation.handler(store, in,
                     StartReply(reply, service, std::string(operation.name) + "Response"));
   return Print(reply);
@@ -115,7 +146,7 @@ std::string Answer(Store& store, Service const& service, httplib::Request const&
 
 struct Server::Http {
   httplib::Server server;
-  std::mutex store;  // requests are answered one at a time
+  std::mutex store;  // held by the operation that uses the store
   std::thread thread;
 };
 
@@ -126,19 +157,28 @@ Server::Server(Store& store) : m_http(std::make_unique<Http>()) {
   server.set_keep_alive_max_count(kCallsPerConnection);
   server.set_keep_alive_timeout(kIdleSeconds);
   server.set_payload_max_length(kMaxRequestBytes);
+  // Without this the library shares a port that another server already listens on.
+  server.set_socket_options([](int socket) {
+    int const yes = 1;
+    setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+  });
   server.Get("/", [](httplib::Request const&, httplib::Response& response) {
     response.set_content("lumo-sandbox\n", "text/plain");
   });
   for (Service const& service : kServices) {
     server.Post(
         "/" + std::string(service.name) + ".svc",
-        [this, &store, &service](httplib::Request const& request, httplib::Response& response) {
+        [this, &store, &service](httplib::Request const& request, httplib::Response& response,
+                                 httplib::ContentReader const& read) {
+          response.status = 500;
           try {
-            std::lock_guard<std::mutex> const lock(m_http->store);
-            response.set_content(Answer(store, service, request), kReplyType);
-          } catch (std::exception const& fault) {
-            response.status = 500;
-            response.set_content(FaultReply(fault.what()), kReplyType);
+            std::string const text = ReadBody(request, read);
+            response.set_content(Answer(store, m_http->store, service, request, text), kReplyType);
+            response.status = 200;
+          } catch (Fault const& fault) {
+            response.set_content(FaultReply(Blame::Client, fault.what()), kReplyType);
+          } catch (std::exception const& error) {
+            response.set_content(FaultReply(Blame::Server, error.what()), kReplyType);
           }
         });
   }
@@ -156,7 +196,8 @@ int Server::Start(int port) {
   }
   if (bound <= 0) throw std::runtime_error("cannot listen on 127.0.0.1:" + std::to_string(port));
   m_http->thread = std::thread([&server] { server.listen_after_bind(); });
-  while (!server.is_running()) std::this_thread::yield();
+  // Stop() reaches only a server that runs; connections made before are not lost.
+  while (!server.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   return bound;
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "Checker.h"
+#include "WellFormed.h"
 
 namespace sandbox {
 namespace {
@@ -36,7 +37,7 @@ void CheckHeader(pugi::xml_node header) {
   if (auto const flag = in.Optional("header:actAsReadUser"); flag && flag.first_child()) {
     throw Fault("<header:actAsReadUser> must be empty");
   }
-  if (auto const name = in.Optional("header:applicationName")) TextOf(name);
+  if (auto const name = in.Optional("header:applicationName")) FilledTextOf(name);
   in.End();
 }
 
@@ -48,7 +49,7 @@ std::string VersionedNamespace(std::string_view name) {
 
 pugi::xml_node CheckEnvelope(pugi::xml_document const& document, Service const& service) {
   pugi::xml_node const declaration = document.first_child();
-  if (declaration.type() != pugi::node_declaration) throw Fault("the XML declaration is missing");
+  if (declaration.type() != pugi::node_declaration) throw Fault("the XML declaration is broken");
   CheckAttributes(declaration, {{"version", "1.0"}, {"encoding", "UTF-8"}});
 
   pugi::xml_node const envelope = declaration.next_sibling();
@@ -78,13 +79,13 @@ pugi::xml_node StartReply(pugi::xml_document& document, Service const& service,
   return response;
 }
 
-std::string FaultReply(std::string const& text) {
+std::string FaultReply(Blame blame, std::string const& text) {
   pugi::xml_document document;
   pugi::xml_node envelope = document.append_child("s:Envelope");
   envelope.append_attribute("xmlns:s") = kSoapNamespace;
   pugi::xml_node fault = envelope.append_child("s:Body").append_child("s:Fault");
-  AddText(fault, "faultcode", "s:Client");
-  AddText(fault, "faultstring", text).append_attribute("xml:lang") = "en";
+  AddText(fault, "faultcode", blame == Blame::Client ? "s:Client" : "s:Server");
+  AddText(fault, "faultstring", Legible(text)).append_attribute("xml:lang") = "en";
   return Print(document);
 }
 

@@ -31,7 +31,9 @@ pugi::xml_node CheckEnvelope(pugi::xml_document const& document, Service const& 
 pugi::xml_node StartReply(pugi::xml_document& document, Service const& service,
                           std::string const& element);
 
-std::string FaultReply(std::string const& text);
+/// Who is to blame for a fault.
+enum class Blame { Client, Server };
+std::string FaultReply(Blame blame, std::string const& text);
 std::string Print(pugi::xml_document const& document);
 
 /// Appends `<name>text</name>`.

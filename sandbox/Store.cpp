@@ -19,9 +19,11 @@ Store::Store(std::string const& file) {
   if (code != SQLITE_OK) Fail("cannot open " + file);
   sqlite3_extended_result_codes(handle, 1);
   Run("PRAGMA foreign_keys = ON");
-  auto const known = Query<int>("SELECT count(*) FROM sqlite_master WHERE name = 'database'", {},
-                                [](sqlite3_stmt* row) { return sqlite3_column_int(row, 0); });
-  if (known.at(0) == 0) Seed(*this);
+  auto const number = [](sqlite3_stmt* row) { return sqlite3_column_int(row, 0); };
+  if (Query<int>("SELECT count(*) FROM sqlite_master", {}, number).at(0) == 0) Seed(*this);
+  if (Query<int>("PRAGMA user_version", {}, number).at(0) != kSchemaVersion) {
+    throw std::runtime_error(file + " is not a database of this version of lumo-sandbox");
+  }
 }
 
 std::vector<Database> Store::Databases() {

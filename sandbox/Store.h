@@ -37,7 +37,7 @@ struct Subset {
 class Store {
  public:
   /// Opens the file, or a private database in memory for ":memory:"; fills an empty one. Throws
-  /// std::runtime_error.
+  /// std::runtime_error, also when the file holds something else or data of another version.
   explicit Store(std::string const& file);
 
   std::vector<Database> Databases();
@@ -69,6 +69,9 @@ class Store {
 
   std::unique_ptr<sqlite3, Close> m_handle;
 };
+
+/// Changes with the schema, so that a file of another version is refused and not misread.
+constexpr int kSchemaVersion = 1;
 
 /// Makes the tables and fills them with what the sandbox ships.
 void Seed(Store& store);

@@ -4,12 +4,15 @@
 #include <sys/timerfd.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <charconv>
 #include <exception>
 #include <iostream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "Server.h"
 #include "Store.h"
@@ -31,6 +34,8 @@ Prints one line of JSON with its address. Stops on SIGTERM and SIGINT.
 )";
 
 struct Options {
+  bool help = false;
+  bool version = false;
   int port = 0;
   int ttlSeconds = 0;
   bool stopOnEof = false;
@@ -59,12 +64,17 @@ Options ReadOptions(int count, char** texts) {
       if (++i == count) throw UsageError(std::string(option) + " takes a value");
       return texts[i];
     };
-    if (option == "--port") {
+    if (option == "--help") {
+      options.help = true;
+    } else if (option == "--version") {
+      options.version = true;
+    } else if (option == "--port") {
       options.port = Number(option, value(), 65535);
     } else if (option == "--ttl") {
       options.ttlSeconds = Number(option, value(), 1'000'000);
     } else if (option == "--database") {
       options.database = value();
+      if (options.database.empty()) throw UsageError("--database takes the name of a file");
     } else if (option == "--stop-on-eof") {
       options.stopOnEof = true;
     } else {
@@ -72,6 +82,12 @@ Options ReadOptions(int count, char** texts) {
     }
   }
   return options;
+}
+
+/// The descriptor that the system gave; throws std::system_error when it gave none.
+int Opened(int descriptor, char const* what) {
+  if (descriptor < 0) throw std::system_error(errno, std::generic_category(), what);
+  return descriptor;
 }
 
 /// The stop signals as a descriptor. To be called before any thread starts, which inherits the
@@ -83,11 +99,11 @@ int StopSignals() {
   sigaddset(&signals, SIGINT);
   sigprocmask(SIG_BLOCK, &signals, nullptr);
   signal(SIGPIPE, SIG_IGN);
-  return signalfd(-1, &signals, SFD_CLOEXEC);
+  return Opened(signalfd(-1, &signals, SFD_CLOEXEC), "signalfd");
 }
 
 int Timer(int seconds) {
-  int const timer = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC);
+  int const timer = Opened(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC), "timerfd");
   itimerspec when{};
   when.it_value.tv_sec = seconds;
   timerfd_settime(timer, 0, &when, nullptr);  // 0 seconds never fire
@@ -113,21 +129,18 @@ void WaitForStop(int signals, Options const& options) {
 }  // namespace
 
 int main(int count, char** texts) try {
-  if (count == 2 && std::string_view(texts[1]) == "--help") {
-    std::cout << kUsage;
-    return 0;
-  }
-  if (count == 2 && std::string_view(texts[1]) == "--version") {
-    std::cout << "lumo-sandbox " SANDBOX_VERSION "\n";
-    return 0;
-  }
   Options const options = ReadOptions(count, texts);
+  if (options.help || options.version) {
+    std::cout << (options.help ? kUsage : "lumo-sandbox " SANDBOX_VERSION "\n");
+    return 0;
+  }
   int const signals = StopSignals();
   sandbox::Store store(options.database);
   sandbox::Server server(store);
   int const port = server.Start(options.port);
   std::cout << R"({"url":"http://127.0.0.1:)" << port << R"(","port":)" << port << R"(,"pid":)"
             << getpid() << "}" << std::endl;
+  if (!std::cout) throw std::runtime_error("cannot write the address to standard output");
   WaitForStop(signals, options);
   server.Stop();
   return 0;

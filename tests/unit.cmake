@@ -1,2 +1,9 @@
-lumo_add_tests(unit support/Main.cpp)
+lumo_add_tests(unit
+  support/Main.cpp
+  platform/SmartPtrTest.cpp
+  xml/XmlTest.cpp
+  types/ReferenceTest.cpp
+  types/EnumerationTest.cpp
+  values/ValueModelTest.cpp
+  services/BrowseTest.cpp)
 lumo_discover_tests(unit)

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "lumo/LumoServiceLayer.h"
+
+/// Parses a text that must be well-formed.
+inline std::unique_ptr<XmlDocument<char>> Parsed(std::string const& xml) {
+  auto document = std::make_unique<XmlDocument<char>>();
+  if (!XMLUtilites::Parse(xml.data(), xml.data() + xml.size(), *document)) {
+    throw std::logic_error("test text is not XML: " + std::string(lumo::LastXmlError()));
+  }
+  return document;
+}
+
+/// What the object writes into an attached element, as text.
+template <class T>
+std::string Written(T const& object) {
+  auto const document = std::make_unique<XmlDocument<char>>();
+  XmlNode<char>* const root = XMLUtilites::CreateNode("r", "", document.get());
+  document->append_node(root);
+  object.CreateXMLNode(root);
+  std::string const text = XMLUtilites::Print(*document);
+  return text == "<r/>" ? std::string() : text.substr(3, text.size() - 7);
+}
+
+/// The object read from the first element of the text.
+template <class T>
+SmartPtr<T> Read(std::string const& xml) {
+  return T::CreateOne(Parsed(xml)->first_node());
+}

@@ -1,0 +1,114 @@
+#include <gmock/gmock.h>
+
+#include <map>
+#include <string>
+
+#include "tests/support/Xml.h"
+
+using testing::ElementsAre;
+
+namespace {
+
+/// The smallest value: the common attributes and nothing else.
+class TinyValue : public lumo::FromXml<TinyValue, IDataValue> {
+ public:
+  TinyValue() = default;
+  explicit TinyValue(XmlNode<char> const* node) { LoadCommonAttributes(node); }
+  void CreateXMLNode(XmlNode<char>* /*node*/) const override {}
+  std::string GetNodeName() const override { return "IntegerDataValue"; }
+  std::string GetTypeString() const override { return AttributeTypes::INTEGER_TYPE_STRING; }
+};
+
+/// A type whose elements never hold a value.
+class NeverValue : public TinyValue {
+ public:
+  static SmartPtr<IDataValue> CreateOne(XmlNode<char> const* /*node*/) { return nullptr; }
+};
+
+}  // namespace
+
+TEST(Factories, EnterAndLeaveTheTable) {
+  {
+    TypedDataValueFactory<TinyValue> factory("TINY");
+    EXPECT_EQ(DataValueFactoryNew::s_factories.at("TINY"), &factory);
+    EXPECT_EQ(factory.GetTypeCode(), "TINY");
+    EXPECT_EQ(factory.CreateInstance(nullptr), nullptr);
+  }
+  EXPECT_EQ(DataValueFactoryNew::s_factories.count("TINY"), 0U);
+}
+
+TEST(AttributeValue, KnowsFourteenElements) {
+  std::map<std::string, std::string> const expected = {
+      {"IntegerDataValue", "INPT"},
+      {"RangeDataValue", "RNGE"},
+      {"PointDataValue", "POIN"},
+      {"TabularDataValue", "TABL"},
+      {"LogicalDataValue", "LOGI"},
+      {"ShortTextDataValue", "STXT"},
+      {"LongTextDataValue", "LTXT"},
+      {"HyperlinkDataValue", "HLNK"},
+      {"DiscreteDataValue", "DISC"},
+      {"DateDataValue", "DTTM"},
+      {"FileDataValue", "FILE"},
+      {"PictureDataValue", "PICT"},
+      {"FloatFunctionalSeriesDataValue", "FLOAT_FUNCTIONAL_SERIES"},
+      {"FloatFunctionalGriddedDataValue", "FLOAT_FUNCTIONAL_GRIDDED"}};
+  EXPECT_TRUE(std::equal(expected.begin(), expected.end(), AttributeValue::AccessRegistry().begin(),
+                         AttributeValue::AccessRegistry().end()));
+}
+
+TEST(AttributeValue, TakesTheFirstValueThatCanBeBuilt) {
+  TypedDataValueFactory<NeverValue> const never("LOGI");
+  TypedDataValueFactory<TinyValue> const tiny("INPT");
+  auto const value = Read<AttributeValue>(
+      "<v><AttributeName>A</AttributeName><z:LogicalDataValue/>"
+      "<z:IntegerDataValue dataVersionNumber='4'/><IntegerDataValue dataVersionNumber='5'/></v>");
+  EXPECT_EQ(value->GetAttributeName(), "A");
+  EXPECT_EQ(value->GetDataType(), "INPT");
+  ASSERT_NE(value->GetDataValue(), nullptr);
+  EXPECT_EQ(value->GetDataValue()->GetDataVersionNumber(), 4);
+  EXPECT_EQ(value->GetDataValue()->GetImportNodeName(), "IntegerDataValue");
+
+  auto const copy = AttributeValue::CreateOne();
+  *copy = *value;
+  EXPECT_EQ(copy->GetDataValue(), value->GetDataValue());
+  copy->SetDataValue(nullptr);
+  EXPECT_EQ(copy->GetDataType(), "INPT");
+}
+
+TEST(AttributeValue, MarksWhatItCannotBuild) {
+  TypedDataValueFactory<NeverValue> const never("LOGI");
+  for (std::string const element : {"ListDataValue", "LinkedRecordsDataValue", "Empty", "Other"}) {
+    auto const value = Read<AttributeValue>("<v>text<" + element + "/></v>");
+    EXPECT_EQ(value->GetDataType(), "UNSUPPORTED DATA TYPE");
+    EXPECT_EQ(value->GetDataValue(), nullptr);
+  }
+  EXPECT_EQ(Read<AttributeValue>("<v><LogicalDataValue/></v>")->GetDataType(), "LOGI");
+  EXPECT_EQ(Read<AttributeValue>("<v><RangeDataValue/></v>")->GetDataType(), "RNGE");
+}
+
+TEST(CommonAttributes, AreReadWhenPresent) {
+  auto const plain = Read<TinyValue>("<v/>");
+  EXPECT_EQ(plain->GetDataVersionNumber(), -1);
+  EXPECT_FALSE(plain->GetHasDataVersionNumber() || plain->GetIsNotApplicable() ||
+               plain->GetIsFallback());
+  auto const full =
+      Read<TinyValue>("<v isNotApplicable='YES' dataVersionNumber='-1' isFallback='t'/>");
+  EXPECT_EQ(full->GetDataVersionNumber(), -1);
+  EXPECT_TRUE(full->GetHasDataVersionNumber() && full->GetIsNotApplicable() &&
+              full->GetIsFallback());
+  full->LoadCommonAttributes(nullptr);
+  EXPECT_TRUE(full->GetIsNotApplicable());
+  EXPECT_THROW(Read<TinyValue>("<v isNotApplicable='maybe'/>"), std::runtime_error);
+  EXPECT_THROW(Read<TinyValue>("<v isFallback=''/>"), std::runtime_error);
+  EXPECT_THROW(Read<TinyValue>("<v dataVersionNumber='one'/>"), std::invalid_argument);
+}
+
+TEST(AttributeTypes, HaveTheirCodes) {
+  EXPECT_THAT((std::vector<std::string>{
+                  AttributeTypes::FLOAT_FUNCTIONAL_TYPE_STRING, AttributeTypes::LIST_TYPE_STRING,
+                  AttributeTypes::EMPTY_TYPE_STRING, AttributeTypes::LINK_TYPE_STRING,
+                  AttributeTypes::DISCRETE_FUNCTIONAL_TYPE_STRING,
+                  AttributeTypes::MATHS_FUNCTIONAL_TYPE_STRING}),
+              ElementsAre("FUNC", "LIST", "EMPT", "LINK", "DSFN", "MAFN"));
+}
