@@ -1,0 +1,13 @@
+add_test(NAME includes.KeepTheirDirection COMMAND ${PROJECT_SOURCE_DIR}/scripts/check-includes)
+
+# What a user does with the library; sanitized builds are not installed.
+if(LUMO_BUILD_SANDBOX AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  foreach(way find_package pkg_config add_subdirectory)
+    add_test(NAME consumer.${way} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumer/run.sh
+      ${way} ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR} $<TARGET_FILE:lumo-sandbox>)
+  endforeach()
+endif()
+if(LUMO_BUILD_SANDBOX AND LUMO_BUILD_EXAMPLES)
+  add_test(NAME example.ListsTheSandbox COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumer/example.sh
+    ${PROJECT_SOURCE_DIR} $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:list-databases>)
+endif()
