@@ -29,7 +29,8 @@ std::string FaultText(std::string const& reply) {
   return XMLUtilites::GetText(node);
 }
 
-lumo::LazyText FaultOf(lumo::LazyText const& reply) {
+lumo::LazyText FaultOf(lumo::LazyText const& reply, int responseCode) {
+  if (responseCode == kSuccess) return {};
   return lumo::LazyText([reply] { return FaultText(reply.Get()); });
 }
 
@@ -38,18 +39,16 @@ lumo::LazyText FaultOf(lumo::LazyText const& reply) {
 ServiceLayerResponse::ServiceLayerResponse(std::string const& responseText, int responseCode)
     : m_responseText(responseText),
       m_responseCode(responseCode),
-      m_errorMessage(FaultOf(m_responseText)) {}
+      m_errorMessage(FaultOf(m_responseText, responseCode)) {}
 
 ServiceLayerResponse::ServiceLayerResponse(SmartPtr<HttpMessageBuffer> const& reply,
                                            int responseCode)
     : m_responseText(PrintedText(reply)),
       m_responseCode(responseCode),
-      m_errorMessage(FaultOf(m_responseText)) {}
+      m_errorMessage(FaultOf(m_responseText, responseCode)) {}
 
 void ServiceLayerResponse::SetRequestBuffer(SmartPtr<HttpMessageBuffer> const& request) {
   m_requestText = PrintedText(request);
 }
 
-std::string ServiceLayerResponse::GetErrorMessage() const {
-  return m_responseCode == kSuccess ? std::string() : m_errorMessage.Get();
-}
+std::string ServiceLayerResponse::GetErrorMessage() const { return m_errorMessage.Get(); }

@@ -66,6 +66,10 @@ struct Handle {
   std::unique_ptr<CURL, FreeEasy> easy;
   Exchange exchange;
   char error[CURL_ERROR_SIZE] = {};
+  // What the easy handle holds already: most calls repeat the headers of the one before.
+  std::string url;
+  HttpHeaders headers;
+  HeaderList headerList;
 };
 
 void Enter(Exchange& exchange, Phase phase) {
@@ -282,11 +286,11 @@ void Append(HeaderList& list, std::string const& line) {
   list.reset(longer);
 }
 
-/// The headers that were added, in order, and a word to libcurl to add none of its own.
-HeaderList MakeHeaders(HttpMessage const& message) {
+/// The headers in order, and a word to libcurl to add none of its own.
+HeaderList MakeHeaders(HttpHeaders const& headers) {
   HeaderList list;
   std::vector<std::string_view> unwanted = {"Accept", "Content-Type", "Expect"};
-  for (auto const& [name, value] : message.AccessRequestHeaders()) {
+  for (auto const& [name, value] : headers) {
     bool const isBlank = Trimmed(value).empty();  // libcurl's form of a header without a value
     Append(list, isBlank ? name + ";" : name + ": " + value);
     unwanted.erase(std::remove_if(unwanted.begin(), unwanted.end(),
@@ -297,6 +301,19 @@ HeaderList MakeHeaders(HttpMessage const& message) {
   }
   for (std::string_view name : unwanted) Append(list, std::string(name) + ":");
   return list;
+}
+
+void SetTarget(Handle& handle, std::string const& url, HttpHeaders const& headers) {
+  if (handle.url != url) {
+    Set(handle, CURLOPT_URL, url.c_str());
+    handle.url = url;
+  }
+  if (!handle.headerList || handle.headers != headers) {
+    HeaderList list = MakeHeaders(headers);
+    Set(handle, CURLOPT_HTTPHEADER, list.get());
+    handle.headerList = std::move(list);
+    handle.headers = headers;
+  }
 }
 
 /// Limit of the current phase in ms; 0 for none.
@@ -421,16 +438,13 @@ class CurlTransport : public HttpTransport {
                           HttpMessage& message) {
     SmartPtr<HttpMessageBuffer> const request = message.GetRequestBuffer();
     std::string const& body = request->GetBytes();
-    HeaderList const headers = MakeHeaders(message);
-    std::string const url = handle.options->baseUrl + path;
     handle.exchange = Exchange();
     handle.exchange.options = handle.options.get();
     handle.exchange.isWrite = message.GetIsWrite();
     Enter(handle.exchange, Phase::Resolving);
     handle.error[0] = '\0';
 
-    Set(handle, CURLOPT_URL, url.c_str());
-    Set(handle, CURLOPT_HTTPHEADER, headers.get());
+    SetTarget(handle, handle.options->baseUrl + path, message.AccessRequestHeaders());
     Set(handle, CURLOPT_FRESH_CONNECT, message.GetIsWrite() ? 1L : 0L);
     if (verb == eHttpVerb_Post) {
       Set(handle, CURLOPT_POST, 1L);
@@ -442,7 +456,6 @@ class CurlTransport : public HttpTransport {
 
     CURLcode const code = Drive(handle, verb == eHttpVerb_Post ? body.size() : 0);
     Report(handle, code, message);
-    Set(handle, CURLOPT_HTTPHEADER, static_cast<curl_slist*>(nullptr));
     Set(handle, CURLOPT_POSTFIELDS, static_cast<char const*>(nullptr));
     return code;
   }

@@ -14,6 +14,7 @@ std::string OneLine(std::string text) {
 }  // namespace
 
 void HttpMessage::AddRequestHeader(std::string const& name, std::string const& value) {
+  m_requestHeaders.reserve(8);  // what a call sends, without growing on the way
   m_requestHeaders.emplace_back(OneLine(name), OneLine(value));
 }
 
