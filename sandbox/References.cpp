@@ -33,7 +33,7 @@ std::string Describe(TableName const& name) {
 }  // namespace
 
 std::string KnownKey(Store& store, pugi::xml_node node) {
-  std::string const key = TextOf(node);
+  std::string key = TextOf(node);
   for (Database const& database : store.Databases()) {
     if (database.key == key) return key;
   }

@@ -50,7 +50,7 @@ class LUMO_API LumoSession : public SmartPtrTarget_ts {
   }
   /// Name under which the application shows at the server; not sent when empty. Operation objects
   /// copy it into the SOAP header when they are made; the HTTP header follows at once.
-  std::string GetApplicationName() const { return m_applicationName; }
+  std::string const& GetApplicationName() const { return m_applicationName; }
   void SetApplicationName(std::string const& name) { m_applicationName = name; }
 
   /// Sets the verb and the headers that every call carries.

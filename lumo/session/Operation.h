@@ -29,7 +29,7 @@ class Operation : public OperationBase {
 
   /// The response that the document holds; null when it holds none.
   virtual SmartPtr<ResponseType> ProcessResponse(XmlDocument<char>* document) {
-    return ResponseType::CreateOne(FindResponseNode(*document));
+    return document == nullptr ? nullptr : ResponseType::CreateOne(FindResponseNode(*document));
   }
 
  protected:

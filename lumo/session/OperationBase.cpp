@@ -37,7 +37,7 @@ std::string OperationBase::GetResponseTagName() const { return GetOperationName(
 
 SmartPtr<HttpMessage> OperationBase::BuildRequestHandle(SmartPtr<IRequest> const& request) const {
   auto message = HttpMessage::CreateOne();
-  message->SetIsWrite(IsWrite());
+  message->SetIsWrite(m_isWrite);
   BuildRequest(message, request);
   return message;
 }
@@ -99,7 +99,7 @@ void OperationBase::LogFailure(ILogger* logger, ServiceLayerResponse const& outc
 
 void OperationBase::Post(SmartPtr<HttpMessage> const& message) const {
   if (m_session == nullptr) return;
-  std::string const applicationName = m_session->GetApplicationName();
+  std::string const& applicationName = m_session->GetApplicationName();
   if (!applicationName.empty()) {
     message->AddRequestHeader("X-Zorand-ApplicationName", applicationName);
   }

@@ -30,8 +30,9 @@ class LUMO_API OperationBase : public SmartPtrTarget_ts {
   OperationBase(LumoSession* session, std::string const& serviceNamespace,
                 std::string const& prefix);
 
-  /// Whether the operation changes data on the server: such a request is never sent twice.
-  virtual bool IsWrite() const { return false; }
+  /// Says whether the operation changes data on the server, as few do: such a request goes out on a
+  /// fresh connection and is never sent twice.
+  void SetIsWrite(bool isWrite) { m_isWrite = isWrite; }
 
   ILogger* SessionLogger() const;
   /// Logs the operation's name followed by `text`; does nothing without a logger.
@@ -55,4 +56,5 @@ class LUMO_API OperationBase : public SmartPtrTarget_ts {
   std::string m_prefix;
   HeaderVals::eOptionalBool m_actAsReadUser = HeaderVals::NotSet;
   std::string m_applicationName;
+  bool m_isWrite = false;
 };

@@ -46,7 +46,9 @@ class ServiceOperation : public Operation<RequestType, ResponseType> {
   /// The session must outlive the operation. It may be null: calls then end without a reply.
   explicit ServiceOperation(LumoSession* session)
       : Operation<RequestType, ResponseType>(session, Service.Namespace(session), Service.prefix),
-        m_names(FindOperationNames(Impl::Name)) {}
+        m_names(FindOperationNames(Impl::Name)) {
+    this->SetIsWrite(m_names->isWrite);
+  }
 
   std::string const& GetOperationName() const override { return Impl::Name; }
   std::wstring const& GetService() const override { return Service.path; }

@@ -70,20 +70,3 @@ NumberText::NumberText(double value)
                                       m_text)) {}
 
 }  // namespace lumo
-
-// NOLINTBEGIN(performance-unnecessary-value-param): the template's promise
-template <>
-bool ConvertTo<bool, std::string>(std::string text) {
-  return lumo::BooleanFromText(text);
-}
-
-template <>
-int ConvertTo<int, std::string>(std::string text) {
-  return lumo::IntegerFromText(text);
-}
-
-template <>
-double ConvertTo<double, std::string>(std::string text) {
-  return lumo::RealFromText(text);
-}
-// NOLINTEND(performance-unnecessary-value-param)

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "lumo/platform/core/Export.h"
 
@@ -33,14 +34,16 @@ constexpr std::string_view BooleanText(bool value) { return value ? "true" : "fa
 
 }  // namespace lumo
 
-/// `ConvertTo<To>(text)` converts a text into a bool, an int or a double; see
-/// `lumo::IntegerFromText` for the rules and the errors.
+/// `ConvertTo<To>(text)` converts a text into a bool, an int or a double; `lumo::IntegerFromText`
+/// and its neighbours have the rules and the errors.
 template <class To, class From = std::string>
-To ConvertTo(From text);
-
-template <>
-LUMO_API bool ConvertTo<bool, std::string>(std::string text);
-template <>
-LUMO_API int ConvertTo<int, std::string>(std::string text);
-template <>
-LUMO_API double ConvertTo<double, std::string>(std::string text);
+To ConvertTo(From text) {
+  static_assert(std::is_same_v<To, bool> || std::is_same_v<To, int> || std::is_same_v<To, double>);
+  if constexpr (std::is_same_v<To, bool>) {
+    return lumo::BooleanFromText(text);
+  } else if constexpr (std::is_same_v<To, int>) {
+    return lumo::IntegerFromText(text);
+  } else {
+    return lumo::RealFromText(text);
+  }
+}

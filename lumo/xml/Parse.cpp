@@ -1,6 +1,8 @@
 #include <cstddef>
 #include <cstring>
 
+#include <new>
+
 #include "lumo/xml/XMLUtilites.h"
 
 namespace {
@@ -68,16 +70,18 @@ std::string_view lumo::LastXmlError() { return lastError; }
 bool XMLUtilites::Parse(char const* begin, char const* end, XmlDocument<char>& document) {
   document.clear();
   std::size_t const size = begin == nullptr ? 0 : static_cast<std::size_t>(end - begin);
-  char* const text = document.allocate_string(nullptr, size + 1);
-  if (size != 0) std::memcpy(text, begin, size);
-  text[size] = '\0';
-  if (void* const zero = std::memchr(text, '\0', size); zero != nullptr) {
-    return Refuse("zero byte in the text", zero, document);
-  }
   try {
+    char* const text = document.allocate_string(nullptr, size + 1);
+    if (size != 0) std::memcpy(text, begin, size);
+    text[size] = '\0';
+    if (void* const zero = std::memchr(text, '\0', size); zero != nullptr) {
+      return Refuse("zero byte in the text", zero, document);
+    }
     document.parse<kParseDepthLimited>(text);
   } catch (rapidxml::parse_error const& error) {
     return Refuse(error.what(), error.where<char>(), document);
+  } catch (std::bad_alloc const&) {
+    return Refuse("out of memory", nullptr, document);
   }
   return true;
 }

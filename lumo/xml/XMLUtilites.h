@@ -46,7 +46,7 @@ class LUMO_API XMLUtilites {
 
   /// Parses a copy of the bytes; they need no terminating zero, and a UTF-8 byte order mark is
   /// skipped. On malformed input, on more than 512 nested elements and on a zero byte it calls
-  /// `XmlErrorHandler`, leaves the document empty and returns false. Only std::bad_alloc is thrown.
+  /// `XmlErrorHandler`, leaves the document empty and returns false. Throws nothing.
   static bool Parse(char const* begin, char const* end, XmlDocument<char>& document);
   /// The document as text without indentation, byte for byte as RapidXML prints it.
   static std::string Print(XmlDocument<char> const& document);

@@ -157,6 +157,7 @@ TEST(OperationNames, AreThose30) {
     ASSERT_NE(names, nullptr) << row[0];
     EXPECT_EQ(names->rootTag, row[1]);
     EXPECT_EQ(names->responseTag, row[2]);
+    EXPECT_EQ(names->isWrite, row[0] == "SetRecordAttributes" || row[0] == "ModifyRecordLinks");
   }
   for (std::string const name : {"GetTables",
                                  "GetSubsets",
@@ -182,6 +183,7 @@ TEST(OperationNames, AreThose30) {
     ASSERT_NE(names, nullptr) << name;
     EXPECT_EQ(names->rootTag, name);
     EXPECT_EQ(names->responseTag, name + "Response");
+    EXPECT_FALSE(names->isWrite);
   }
   EXPECT_EQ(lumo::FindOperationNames("GetNothing"), nullptr);
 }
