@@ -24,7 +24,8 @@ class ErrorsToStderr : public ILogger {
 bool Succeeded(IResponse const& response) {
   auto const outcome = response.GetServiceLayerResponse();
   if (outcome->GetResponseCode() == kSuccess) return true;
-  std::cerr << "Code " << outcome->GetResponseCode() << ": " << outcome->GetErrorMessage() << '\n';
+  std::cerr << "Code " << outcome->GetResponseCode() << ": " << outcome->GetErrorMessage()
+            << outcome->GetTransportError() << '\n';
   return false;
 }
 

@@ -67,6 +67,7 @@
 #include "lumo/types/SearchModes.h"
 #include "lumo/types/SubsetReference.h"
 #include "lumo/types/TableFilters.h"
+#include "lumo/types/TableQualifiedReference.h"
 #include "lumo/types/TableReference.h"
 #include "lumo/types/UnitConversionContext.h"
 #include "lumo/types/VersionPolicies.h"

@@ -117,6 +117,7 @@ SmartPtr<ServiceLayerResponse> OperationBase::MakeOutcome(HttpMessage const& mes
       reply ? new ServiceLayerResponse(reply, message.GetStatusCode())
             : new ServiceLayerResponse(GetOperationName() + " FAILED", kLocalFailure);
   outcome->SetRequestBuffer(message.GetRequestBuffer());
+  outcome->SetTransportError(message.GetTransportError());
   if (!reply && logger != nullptr) {
     LogError(logger,
              "Could not access the response object. Sent request: " + outcome->GetRequestMessage());

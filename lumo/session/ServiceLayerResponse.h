@@ -30,6 +30,9 @@ class LUMO_API ServiceLayerResponse : public lumo::Counted<ServiceLayerResponse>
   void SetRequestMessage(std::string const& text) { m_requestText = lumo::LazyText(text); }
   /// Has the request text printed from the bytes that were sent.
   void SetRequestBuffer(SmartPtr<HttpMessageBuffer> const& request);
+  /// Why no reply arrived, in the transport's words; empty when one did.
+  std::string const& GetTransportError() const { return m_transportError; }
+  void SetTransportError(std::string const& error) { m_transportError = error; }
   /// The SOAP fault's text; empty on success and when the reply holds no fault.
   std::string GetErrorMessage() const;
 
@@ -37,5 +40,6 @@ class LUMO_API ServiceLayerResponse : public lumo::Counted<ServiceLayerResponse>
   lumo::LazyText m_responseText;
   lumo::LazyText m_requestText;
   int m_responseCode = 0;
+  std::string m_transportError;
   lumo::LazyText m_errorMessage;
 };

@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "lumo/types/LumoEntityReference.h"
-#include "lumo/types/PartialTableReference.h"
+#include "lumo/types/TableQualifiedReference.h"
 
 /// An attribute of a table, by identity or by name; or a pseudo-attribute: a property of the record
 /// itself that is addressed like an attribute. An attribute with an identity is sent without its
 /// name, and a standard name without its table.
-class LUMO_API AttributeReference : public lumo::FromXml<AttributeReference, LumoEntityReference> {
+class LUMO_API AttributeReference
+    : public lumo::FromXml<AttributeReference, TableQualifiedReference> {
  public:
   /// The properties of a record that can be asked for like attributes.
   class PseudoAttrs {
@@ -50,15 +50,6 @@ class LUMO_API AttributeReference : public lumo::FromXml<AttributeReference, Lum
   /// Identity of the attribute; 0 means not set.
   int GetAttributeID() const { return m_attributeID; }
   void SetAttributeID(int attributeID) { m_attributeID = attributeID; }
-  std::string const& GetName() const { return m_name; }
-  void SetName(std::string const& name) { m_name = name; }
-  /// The table that qualifies the name; null when there is none.
-  SmartPtr<PartialTableReference> GetPartialTableReference() const {
-    return m_partialTableReference;
-  }
-  void SetPartialTableReference(SmartPtr<PartialTableReference> const& table) {
-    m_partialTableReference = table;
-  }
   /// Whether the name is a standard attribute name rather than the table's own.
   bool GetIsStandardName() const { return m_isStandardName; }
   void SetIsStandardName(bool isStandardName) { m_isStandardName = isStandardName; }
@@ -69,8 +60,6 @@ class LUMO_API AttributeReference : public lumo::FromXml<AttributeReference, Lum
 
  private:
   int m_attributeID = 0;
-  std::string m_name;
-  SmartPtr<PartialTableReference> m_partialTableReference;
   bool m_isStandardName = false;
   bool m_isPseudo = false;
 };

@@ -2,14 +2,13 @@
 
 #include <string>
 
-#include "lumo/types/LumoEntityReference.h"
-#include "lumo/types/PartialTableReference.h"
 #include "lumo/types/RecordLinkGroupTypes.h"
+#include "lumo/types/TableQualifiedReference.h"
 
 /// A group of links between records, by identity or by name. A group with an identity is sent
 /// without its name, and a standard name without its table.
 class LUMO_API RecordLinkGroupReference
-    : public lumo::FromXml<RecordLinkGroupReference, LumoEntityReference> {
+    : public lumo::FromXml<RecordLinkGroupReference, TableQualifiedReference> {
  public:
   RecordLinkGroupReference() = default;
   explicit RecordLinkGroupReference(XmlNode<char> const* node);
@@ -24,15 +23,6 @@ class LUMO_API RecordLinkGroupReference
   void SetRecordLinkGroupType(std::string const& type) {
     m_recordLinkGroupType = RecordLinkGroupTypes::RecordLinkGroupType_FromString(type);
   }
-  std::string const& GetName() const { return m_name; }
-  void SetName(std::string const& name) { m_name = name; }
-  /// The table that qualifies the name; null when there is none.
-  SmartPtr<PartialTableReference> GetPartialTableReference() const {
-    return m_partialTableReference;
-  }
-  void SetPartialTableReference(SmartPtr<PartialTableReference> const& table) {
-    m_partialTableReference = table;
-  }
   /// Whether the name is a standard name rather than the table's own.
   bool GetStandard() const { return m_standard; }
   void SetStandard(bool const& standard) { m_standard = standard; }
@@ -42,7 +32,5 @@ class LUMO_API RecordLinkGroupReference
  private:
   int m_recordLinkGroupIdentity = 0;
   RecordLinkGroupTypes::eRecordLinkGroupType m_recordLinkGroupType = RecordLinkGroupTypes::Unknown;
-  std::string m_name;
-  SmartPtr<PartialTableReference> m_partialTableReference;
   bool m_standard = false;
 };

@@ -11,4 +11,5 @@ grep -qE '^    Actinides +subset +identity [0-9]+$' <<<"$output"
 status=0
 errors=$("$example" http://127.0.0.1:1 2>&1) || status=$?
 [ "$status" -eq 1 ]
+grep -q '^Code 500: .*[Cc]onnect' <<<"$errors"
 grep -q '^GetDatabases: Could not access the response object\.' <<<"$errors"

@@ -162,6 +162,7 @@ TEST(Call, EndsAsNoReplyWithoutASessionOrAServer) {
     EXPECT_EQ(outcome->GetResponseCode(), 500);
     EXPECT_EQ(outcome->GetResponseMessage(), "GetTables FAILED");
     EXPECT_EQ(outcome->GetErrorMessage(), "");
+    EXPECT_EQ(outcome->GetTransportError().empty(), services->GetSession() == nullptr);
   }
 }
 
