@@ -148,6 +148,16 @@ TEST(LogOn, FailsAs401WithoutTellingThePassword) {
   EXPECT_THAT(inUrl->GetTransportError(), Not(HasSubstr(kSecret)));
 }
 
+TEST(LogOn, AutomaticWithoutATicketEndsAs401) {
+  RawServer const server(Replies({Challenge("WWW-Authenticate: Negotiate\r\n")}));
+  auto const client = ClientOf(server.Url());
+  client->SetAutologonPolicy(true, false);
+  EXPECT_EQ(Post(*client)->GetStatusCode(), 401);
+  for (std::string const& request : server.Requests()) {
+    EXPECT_THAT(HeaderOf(request, "Authorization"), Not(HasSubstr("Basic")));
+  }
+}
+
 TEST(LogOn, ChangedCredentialsDoNotInheritTheConnection) {
   RawServer const server(Replies({kFine}));
   auto const client = ClientOf(server.Url());
