@@ -1,24 +1,36 @@
-#include <cstring>
+#include <array>
+#include <cstddef>
 
 #include "lumo/xml/XMLUtilites.h"
 
 namespace {
 
-/// Appends `text` with the five markup characters as references, except `keep`.
+/// Reference by which a character is written; null for one that stands for itself.
+constexpr char const* ReferenceOf(char c) {
+  switch (c) {
+    case '<': return "&lt;";
+    case '>': return "&gt;";
+    case '\'': return "&apos;";
+    case '"': return "&quot;";
+    case '&': return "&amp;";
+    default: return nullptr;
+  }
+}
+
+constexpr std::array<bool, 256> MakeMarkup() {
+  std::array<bool, 256> markup{};
+  for (std::size_t c = 0; c < 128; ++c) markup[c] = ReferenceOf(static_cast<char>(c)) != nullptr;
+  return markup;
+}
+
+constexpr auto kMarkup = MakeMarkup();
+
+/// Appends `text` with the markup characters as references, except `keep`.
 void AppendEscaped(std::string& out, std::string_view text, char keep = '\0') {
   std::size_t done = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    char const* reference = nullptr;
-    switch (text[i]) {
-      case '<': reference = "&lt;"; break;
-      case '>': reference = "&gt;"; break;
-      case '\'': reference = "&apos;"; break;
-      case '"': reference = "&quot;"; break;
-      case '&': reference = "&amp;"; break;
-      default: continue;
-    }
-    if (text[i] == keep) continue;
-    out.append(text, done, i - done).append(reference);
+    if (!kMarkup[static_cast<unsigned char>(text[i])] || text[i] == keep) continue;
+    out.append(text, done, i - done).append(ReferenceOf(text[i]));
     done = i + 1;
   }
   out.append(text, done);
