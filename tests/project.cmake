@@ -7,6 +7,11 @@ if(LUMO_BUILD_SANDBOX AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
       ${way} ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR} $<TARGET_FILE:lumo-sandbox>)
   endforeach()
 endif()
+if(LUMO_BUILD_SANDBOX)
+  lumo_add_tests(sandbox_tests sandbox/SandboxTest.cpp)
+  add_test(NAME sandbox.KeepsItsPromises COMMAND ${PROJECT_SOURCE_DIR}/scripts/with-sandbox
+    $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:sandbox_tests>)
+endif()
 if(LUMO_BUILD_SANDBOX AND LUMO_BUILD_EXAMPLES)
   add_test(NAME example.ListsTheSandbox COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumer/example.sh
     ${PROJECT_SOURCE_DIR} $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:list-databases>)

@@ -52,6 +52,7 @@ struct Exchange {
   Phase phase = Phase::Resolving;
   Clock::time_point since;   // start of the phase, or the last sign of life while it lasts
   bool awaitsReply = false;  // a request went out and no status line came back yet
+  bool isWholeHead = false;  // the blank line behind the reply's headers has come
   std::string failure;       // what a callback objected to
   HttpHeaders headers;
   std::size_t headerBytes = 0;
@@ -131,8 +132,10 @@ std::size_t OnHeader(char* data, std::size_t size, std::size_t count, void* user
     if (line.substr(0, 5) == "HTTP/" && exchange.body.empty()) {
       exchange.headers.clear();  // those before belong to a challenge or to "100 Continue"
       exchange.headerBytes = 0;
+      exchange.isWholeHead = false;
       return true;
     }
+    if (Trimmed(line).empty()) exchange.isWholeHead = true;
     exchange.headerBytes += bytes;
     if (exchange.headerBytes > kMaxHeaderBytes) {
       return Refuse(exchange, "the reply's headers are too large");
@@ -348,14 +351,16 @@ int TimeLeft(Exchange const& exchange) {
   return static_cast<int>(std::min<decltype(rounded)>(rounded, longest));
 }
 
-void NoteProgress(Handle& handle, std::size_t requestBytes, bool alive) {
+void NoteProgress(Handle& handle, bool alive) {
   Exchange& exchange = handle.exchange;
   bool const transfers = exchange.phase == Phase::Sending || exchange.phase == Phase::Receiving;
   if (alive && transfers) exchange.since = Clock::now();
   if (exchange.phase != Phase::Sending) return;
   curl_off_t sent = 0;
+  curl_off_t whole = 0;  // less than the message's body in the middle of a log-on; -1 for none
   curl_easy_getinfo(handle.easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
-  if (static_cast<std::size_t>(sent) >= requestBytes) Enter(exchange, Phase::Receiving);
+  curl_easy_getinfo(handle.easy.get(), CURLINFO_CONTENT_LENGTH_UPLOAD_T, &whole);
+  if (sent >= whole) Enter(exchange, Phase::Receiving);
 }
 
 /// Takes the easy handle out of its multi handle, whatever happens.
@@ -373,7 +378,7 @@ class Membership {
 };
 
 /// Drives the exchange to its end, as `curl_easy_perform` does, and keeps the time-outs.
-CURLcode Drive(Handle& handle, std::size_t requestBytes) {
+CURLcode Drive(Handle& handle) {
   Exchange& exchange = handle.exchange;
   Membership const membership(handle);
   for (;;) {
@@ -389,11 +394,14 @@ CURLcode Drive(Handle& handle, std::size_t requestBytes) {
     if (curl_multi_poll(handle.multi.get(), nullptr, 0, wait, &active) != CURLM_OK) {
       return CURLE_FAILED_INIT;
     }
-    NoteProgress(handle, requestBytes, active != 0);
+    NoteProgress(handle, active != 0);
   }
   int left = 0;
   CURLMsg const* const done = curl_multi_info_read(handle.multi.get(), &left);
-  return done == nullptr ? CURLE_FAILED_INIT : done->data.result;
+  CURLcode const code = done == nullptr ? CURLE_FAILED_INIT : done->data.result;
+  if (code != CURLE_OK || exchange.isWholeHead) return code;
+  exchange.failure = "the connection ended amid the reply's headers";  // libcurl minds it not
+  return CURLE_PARTIAL_FILE;
 }
 
 double Seconds(Handle const& handle, CURLINFO info) {
@@ -454,7 +462,7 @@ class CurlTransport : public HttpTransport {
       Set(handle, CURLOPT_HTTPGET, 1L);
     }
 
-    CURLcode const code = Drive(handle, verb == eHttpVerb_Post ? body.size() : 0);
+    CURLcode const code = Drive(handle);
     Report(handle, code, message);
     Set(handle, CURLOPT_POSTFIELDS, static_cast<char const*>(nullptr));
     return code;
