@@ -351,16 +351,19 @@ int TimeLeft(Exchange const& exchange) {
   return static_cast<int>(std::min<decltype(rounded)>(rounded, longest));
 }
 
-void NoteProgress(Handle& handle, bool alive) {
-  Exchange& exchange = handle.exchange;
-  bool const transfers = exchange.phase == Phase::Sending || exchange.phase == Phase::Receiving;
-  if (alive && transfers) exchange.since = Clock::now();
-  if (exchange.phase != Phase::Sending) return;
+/// From sending to receiving, as soon as the whole request is on its way.
+void NoteRequestSent(Handle& handle) {
+  if (handle.exchange.phase != Phase::Sending) return;
   curl_off_t sent = 0;
   curl_off_t whole = 0;  // less than the message's body in the middle of a log-on; -1 for none
   curl_easy_getinfo(handle.easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
   curl_easy_getinfo(handle.easy.get(), CURLINFO_CONTENT_LENGTH_UPLOAD_T, &whole);
-  if (sent >= whole) Enter(exchange, Phase::Receiving);
+  if (sent >= whole) Enter(handle.exchange, Phase::Receiving);
+}
+
+void NoteSignOfLife(Exchange& exchange) {
+  bool const transfers = exchange.phase == Phase::Sending || exchange.phase == Phase::Receiving;
+  if (transfers) exchange.since = Clock::now();
 }
 
 /// Takes the easy handle out of its multi handle, whatever happens.
@@ -385,6 +388,7 @@ CURLcode Drive(Handle& handle) {
     int running = 0;
     if (curl_multi_perform(handle.multi.get(), &running) != CURLM_OK) return CURLE_FAILED_INIT;
     if (running == 0) break;
+    NoteRequestSent(handle);
     int const wait = TimeLeft(exchange);
     if (wait < 0) {
       exchange.failure = TimeoutText(exchange.phase);
@@ -394,7 +398,7 @@ CURLcode Drive(Handle& handle) {
     if (curl_multi_poll(handle.multi.get(), nullptr, 0, wait, &active) != CURLM_OK) {
       return CURLE_FAILED_INIT;
     }
-    NoteProgress(handle, active != 0);
+    if (active != 0) NoteSignOfLife(exchange);
   }
   int left = 0;
   CURLMsg const* const done = curl_multi_info_read(handle.multi.get(), &left);
