@@ -1,5 +1,6 @@
 lumo_add_tests(unit
   support/Main.cpp
+  platform/Base64Test.cpp
   platform/SmartPtrTest.cpp
   xml/XmlTest.cpp
   types/ReferenceTest.cpp

@@ -43,6 +43,7 @@ bool Refuse(char const* message, void* where, XmlDocument<char>& document) {
 template <>
 template <>
 XmlNode<char>* rapidxml::xml_document<char>::parse_element<kParseDepthLimited>(char*& text) {
+  Descent const descent(text);
   XmlNode<char>* const element = allocate_node(node_element);
   char* const name = text;
   skip<node_name_pred, kParseDepthLimited>(text);
@@ -51,7 +52,6 @@ XmlNode<char>* rapidxml::xml_document<char>::parse_element<kParseDepthLimited>(c
   skip<whitespace_pred, kParseDepthLimited>(text);
   parse_node_attributes<kParseDepthLimited>(text, element);
   if (*text == '>') {
-    Descent const descent(text);
     ++text;
     parse_node_contents<kParseDepthLimited>(text, element);
   } else if (text[0] == '/' && text[1] == '>') {

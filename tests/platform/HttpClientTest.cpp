@@ -108,7 +108,7 @@ TEST(LogOn, SendsNothingBeforeAChallengeAndRemembersBasic) {
   });
   auto const client = ClientOf(server.Url());
   client->ApplyCredentials(L"D\\u", L"s3cr3t-w0rd");
-  EXPECT_EQ(Post(*client)->GetStatusCode(), 200);
+  EXPECT_EQ(Post(*client)->GetResponseBuffer()->GetBytes(), "fine");
   EXPECT_EQ(Post(*client)->GetStatusCode(), 200);
   ASSERT_THAT(server.Requests(), SizeIs(3));  // the second call needs one round trip
   EXPECT_EQ(HeaderOf(server.Requests()[0], "Authorization"), "");
@@ -133,6 +133,22 @@ TEST(LogOn, PrefersDigestAndNtlmToBasic) {
   }
 }
 
+TEST(LogOn, OfAWriteByNtlmStaysOnItsConnection) {
+  // The challenge: header, empty target name, flags, eight bytes to be hashed.
+  std::string const asks = "WWW-Authenticate: NTLM ";
+  std::string const question =
+      "TlRMTVNTUAACAAAAAAAAADAAAAAFggIAASNFZ4mrze8AAAAAAAAAAAAAAAAwAAAA\r\n";
+  RawServer const server(
+      Replies({Challenge("WWW-Authenticate: NTLM\r\n"), Challenge(asks + question), kFine}));
+  auto const client = ClientOf(server.Url());
+  client->ApplyCredentials(L"u", L"s3cr3t-w0rd");
+  EXPECT_EQ(Post(*client, "<a/>", true)->GetStatusCode(), 200);
+  ASSERT_THAT(server.Requests(), SizeIs(3));
+  EXPECT_THAT(HeaderOf(server.Requests()[2], "Authorization"), StartsWith("NTLM TlRMTVNTUAAD"));
+  EXPECT_THAT(server.Requests()[2], testing::EndsWith("\r\n\r\n<a/>"));
+  EXPECT_EQ(server.Connections(), 1);
+}
+
 TEST(LogOn, FailsAs401WithoutTellingThePassword) {
   RawServer const server(Replies({Challenge("WWW-Authenticate: Basic realm=\"r\"\r\n")}));
   auto const client = ClientOf(server.Url());
@@ -142,7 +158,10 @@ TEST(LogOn, FailsAs401WithoutTellingThePassword) {
   EXPECT_EQ(message->GetResponseBuffer()->GetBytes(), "<html>who?</html>");
   EXPECT_THAT(message->GetTransportError(), Not(HasSubstr(kSecret)));
 
-  auto const inUrl = Post(*ClientOf("http://u:" + kSecret + "@127.0.0.1:1"));
+  int const connections = server.Connections();
+  std::string const port = std::to_string(server.Port());
+  auto const inUrl = Post(*ClientOf("http://u:" + kSecret + "@127.0.0.1:" + port));
+  EXPECT_EQ(server.Connections(), connections);
   EXPECT_EQ(inUrl->GetResponseBuffer(), nullptr);
   EXPECT_THAT(inUrl->GetTransportError(), Not(IsEmpty()));
   EXPECT_THAT(inUrl->GetTransportError(), Not(HasSubstr(kSecret)));
@@ -171,27 +190,29 @@ TEST(LogOn, ChangedCredentialsDoNotInheritTheConnection) {
 
 // ---------- connections
 
-TEST(Connection, ThatDiesIsReplacedForAReadAndNeverForAWrite) {
-  auto const script = [](RawConnection& connection, int number) {
-    connection.ReadRequest();
-    if (number != 1) connection.Send(kFine);
-    if (number == 0) connection.ReadRequest();  // and closes without an answer
-    if (number > 1) connection.WaitForClose();
-  };
-  {
-    RawServer const server([&script](RawConnection& connection, int number) {
-      script(connection, number == 0 ? 0 : 2);
+TEST(Connection, ThatDiesIsReplacedForARead) {
+  for (bool const takesTheSecond : {false, true}) {
+    RawServer const server([takesTheSecond](RawConnection& connection, int number) {
+      connection.ReadRequest();
+      connection.Send(kFine);
+      if (number != 0 || takesTheSecond) connection.ReadRequest();  // and closes without an answer
     });
     auto const client = ClientOf(server.Url());
     Post(*client);
     EXPECT_EQ(Post(*client)->GetStatusCode(), 200);
-    EXPECT_THAT(server.Requests(), SizeIs(3));
+    EXPECT_THAT(server.Requests(), SizeIs(takesTheSecond ? 3 : 2));
   }
-  RawServer const server(script);
+}
+
+TEST(Connection, OfAWriteIsFreshAndNotReplaced) {
+  RawServer const server([](RawConnection& connection, int number) {
+    connection.ReadRequest();
+    if (number == 0) connection.Send(kFine);
+    if (number == 0) connection.WaitForClose();
+  });
   auto const client = ClientOf(server.Url());
   Post(*client);
-  auto const write = Post(*client, "<a/>", true);  // on connection 1, which dies at once
-  EXPECT_EQ(write->GetResponseBuffer(), nullptr);
+  EXPECT_EQ(Post(*client, "<a/>", true)->GetResponseBuffer(), nullptr);
   EXPECT_EQ(server.Connections(), 2);
   EXPECT_THAT(server.Requests(), SizeIs(2));
 }
@@ -221,18 +242,33 @@ TEST(Connection, ToLoopbackIgnoresTheProxy) {
 
 // ---------- time-outs
 
-TEST(TimeOut, EndsSilenceWhileReceivingAndSending) {
-  RawServer const server([](RawConnection& connection, int number) {
-    if (number == 0) connection.ReadRequest();
-    if (number == 0) connection.WaitForClose();
-    if (number == 1) poll(nullptr, 0, 4 * kLimitMs);  // takes nothing for so long
+TEST(TimeOut, EndsSilenceWhileReceiving) {
+  std::string const half = "HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\nhalf";
+  // Silent at once, on a kept connection, in the middle of a log-on, in the middle of a reply.
+  for (std::string const& first :
+       {std::string(), kFine, Challenge("WWW-Authenticate: NTLM\r\n"), half}) {
+    RawServer const server([&first](RawConnection& connection, int) {
+      if (!first.empty()) connection.ReadRequest();
+      connection.Send(first);
+      connection.ReadRequest();
+      connection.WaitForClose();
+    });
+    auto const client = ClientOf(server.Url());
+    client->ApplyCredentials(L"u", L"p");
+    client->SetTimeouts(5000, 5000, 5000, kLimitMs);
+    if (first == kFine) Post(*client);
+    long long const receiving = Elapsed(
+        [&] { EXPECT_THAT(Post(*client)->GetTransportError(), HasSubstr("sent nothing")); });
+    EXPECT_GE(receiving, kLimitMs);
+    EXPECT_LT(receiving, kLimitMs + kGraceMs);
+  }
+}
+
+TEST(TimeOut, EndsSilenceWhileSending) {
+  RawServer const server([](RawConnection&, int) {
+    poll(nullptr, 0, 4 * kLimitMs);  // takes nothing for so long
   });
   auto const client = ClientOf(server.Url());
-  client->SetTimeouts(0, 0, 0, kLimitMs);
-  long long const receiving =
-      Elapsed([&] { EXPECT_THAT(Post(*client)->GetTransportError(), HasSubstr("sent nothing")); });
-  EXPECT_GE(receiving, kLimitMs);
-  EXPECT_LT(receiving, kLimitMs + kGraceMs);
   client->SetTimeouts(0, 0, kLimitMs, 0);
   std::string const large(32UL * 1024 * 1024, 'x');
   long long const sending = Elapsed(
@@ -268,11 +304,16 @@ TEST(TimeOut, EndsAConnectionThatNobodyAccepts) {
     fillers.push_back(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
     connect(fillers.back(), any, size);
   }
-  auto const client = ClientOf("http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)));
-  client->SetTimeouts(0, kLimitMs, 0, 0);
-  long long const connecting = Elapsed(
-      [&] { EXPECT_THAT(Post(*client)->GetTransportError(), HasSubstr("while connecting")); });
-  EXPECT_LT(connecting, kLimitMs + kGraceMs);
+  RawServer const mute([](RawConnection& connection, int) { connection.WaitForClose(); });
+  for (std::string const& url :
+       {"http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)),
+        "https://127.0.0.1:" + std::to_string(mute.Port())}) {  // no TLS handshake either
+    auto const client = ClientOf(url);
+    client->SetTimeouts(0, kLimitMs, 0, 0);
+    long long const connecting = Elapsed(
+        [&] { EXPECT_THAT(Post(*client)->GetTransportError(), HasSubstr("while connecting")); });
+    EXPECT_LT(connecting, kLimitMs + kGraceMs);
+  }
   for (int const filler : fillers) close(filler);
   close(listener);
 }
@@ -306,12 +347,17 @@ TEST(Message, KeepsReplyHeadersAndTimings) {
 TEST(Message, SendsOnlyTheHeadersThatWereAdded) {
   RawServer const server(Replies({kFine}));
   auto const message = HttpMessage::CreateOne();
+  std::string const large(2UL * 1024 * 1024, 'x');
+  message->GetRequestBuffer()->SetMessage(large.data(), large.size());
   message->AddRequestHeader("X-Empty", "\r\n");
   message->AddRequestHeader("accept", std::string("a\0b\r\nInjected: c", 16));
   ClientOf(server.Url())->SendRequest(L"/p", eHttpVerb_Post, message);
-  EXPECT_THAT(server.Requests(),
-              ElementsAre("POST /p HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(server.Port()) +
-                          "\r\nX-Empty:\r\naccept: abInjected: c\r\nContent-Length: 0\r\n\r\n"));
+  ASSERT_THAT(server.Requests(), SizeIs(1));
+  std::string const request = server.Requests()[0];
+  EXPECT_EQ(request.substr(0, request.find("xxx")),
+            "POST /p HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(server.Port()) +
+                "\r\nX-Empty:\r\naccept: abInjected: c\r\nContent-Length: 2097152\r\n\r\n");
+  EXPECT_TRUE(request.substr(request.find("xxx")) == large);
 }
 
 TEST(Settings, CapTheReplyAndAbortOnRequest) {

@@ -19,6 +19,7 @@ TEST(GetTables, SendsKeyFilterAndSelectorsInOrder) {
             "<brow:attributeSelectors><brow:attributeSelector>MetaAttributes"
             "</brow:attributeSelector><brow:attributeSelector>StandardAttributes"
             "</brow:attributeSelector><brow:attributeSelector/></brow:attributeSelectors>");
+  EXPECT_TRUE(WritesOnlyWhenAttached(*request));
 }
 
 TEST(GetSubsets, SendsTableAndSubsetsWhenGiven) {
@@ -33,6 +34,7 @@ TEST(GetSubsets, SendsTableAndSubsetsWhenGiven) {
             "<brow:table><zbt:dbKey/></brow:table><zbt:subsetReferences><zbt:subset><zbt:dbKey/>"
             "<zbt:subsetIdentity>2</zbt:subsetIdentity></zbt:subset><zbt:subset/>"
             "</zbt:subsetReferences>");
+  EXPECT_TRUE(WritesOnlyWhenAttached(*request));
 }
 
 TEST(GetDatabasesResponse, ReadsDatabasesInOrder) {

@@ -39,6 +39,13 @@ class WithFakeTransport : public testing::Test {
   SmartPtr<FakeTransport> m_transport{new FakeTransport()};
 };
 
+/// Asks for tables and returns the outcome.
+SmartPtr<ServiceLayerResponse> OutcomeOf(GetTablesImpl& operation) {
+  GetTablesResponse response;
+  operation.RequestTables(TablesOf("K"), &response);
+  return response.GetServiceLayerResponse();
+}
+
 class CountingModule : public ILumoSLAuthModule {
  public:
   // NOLINTNEXTLINE(performance-unnecessary-value-param): the interface's signature
@@ -62,9 +69,23 @@ TEST_F(WithFakeTransport, PreparesTheClientOfANewSession) {
   EXPECT_THAT((std::vector<int>{changed.resolveTimeout, changed.connectTimeout, changed.sendTimeout,
                                 changed.receiveTimeout}),
               ElementsAre(1, 0, 0, 4));
-  GetTablesResponse response;
-  services.GetBrowseService()->GetGetTablesImpl()->RequestTables(TablesOf("K"), &response);
+  EXPECT_EQ(OutcomeOf(*services.GetBrowseService()->GetGetTablesImpl())->GetResponseCode(), 200);
   EXPECT_THAT(m_transport->m_calls, ElementsAre("4 /", "4 /", "6 /Browse.svc"));
+}
+
+TEST_F(WithFakeTransport, EndsAsNoReplyWhenThereIsNone) {
+  m_transport = nullptr;
+  auto const services = Connect("http://x", nullptr, LumoSLAuth_Authenticated::CreateOne("u", "p"));
+  auto const session = services->GetSession();
+  EXPECT_EQ(session->HttpClientPtr(), nullptr);
+  services->SetTimeouts(1, 2, 3, 4);
+  session->ApplyAuthenticationModule(LumoSLAuth_AutoLoginAuth::CreateOne());
+  eHttpStatusCode status = eHttpStatusCode_Processing;
+  EXPECT_FALSE(session->ConnectionIsValid(&status));
+  EXPECT_EQ(status, eHttpStatusCode_Processing);
+  auto const outcome = OutcomeOf(*services->GetBrowseService()->GetGetTablesImpl());
+  EXPECT_EQ(outcome->GetResponseCode(), 500);
+  EXPECT_EQ(outcome->GetResponseMessage(), "GetTables FAILED");
 }
 
 TEST_F(WithFakeTransport, AppliesAModuleOnceAndKeepsTheEffectOfTheOldOne) {
@@ -100,6 +121,7 @@ TEST(Session, DropsInvalidBytesOfTheUrl) {
 TEST(Session, ProbesTheRootBelowItsUrl) {
   RawServer const server(Replies({HttpReply("200 OK", ""), HttpReply("404 No", "")}));
   auto const session = LumoSession::CreateOne(server.Url() + "/base", nullptr);
+  session->SetApplicationName("not sent");
   eHttpStatusCode status = eHttpStatusCode_Unknown;
   EXPECT_TRUE(session->ConnectionIsValid(&status));
   EXPECT_EQ(status, eHttpStatusCode_OK);
@@ -126,7 +148,7 @@ TEST(Services, HaveTheirNamespaces) {
 }
 
 TEST(Services, OutliveTheFacadeAsLongAsTheyAreHeld) {
-  auto services = Connect("http://127.0.0.1:1");
+  auto services = LumoServiceLayerServices::CreateOne("http://127.0.0.1:1", nullptr);
   auto const session = services->GetSession();
   auto const operation = services->GetBrowseService()->GetGetTablesImpl();
   EXPECT_NE(services->GetSearchService(), nullptr);
@@ -134,56 +156,60 @@ TEST(Services, OutliveTheFacadeAsLongAsTheyAreHeld) {
   EXPECT_NE(services->GetDataImportService(), nullptr);
   EXPECT_NE(services->GetEngineeringDataService(), nullptr);
   services.Reset();
-  GetTablesResponse response;
-  operation->RequestTables(TablesOf("K"), &response);
-  EXPECT_EQ(response.GetServiceLayerResponse()->GetResponseCode(), 500);
+  EXPECT_EQ(OutcomeOf(*operation)->GetResponseCode(), 500);
 }
 
 TEST(OperationNames, AreThose30) {
-  std::vector<std::vector<std::string>> const special = {
-      {"GetDatabases", "GetDatabasesRequest", "GetDatabasesResponse"},
-      {"GetUnits", "GetUnitsRequest", "GetUnitsResponse"},
-      {"GetCurrencies", "GetCurrenciesRequest", "GetCurrenciesResponse"},
-      {"GetUnitConversions", "GetUnitConversionsRequest", "GetUnitConversionsResponse"},
-      {"CriteriaSearch", "CriteriaSearch", "SimpleTextSearchResponse"},
-      {"RecordNameSearch", "RecordNameSearch", "SimpleTextSearchResponse"},
-      {"SetRecordAttributes", "SetRecordAttributesRequest", "SetRecordAttributesResponse"},
-      {"GetUploadAddresses", "GetUploadAddressesRequest", "GetUploadAddressesResponse"},
-      {"ModifyRecordLinks", "ModifyRecordLinksRequest", "ModifyRecordLinksResponse"},
-      {"ExportRecordData", "ExportRecordData", "text"},
+  struct Names {
+    std::string service, operation, rootTag, responseTag;
   };
-  for (auto const& row : special) {
-    auto const* const names = lumo::FindOperationNames(row[0]);
-    ASSERT_NE(names, nullptr) << row[0];
-    EXPECT_EQ(names->rootTag, row[1]);
-    EXPECT_EQ(names->responseTag, row[2]);
-    EXPECT_EQ(names->isWrite, row[0] == "SetRecordAttributes" || row[0] == "ModifyRecordLinks");
+  std::vector<Names> operations = {
+      {"Browse", "GetDatabases", "GetDatabasesRequest", "GetDatabasesResponse"},
+      {"Browse", "GetUnits", "GetUnitsRequest", "GetUnitsResponse"},
+      {"Browse", "GetCurrencies", "GetCurrenciesRequest", "GetCurrenciesResponse"},
+      {"Browse", "GetUnitConversions", "GetUnitConversionsRequest", "GetUnitConversionsResponse"},
+      {"Search", "SimpleTextSearch", "SimpleTextSearch", "SimpleTextSearchResponse"},
+      {"Search", "CriteriaSearch", "CriteriaSearch", "SimpleTextSearchResponse"},
+      {"Search", "RecordNameSearch", "RecordNameSearch", "SimpleTextSearchResponse"},
+      {"DataImport", "SetRecordAttributes", "SetRecordAttributesRequest",
+       "SetRecordAttributesResponse"},
+      {"DataImport", "GetUploadAddresses", "GetUploadAddressesRequest",
+       "GetUploadAddressesResponse"},
+      {"DataImport", "ModifyRecordLinks", "ModifyRecordLinksRequest", "ModifyRecordLinksResponse"},
+      {"EngineeringData", "ExportRecordData", "ExportRecordData", "text"},
+  };
+  std::vector<std::pair<std::string, std::string>> const plain = {
+      {"Browse", "GetTables"},
+      {"Browse", "GetSubsets"},
+      {"Browse", "GetUnitSystems"},
+      {"Browse", "GetRootNode"},
+      {"Browse", "GetChildNodes"},
+      {"Browse", "GetTreeRecords"},
+      {"Browse", "GetRecordVersions"},
+      {"Browse", "GetAttributeDetails"},
+      {"Browse", "GetAttributeParameters"},
+      {"Browse", "GetParameterDetails"},
+      {"Browse", "GetAttributeMinMax"},
+      {"Browse", "GetMetaAttributes"},
+      {"Browse", "GetRecordAttributes"},
+      {"Browse", "GetRecordLinkGroups"},
+      {"Browse", "GetLinkedRecords"},
+      {"DataExport", "GetRecordAttributesByRef"},
+      {"EngineeringData", "GetAvailableExporters"},
+      {"EngineeringData", "ExportersForRecords"},
+      {"EngineeringData", "GetExporterParameters"},
+  };
+  for (auto const& [service, name] : plain) {
+    operations.push_back({service, name, name, name + "Response"});
   }
-  for (std::string const name : {"GetTables",
-                                 "GetSubsets",
-                                 "GetUnitSystems",
-                                 "GetRootNode",
-                                 "GetChildNodes",
-                                 "GetTreeRecords",
-                                 "GetRecordVersions",
-                                 "GetAttributeDetails",
-                                 "GetAttributeParameters",
-                                 "GetParameterDetails",
-                                 "GetAttributeMinMax",
-                                 "GetMetaAttributes",
-                                 "GetRecordAttributes",
-                                 "GetRecordLinkGroups",
-                                 "GetLinkedRecords",
-                                 "SimpleTextSearch",
-                                 "GetRecordAttributesByRef",
-                                 "GetAvailableExporters",
-                                 "ExportersForRecords",
-                                 "GetExporterParameters"}) {
+  for (auto const& [service, name, rootTag, responseTag] : operations) {
     auto const* const names = lumo::FindOperationNames(name);
     ASSERT_NE(names, nullptr) << name;
-    EXPECT_EQ(names->rootTag, name);
-    EXPECT_EQ(names->responseTag, name + "Response");
-    EXPECT_FALSE(names->isWrite);
+    EXPECT_EQ(names->service, service) << name;
+    EXPECT_EQ(names->rootTag, rootTag) << name;
+    EXPECT_EQ(names->responseTag, responseTag) << name;
+    EXPECT_EQ(names->isWrite, name == "SetRecordAttributes" || name == "ModifyRecordLinks") << name;
   }
+  EXPECT_THAT(operations, SizeIs(30));
   EXPECT_EQ(lumo::FindOperationNames("GetNothing"), nullptr);
 }

@@ -26,6 +26,19 @@ std::string Written(T const& object) {
   return text == "<r/>" ? std::string() : text.substr(3, text.size() - 7);
 }
 
+/// Whether the object leaves null and an element outside any document alone.
+template <class T>
+bool WritesOnlyWhenAttached(T const& object) {
+  object.CreateXMLNode(nullptr);
+  auto const document = std::make_unique<XmlDocument<char>>();
+  XmlNode<char>* const parent = XMLUtilites::CreateNode("p", "", document.get());
+  XmlNode<char>* const detached = XMLUtilites::CreateNode("r", "", document.get());
+  parent->append_node(detached);
+  object.CreateXMLNode(detached);
+  return !Written(object).empty() && detached->first_node() == nullptr &&
+         detached->first_attribute() == nullptr;
+}
+
 /// The object read from the first element of the text.
 template <class T>
 SmartPtr<T> Read(std::string const& xml) {

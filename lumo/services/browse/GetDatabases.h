@@ -21,10 +21,12 @@ class LUMO_API GetDatabasesResponse : public lumo::Response<GetDatabasesResponse
   std::vector<SmartPtr<LumoDatabase>> m_databases;
 };
 
+/// Lists the databases of the server. Makes its calls as `Operation.h` says.
 class LUMO_API GetDatabaseImpl
     : public lumo::BrowseOperation<GetDatabaseImpl, IRequest, GetDatabasesResponse> {
  public:
   static inline std::string const Name = "GetDatabases";
   using ServiceOperation::ServiceOperation;
+  /// Fills `response`; the request has no contents.
   void GetDatabases(GetDatabasesResponse* response) { CallWithoutRequest(response); }
 };

@@ -43,12 +43,14 @@ class LUMO_API GetSubsetsResponse : public lumo::Response<GetSubsetsResponse> {
   std::vector<SmartPtr<SubsetDetail>> m_subsetDetails;
 };
 
+/// Lists the subsets of a table. Makes its calls as `Operation.h` says.
 class LUMO_API GetSubsetsImpl
     : public lumo::BrowseOperation<GetSubsetsImpl, GetSubsets, GetSubsetsResponse> {
  public:
   static inline std::string const Name = "GetSubsets";
   using ServiceOperation::ServiceOperation;
-  // The method hides the request class of the same name.
+  /// Fills `response`; a null request is logged and not sent. The method hides the request class of
+  /// the same name, which callers name as usual.
   void GetSubsets(SmartPtr<::GetSubsets> const& request, GetSubsetsResponse* response) {
     Call(request, response);
   }

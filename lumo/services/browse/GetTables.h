@@ -60,11 +60,13 @@ class LUMO_API GetTablesResponse : public lumo::Response<GetTablesResponse> {
   std::vector<SmartPtr<TableDetail>> m_tableDetails;
 };
 
+/// Lists the tables of a database. Makes its calls as `Operation.h` says.
 class LUMO_API GetTablesImpl
     : public lumo::BrowseOperation<GetTablesImpl, GetTables, GetTablesResponse> {
  public:
   static inline std::string const Name = "GetTables";
   using ServiceOperation::ServiceOperation;
+  /// Fills `response`; a null request is logged and not sent.
   void RequestTables(SmartPtr<GetTables> const& request, GetTablesResponse* response) {
     Call(request, response);
   }
