@@ -8,9 +8,19 @@
 namespace sandbox {
 namespace {
 
+constexpr auto kNowhere = std::string_view::npos;
+
 std::string Tag(pugi::xml_node node) { return "<" + std::string(node.name()) + ">"; }
 
 }  // namespace
+
+Checker::Checker(pugi::xml_node parent) : m_parent(parent), m_next(parent.first_child()) {
+  // Blanks between elements are gone, but those of an element without children have been kept.
+  bool const isText = m_next.type() == pugi::node_pcdata;
+  if (isText && std::string_view(m_next.value()).find_first_not_of(" \t\n\r") == kNowhere) {
+    m_next = m_next.next_sibling();
+  }
+}
 
 pugi::xml_node Checker::Optional(char const* name) {
   if (std::string_view(m_next.name()) != name) return {};

@@ -9,7 +9,7 @@ namespace sandbox {
 /// unknown, repeated or out of place, and every attribute, ends in a `Fault` that names it.
 class Checker {
  public:
-  explicit Checker(pugi::xml_node parent) : m_parent(parent), m_next(parent.first_child()) {}
+  explicit Checker(pugi::xml_node parent);
 
   /// The next child when it has that name, prefix included; otherwise a null node.
   pugi::xml_node Optional(char const* name);

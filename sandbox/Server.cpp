@@ -170,16 +170,17 @@ Server::Server(Store& store) : m_http(std::make_unique<Http>()) {
         "/" + std::string(service.name) + ".svc",
         [this, &store, &service](httplib::Request const& request, httplib::Response& response,
                                  httplib::ContentReader const& read) {
-          response.status = 500;
+          int status = 500;
           try {
             std::string const text = ReadBody(request, read);
             response.set_content(Answer(store, m_http->store, service, request, text), kReplyType);
-            response.status = 200;
+            status = 200;
           } catch (Fault const& fault) {
             response.set_content(FaultReply(Blame::Client, fault.what()), kReplyType);
           } catch (std::exception const& error) {
             response.set_content(FaultReply(Blame::Server, error.what()), kReplyType);
           }
+          response.status = status;  // the reader of the body may have set another one
         });
   }
 }

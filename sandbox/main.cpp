@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/signalfd.h>
@@ -90,6 +91,14 @@ int Opened(int descriptor, char const* what) {
   return descriptor;
 }
 
+/// Gives a standard stream that the caller closed to the null device, lest the next file, socket or
+/// database that is opened takes its number.
+void FillStandardStreams() {
+  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+    if (fcntl(stream, F_GETFD) < 0) Opened(open("/dev/null", O_RDWR), "/dev/null");
+  }
+}
+
 /// The stop signals as a descriptor. To be called before any thread starts, which inherits the
 /// mask.
 int StopSignals() {
@@ -134,6 +143,7 @@ int main(int count, char** texts) try {
     std::cout << (options.help ? kUsage : "lumo-sandbox " SANDBOX_VERSION "\n");
     return 0;
   }
+  FillStandardStreams();
   int const signals = StopSignals();
   sandbox::Store store(options.database);
   sandbox::Server server(store);

@@ -31,7 +31,7 @@ TEST(SmartPtr, KeepsItsTargetAsLongAsAnyoneHoldsIt) {
     auto& alias = base;
     base = alias;
     base = std::move(alias);
-    EXPECT_EQ(Counting::s_live, 1);
+    EXPECT_EQ(base, raw);
     base.Reset();
     EXPECT_FALSE(base);
     EXPECT_EQ(Counting::s_live, 1);
@@ -58,13 +58,15 @@ TEST(SmartPtr, IsCopiedAndReleasedBySeveralThreadsAtOnce) {
 }
 
 TEST(SmartPtr, AssignmentOfATargetDoesNotCopyTheCount) {
-  SmartPtr<Counting> const held(new Counting());
+  SmartPtr<Counting> held(new Counting());
+  auto const heldTwice = held;
   {
     SmartPtr<Counting> const other(new Counting());
-    *other = *held;
+    *other = *held;  // 1 reference against 2
   }
   EXPECT_EQ(Counting::s_live, 1);
   *held = *SmartPtr<Counting>(new Counting());
+  held.Reset();
   EXPECT_EQ(Counting::s_live, 1);
 }
 

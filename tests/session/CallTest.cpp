@@ -288,8 +288,9 @@ std::vector<OddReply> OddReplies() {
       {"HugeContentLength", "HTTP/1.1 200 OK\r\nContent-Length: 9000000000000000000\r\n\r\n<a/>",
        500, kFailed, "", kNoReply},
       {"HeaderFlood",
-       "HTTP/1.1 200 OK\r\n" + Deep(30000, "X-Flood: 0123456789012345678901\r\n", ""), 500, kFailed,
-       "", kNoReply},
+       "HTTP/1.1 200 OK\r\n" + Deep(30000, "X-Flood: 0123456789012345678901\r\n", "") +
+           "Content-Length: 0\r\n\r\n",
+       500, kFailed, "", kNoReply},
   };
 }
 

@@ -1,7 +1,11 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <ostream>
+#include <sstream>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "lumo/LumoServiceLayer.h"
@@ -13,9 +17,10 @@ struct Enumeration {
   char const* name;
   std::function<std::string(int)> toText;
   std::function<int(std::string const&)> fromText;
-  std::vector<std::pair<int, std::string>> words;      ///< in both directions that exist
-  std::vector<std::pair<int, std::string>> written{};  ///< texts of other values
-  std::vector<std::pair<std::string, int>> read{};     ///< values of other texts
+  int firstValue;
+  std::string words;                                 ///< from there on, in every direction
+  std::vector<std::pair<int, std::string>> written;  ///< texts of other values
+  std::vector<std::pair<std::string, int>> read;     ///< values of other texts
 };
 
 void PrintTo(Enumeration const& enumeration, std::ostream* out) { *out << enumeration.name; }
@@ -31,115 +36,61 @@ std::function<int(std::string const&)> Values(Enum (*function)(std::string const
   return [function](std::string const& text) { return static_cast<int>(function(text)); };
 }
 
+Enumeration Row(char const* name, decltype(Enumeration::toText) const& toText,
+                decltype(Enumeration::fromText) const& fromText, int firstValue,
+                std::string const& words, decltype(Enumeration::written) const& written = {},
+                decltype(Enumeration::read) const& read = {}) {
+  return {name, toText, fromText, firstValue, words, written, read};
+}
+
 std::vector<Enumeration> Enumerations() {
   return {
-      {"TableFilters",
-       Texts(TableFilters::ToString),
-       Values(TableFilters::FromString),
-       {{0, "NoFilter"},
-        {1, "MaterialsTablesOnly"},
-        {2, "ProcessesTablesOnly"},
-        {3, "SubstancesTablesOnly"},
-        {4, "LegislationsTablesOnly"},
-        {5, "TransportTypesTablesOnly"},
-        {6, "RegionsTablesOnly"},
-        {7, "EndOfLifeOptionsTablesOnly"},
-        {8, "EnergyConversionOptionsTablesOnly"},
-        {9, "CoatingsTablesOnly"},
-        {10, "PartsTablesOnly"},
-        {11, "InHouseTablesOnly"},
-        {12, "SequenceSpecificationsTablesOnly"},
-        {13, "ElementsTablesOnly"},
-        {14, "UniverseTablesOnly"},
-        {15, "ProducersTablesOnly"},
-        {16, "ShapeTablesOnly"},
-        {17, "ReferenceTablesOnly"},
-        {18, "MobileUseTypesTablesOnly"}},
-       {{19, ""}, {-1, ""}},
-       {{"materialsTablesOnly", 0}, {"", 0}}},
-      {"RecordLinkGroupTypes",
-       Texts(RecordLinkGroupTypes::RecordLinkGroupType_ToString),
-       Values(RecordLinkGroupTypes::RecordLinkGroupType_FromString),
-       {{0, "Unknown"}, {1, "static"}, {2, "dynamic"}, {3, "crossDatabase"}},
-       {{4, "Unknown"}},
-       {{"Static", 0}}},
-      {"ImportErrorModes",
-       Texts(ImportErrorModes::ImportErrorMode_ToString),
-       Values(ImportErrorModes::ImportErrorMode_FromString),
-       {{0, "FaultAndRollbackOnAnyError"}, {1, "LogAndContinueWherePossible"}},
-       {{2, "LogAndContinueWherePossible"}},
-       {{"faultAndRollbackOnAnyError", 1}, {"", 1}}},
-      {"ImportRecordModes",
-       Texts(ImportRecordModes::ImportRecordMode_ToString),
-       Values(ImportRecordModes::ImportRecordMode_FromString),
-       {},
-       {{0, "update"}, {1, "create"}, {2, "copy"}, {3, ""}},
-       {{"Update", 0}, {"Create", 1}, {"Copy", 2}, {"update", 3}, {"copy", 3}, {"", 3}}},
-      {"RecordLinkCheckModes",
-       Texts(RecordLinkCheckModes::RecordLinkCheckMode_ToString),
-       Values(RecordLinkCheckModes::RecordLinkCheckMode_FromString),
-       {{0, "CheckOnlyForwardLinks"}, {1, "CheckForwardAndReverseLinks"}},
-       {{2, "CheckOnlyForwardLinks"}},
-       {{"checkForwardAndReverseLinks", 0}}},
-      {"BinaryDataRepresentations",
-       Texts(BinaryDataRepresentations::BinaryDataRepresentation_ToString),
-       Values(BinaryDataRepresentations::BinaryDataRepresentation_FromString),
-       {{0, "Inline"}, {1, "URL"}},
-       {{2, "URL"}},
-       {{"inline", 1}, {"", 1}}},
-      {"SearchModes",
-       Texts(SearchModes::ToString),
-       {},
-       {{0, "Normal"}, {1, "ReadOnly"}},
-       {{2, ""}}},
-      {"ScaleType",
-       {},
-       Values(ParameterDetail::ScaleType::FromString),
-       {{0, "NotSet"}, {1, "Linear"}, {2, "Log"}},
-       {},
-       {{"log", 0}}},
-      {"Interpolation",
-       {},
-       Values(ParameterDetail::Interpolation::FromString),
-       {{0, "None"}, {1, "Linear"}, {2, "CubicSpline"}},
-       {},
-       {{"linear", 0}}},
-      {"ParameterType",
-       {},
-       Values(ParameterDetail::ParameterType::FromString),
-       {{0, "NumericUnrestricted"}, {1, "NumericRestricted"}, {2, "Discrete"}},
-       {},
-       {{"discrete", 0}}},
-      {"VersionPolicies",
-       Texts(VersionPolicies::VersionPolicy_ToString),
-       {},
-       {{0, "LatestRead"}, {1, "Latest"}, {2, "AllReleased"}, {3, "All"}},
-       {{4, "Unknown"}}},
-      {"ExporterListingModes",
-       Texts(ExporterListingModes::ExporterListingMode_ToString),
-       {},
-       {{1, "IncludeAll"}, {2, "LatestVersionPerName"}},
-       {{0, ""}, {3, ""}}},
-      {"GraphDecoration",
-       Texts(GraphDecoration::ToString),
-       Values(GraphDecoration::FromString),
-       {{0, "Lines"}, {1, "Markers"}, {2, "LinesAndMarkers"}},
-       {{3, "Markers"}},
-       {{"lines", 3}}},
-      {"DataPresence",
-       {},
-       Values(AttributeExporterParameters::DataPresence_FromString),
-       {{1, "Present"},
-        {2, "NotApplicable"},
-        {3, "Missing"},
-        {4, "DataIncompatibleWithConfiguration"}},
-       {},
-       {{"present", 0}, {"Unknown", 0}}},
-      {"AttributeSelector",
-       Texts(GetTables::AttributeSelector_ToString),
-       {},
-       {{1, "NonMetaAttributes"}, {2, "MetaAttributes"}, {3, "StandardAttributes"}},
-       {{0, ""}, {4, ""}}},
+      Row("TableFilters", Texts(TableFilters::ToString), Values(TableFilters::FromString), 0,
+          "NoFilter MaterialsTablesOnly ProcessesTablesOnly SubstancesTablesOnly "
+          "LegislationsTablesOnly TransportTypesTablesOnly RegionsTablesOnly "
+          "EndOfLifeOptionsTablesOnly EnergyConversionOptionsTablesOnly CoatingsTablesOnly "
+          "PartsTablesOnly InHouseTablesOnly SequenceSpecificationsTablesOnly ElementsTablesOnly "
+          "UniverseTablesOnly ProducersTablesOnly ShapeTablesOnly ReferenceTablesOnly "
+          "MobileUseTypesTablesOnly",
+          {{19, ""}, {-1, ""}}, {{"materialsTablesOnly", 0}, {"", 0}, {"NoFilter ", 0}}),
+      Row("RecordLinkGroupTypes", Texts(RecordLinkGroupTypes::RecordLinkGroupType_ToString),
+          Values(RecordLinkGroupTypes::RecordLinkGroupType_FromString), 0,
+          "Unknown static dynamic crossDatabase", {{4, "Unknown"}, {-1, "Unknown"}},
+          {{"Static", 0}}),
+      Row("ImportErrorModes", Texts(ImportErrorModes::ImportErrorMode_ToString),
+          Values(ImportErrorModes::ImportErrorMode_FromString), 0,
+          "FaultAndRollbackOnAnyError LogAndContinueWherePossible",
+          {{2, "LogAndContinueWherePossible"}}, {{"faultAndRollbackOnAnyError", 1}, {"", 1}}),
+      Row("ImportRecordModes", Texts(ImportRecordModes::ImportRecordMode_ToString),
+          Values(ImportRecordModes::ImportRecordMode_FromString), 0, "",
+          {{0, "update"}, {1, "create"}, {2, "copy"}, {3, ""}},
+          {{"Update", 0}, {"Create", 1}, {"Copy", 2}, {"update", 3}, {"create", 3}, {"copy", 3}}),
+      Row("RecordLinkCheckModes", Texts(RecordLinkCheckModes::RecordLinkCheckMode_ToString),
+          Values(RecordLinkCheckModes::RecordLinkCheckMode_FromString), 0,
+          "CheckOnlyForwardLinks CheckForwardAndReverseLinks", {{2, "CheckOnlyForwardLinks"}},
+          {{"checkForwardAndReverseLinks", 0}}),
+      Row("BinaryDataRepresentations",
+          Texts(BinaryDataRepresentations::BinaryDataRepresentation_ToString),
+          Values(BinaryDataRepresentations::BinaryDataRepresentation_FromString), 0, "Inline URL",
+          {{2, "URL"}}, {{"inline", 1}, {"", 1}}),
+      Row("SearchModes", Texts(SearchModes::ToString), {}, 0, "Normal ReadOnly", {{2, ""}}),
+      Row("ScaleType", {}, Values(ParameterDetail::ScaleType::FromString), 0, "NotSet Linear Log",
+          {}, {{"log", 0}}),
+      Row("Interpolation", {}, Values(ParameterDetail::Interpolation::FromString), 0,
+          "None Linear CubicSpline", {}, {{"linear", 0}}),
+      Row("ParameterType", {}, Values(ParameterDetail::ParameterType::FromString), 0,
+          "NumericUnrestricted NumericRestricted Discrete", {}, {{"discrete", 0}}),
+      Row("VersionPolicies", Texts(VersionPolicies::VersionPolicy_ToString), {}, 0,
+          "LatestRead Latest AllReleased All", {{4, "Unknown"}}),
+      Row("ExporterListingModes", Texts(ExporterListingModes::ExporterListingMode_ToString), {}, 1,
+          "IncludeAll LatestVersionPerName", {{0, ""}, {3, ""}}),
+      Row("GraphDecoration", Texts(GraphDecoration::ToString), Values(GraphDecoration::FromString),
+          0, "Lines Markers LinesAndMarkers", {{3, "Markers"}}, {{"lines", 3}}),
+      Row("DataPresence", {}, Values(AttributeExporterParameters::DataPresence_FromString), 1,
+          "Present NotApplicable Missing DataIncompatibleWithConfiguration", {},
+          {{"present", 0}, {"Unknown", 0}}),
+      Row("AttributeSelector", Texts(GetTables::AttributeSelector_ToString), {}, 1,
+          "NonMetaAttributes MetaAttributes StandardAttributes", {{0, ""}, {4, ""}}),
   };
 }
 
@@ -149,16 +100,14 @@ class EnumerationTest : public testing::TestWithParam<Enumeration> {};
 
 TEST_P(EnumerationTest, HasTheseWords) {
   Enumeration const& e = GetParam();
-  for (auto const& [value, text] : e.words) {
-    if (e.toText) {
-      EXPECT_EQ(e.toText(value), text);
-    }
-    if (e.fromText) {
-      EXPECT_EQ(e.fromText(text), value);
-    }
+  std::istringstream words(e.words);
+  int value = e.firstValue;
+  for (std::string word; words >> word; ++value) {
+    EXPECT_EQ(e.toText ? e.toText(value) : word, word);
+    EXPECT_EQ(e.fromText ? e.fromText(word) : value, value);
   }
-  for (auto const& [value, text] : e.written) EXPECT_EQ(e.toText(value), text);
-  for (auto const& [text, value] : e.read) EXPECT_EQ(e.fromText(text), value) << text;
+  for (auto const& [other, text] : e.written) EXPECT_EQ(e.toText(other), text);
+  for (auto const& [text, other] : e.read) EXPECT_EQ(e.fromText(text), other) << text;
 }
 
 INSTANTIATE_TEST_SUITE_P(All, EnumerationTest, testing::ValuesIn(Enumerations()),

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <functional>
 #include <ostream>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -20,8 +20,6 @@ template <class T, class = void>
 struct CanWrite : std::false_type {};
 template <class T>
 struct CanWrite<T, std::void_t<decltype(&T::CreateXMLNode)>> : std::true_type {};
-
-}  // namespace
 
 // ---------- what holds for every class
 
@@ -50,89 +48,89 @@ TYPED_TEST(EveryReadClass, IsADefaultObjectWithoutANodeOrInAForeignElement) {
   }
 }
 
-/// A class by an element form of its own.
+/// One element form of a class, written here without prefixes.
 struct Form {
   std::string name;
   std::string xml;
-  /// Reads the text, assigns the object to another one and writes that one.
+  /// Reads the text, assigns the object to another one, gives what that one writes when attached.
   std::function<std::string(std::string const&)> passOn;
-  std::function<bool(std::string const&)> writesOnlyWhenAttached;
 };
 
 void PrintTo(Form const& form, std::ostream* out) { *out << form.xml; }
 
 template <class T>
 Form FormOf(std::string const& name, std::string const& xml) {
-  auto const passOn = [](std::string const& text) {
-    auto const copy = T::CreateOne();
-    *copy = *Read<T>(text);
-    return Written(*copy);
-  };
-  return {name, xml, passOn,
-          [](std::string const& text) { return WritesOnlyWhenAttached(*Read<T>(text)); }};
+  return {name, xml, [](std::string const& text) {
+            auto const copy = T::CreateOne();
+            *copy = *Read<T>(text);
+            EXPECT_TRUE(WritesOnlyWhenAttached(*copy));
+            return Written(*copy);
+          }};
 }
 
 std::vector<Form> Forms() {
-  std::string const key = "<zbt:dbKey>K</zbt:dbKey>";
+  std::string const key = "<dbKey>K</dbKey>";
   std::string const table =
-      "<zbt:tableIdentity>-3</zbt:tableIdentity><zbt:tableGUID>G</zbt:tableGUID>"
-      "<zbt:tableName>T &amp; U</zbt:tableName>";
-  std::string const qualified = "<zbt:table>" + table + "</zbt:table>";
-  std::string const attribute = key + "<zbt:name zbt:isStandard=\"false\">" + qualified +
-                                "<zbt:attributeName>Density</zbt:attributeName></zbt:name>";
+      "<tableIdentity>-3</tableIdentity><tableGUID>G</tableGUID><tableName>T&amp;U</tableName>";
+  std::string const name = key + "<name><table>" + table + "</table>";
+  std::string const attribute = key + "<name isStandard=\"false\"><table>" + table +
+                                "</table><attributeName>D</attributeName></name>";
   return {
       FormOf<LumoEntityReference>("Entity", key),
       FormOf<PartialTableReference>("PartialTable", table),
       FormOf<LumoTableReference>("LumoTable", table + key),
       FormOf<TableReference>("Table", table + key),
       FormOf<RecordReference>(
-          "Record", key + "<zbt:identity><zbt:recordHistoryIdentity>5</zbt:recordHistoryIdentity>"
-                          "</zbt:identity><zbt:recordGUID>R</zbt:recordGUID>"
-                          "<zbt:recordHistoryGUID>H</zbt:recordHistoryGUID>"),
-      FormOf<SubsetReference>("NamedSubset", key + "<zbt:name>" + qualified +
-                                                 "<zbt:subsetName>Edu</zbt:subsetName></zbt:name>"),
-      FormOf<SubsetReference>("Subset", key + "<zbt:subsetIdentity>5</zbt:subsetIdentity>"),
-      FormOf<AttributeReference>("OwnNamedAttribute", attribute),
-      FormOf<AttributeReference>("StandardAttribute",
-                                 key + "<zbt:name zbt:isStandard=\"true\">"
-                                       "<zbt:attributeName>D</zbt:attributeName></zbt:name>"),
-      FormOf<AttributeReference>("Attribute",
-                                 key + "<zbt:attributeIdentity>9</zbt:attributeIdentity>"),
+          "Record", key + "<identity><recordHistoryIdentity>5</recordHistoryIdentity></identity>"
+                          "<recordGUID>R</recordGUID><recordHistoryGUID>H</recordHistoryGUID>"),
+      FormOf<SubsetReference>("NamedSubset", name + "<subsetName>Edu</subsetName></name>"),
+      FormOf<SubsetReference>("Subset", key + "<subsetIdentity>5</subsetIdentity>"),
+      FormOf<AttributeReference>("OwnAttribute", attribute),
+      FormOf<AttributeReference>(
+          "StandardAttribute",
+          key + "<name isStandard=\"true\"><attributeName>D</attributeName></name>"),
+      FormOf<AttributeReference>("Attribute", key + "<attributeIdentity>9</attributeIdentity>"),
       FormOf<RecordLinkGroupReference>(
-          "NamedLinkGroup", key + "<zbt:name>" + qualified +
-                                "<zbt:recordLinkGroupName zbt:isStandard=\"false\">Used by"
-                                "</zbt:recordLinkGroupName></zbt:name>"),
+          "OwnLinkGroup",
+          name + "<recordLinkGroupName isStandard=\"false\">U</recordLinkGroupName></name>"),
       FormOf<RecordLinkGroupReference>(
-          "StandardLinkGroup", key + "<zbt:name><zbt:recordLinkGroupName zbt:isStandard=\"true\">U"
-                                     "</zbt:recordLinkGroupName></zbt:name>"),
-      FormOf<RecordLinkGroupReference>("LinkGroup",
-                                       key + "<zbt:recordLinkGroupIdentity zbt:recordLinkGroupType="
-                                             "\"crossDatabase\">4</zbt:recordLinkGroupIdentity>"),
-      FormOf<ParameterReference>("Parameter",
-                                 key + "<zbt:parameterIdentity>6</zbt:parameterIdentity>"),
-      FormOf<ParameterReference>("NamedParameter", key + "<zbt:name>Time</zbt:name>"),
-      FormOf<UnitConversionContext>(
-          "Units",
-          "<zbt:unitSystem>Metric</zbt:unitSystem><zbt:currency>EUR</zbt:currency>"
-          "<zbt:absoluteUnits>false</zbt:absoluteUnits>"),
-      FormOf<NamedAttribute>("AttributeWithName", "<zbt:attribute>" + attribute +
-                                                      "</zbt:attribute><zbt:name>own</zbt:name>"),
-      FormOf<TableDetail>("TableDetail",
-                          "<zbt:table>" + table + key + "</zbt:table><zbt:attributeReferences>" +
-                              "<zbt:attribute>" + attribute + "</zbt:attribute><zbt:attribute>" +
-                              key + "</zbt:attribute></zbt:attributeReferences>"),
+          "StandardLinkGroup",
+          key + "<name><recordLinkGroupName isStandard=\"true\">U</recordLinkGroupName></name>"),
+      FormOf<RecordLinkGroupReference>(
+          "LinkGroup", key + "<recordLinkGroupIdentity recordLinkGroupType=\"crossDatabase\">4"
+                             "</recordLinkGroupIdentity>"),
+      FormOf<ParameterReference>("Parameter", key + "<parameterIdentity>6</parameterIdentity>"),
+      FormOf<ParameterReference>("NamedParameter", key + "<name>Time</name>"),
+      FormOf<UnitConversionContext>("Units",
+                                    "<unitSystem>M</unitSystem><currency>EUR</currency>"
+                                    "<absoluteUnits>false</absoluteUnits>"),
+      FormOf<NamedAttribute>("NamedAttribute",
+                             "<attribute>" + attribute + "</attribute><name>own</name>"),
+      FormOf<TableDetail>("TableDetail", "<table>" + table + key +
+                                             "</table><attributeReferences><attribute>" +
+                                             attribute + "</attribute><attribute>" + key +
+                                             "</attribute></attributeReferences>"),
   };
 }
 
 class ElementForm : public testing::TestWithParam<Form> {};
 
+}  // namespace
+
 TEST_P(ElementForm, IsReadWithAnyPrefixAssignedAndWrittenAlike) {
   Form const& form = GetParam();
-  for (std::string const prefix : {"zbt:", "", "b:"}) {
-    std::string const xml = std::regex_replace(form.xml, std::regex("zbt:"), prefix);
-    EXPECT_EQ(form.passOn("<r>" + xml + "</r>"), form.xml);
+  auto const prefixed = [&form](std::string const& prefix) {
+    std::string text;
+    for (char const c : form.xml) {
+      bool const nameStarts = !text.empty() && std::strchr("</ ", text.back()) != nullptr;
+      if (nameStarts && c >= 'a' && c <= 'z') text += prefix;
+      text += c;
+    }
+    return text;
+  };
+  for (std::string const prefix : {"", "zbt:", "b:"}) {
+    EXPECT_EQ(form.passOn("<r>" + prefixed(prefix) + "</r>"), prefixed("zbt:"));
   }
-  EXPECT_TRUE(form.writesOnlyWhenAttached("<r>" + form.xml + "</r>"));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ElementForm, testing::ValuesIn(Forms()),
@@ -140,32 +138,18 @@ INSTANTIATE_TEST_SUITE_P(All, ElementForm, testing::ValuesIn(Forms()),
 
 // ---------- element forms
 
-TEST(EntityReference, AlwaysSendsItsKey) {
-  EXPECT_EQ(Written(*LumoEntityReference::CreateOne()), "<zbt:dbKey/>");
-  EXPECT_EQ(Read<LumoDatabase>("<d><x:dbKey>K</x:dbKey><volumeName>N</volumeName></d>")->GetName(),
-            "N");
-}
-
-TEST(TableReferences, SendEveryIdentifierAndTheKeyLast) {
-  auto const table = TableReference::CreateOne();
-  EXPECT_EQ(Written(*table), "<zbt:dbKey/>");
-  table->SetDBKey("K");
-  table->SetTableName("T");
-  table->SetTableGUID("G");
-  table->SetTableID(-3);
-  std::string const identifiers =
-      "<zbt:tableIdentity>-3</zbt:tableIdentity><zbt:tableGUID>G</zbt:tableGUID>"
-      "<zbt:tableName>T</zbt:tableName>";
-  EXPECT_EQ(Written(*table), identifiers + "<zbt:dbKey>K</zbt:dbKey>");
-  EXPECT_EQ(Written(static_cast<PartialTableReference const&>(*table)), identifiers);
+TEST(TableReferences, AreMadeFromOneIdentifierAndReadInAnyOrder) {
+  EXPECT_EQ(Written(*TableReference::CreateOne()), "<zbt:dbKey/>");
   EXPECT_EQ(Written(*PartialTableReference::CreateOneFromTableID(4)),
             "<zbt:tableIdentity>4</zbt:tableIdentity>");
   EXPECT_EQ(Written(*PartialTableReference::CreateOneFromTableGUID("g")),
             "<zbt:tableGUID>g</zbt:tableGUID>");
-  auto const read = Read<LumoTableReference>(
-      "<t><dbKey>K</dbKey><tableName>T</tableName><tableGUID>G</tableGUID>"
-      "<tableIdentity>-3</tableIdentity></t>");
-  EXPECT_EQ(Written(*read), Written(*table));
+  EXPECT_EQ(Written(*Steels()), "<zbt:tableName>Steels</zbt:tableName>");
+  EXPECT_EQ(Written(*Read<LumoTableReference>(
+                "<t><dbKey>K</dbKey><tableName>T</tableName><tableGUID>G</tableGUID>"
+                "<tableIdentity>3</tableIdentity></t>")),
+            "<zbt:tableIdentity>3</zbt:tableIdentity><zbt:tableGUID>G</zbt:tableGUID>"
+            "<zbt:tableName>T</zbt:tableName><zbt:dbKey>K</zbt:dbKey>");
   EXPECT_THROW(Read<TableReference>("<t><tableIdentity>x</tableIdentity></t>"),
                std::invalid_argument);
 }
@@ -175,10 +159,6 @@ TEST(RecordReference, SendsOnlyIdentifiersThatAreSet) {
   EXPECT_EQ(Written(*record), "<zbt:dbKey/>");
   record->SetHistoryGUID("H");
   EXPECT_EQ(Written(*record), "<zbt:dbKey/><zbt:recordHistoryGUID>H</zbt:recordHistoryGUID>");
-  record->SetRecordGUID("R");
-  EXPECT_EQ(Written(*record),
-            "<zbt:dbKey/><zbt:recordGUID>R</zbt:recordGUID>"
-            "<zbt:recordHistoryGUID>H</zbt:recordHistoryGUID>");
 }
 
 TEST(SubsetReference, SendsItsNameOnlyWithoutAnIdentity) {
@@ -277,21 +257,19 @@ TEST(RecordLinkGroupReference, ChoosesBetweenIdentityAndName) {
   auto const group = RecordLinkGroupReference::CreateOne();
   group->SetName("Used by");
   group->SetPartialTableReference(Steels());
-  std::string const named =
-      "<zbt:dbKey/><zbt:name><zbt:table><zbt:tableName>Steels</zbt:tableName></zbt:table>"
-      "<zbt:recordLinkGroupName zbt:isStandard=\"false\">Used by</zbt:recordLinkGroupName>"
-      "</zbt:name>";
-  EXPECT_EQ(Written(*group), named);
+  EXPECT_EQ(Written(*group),
+            "<zbt:dbKey/><zbt:name><zbt:table><zbt:tableName>Steels</zbt:tableName></zbt:table>"
+            "<zbt:recordLinkGroupName zbt:isStandard=\"false\">Used by</zbt:recordLinkGroupName>"
+            "</zbt:name>");
   group->SetStandard(true);
   EXPECT_EQ(Written(*group),
             "<zbt:dbKey/><zbt:name><zbt:recordLinkGroupName zbt:isStandard=\"true\">Used by"
             "</zbt:recordLinkGroupName></zbt:name>");
   group->SetRecordLinkGroupIdentity(4);
   group->SetRecordLinkGroupType("crossDatabase");
-  std::string const identified =
-      "<zbt:dbKey/><zbt:recordLinkGroupIdentity zbt:recordLinkGroupType=\"crossDatabase\">4"
-      "</zbt:recordLinkGroupIdentity>";
-  EXPECT_EQ(Written(*group), identified);
+  EXPECT_EQ(Written(*group),
+            "<zbt:dbKey/><zbt:recordLinkGroupIdentity zbt:recordLinkGroupType=\"crossDatabase\">4"
+            "</zbt:recordLinkGroupIdentity>");
   group->SetRecordLinkGroupType("Static");
   EXPECT_EQ(group->GetRecordLinkGroupType(), "Unknown");
 }
@@ -346,8 +324,8 @@ TEST(NamedThings, ReadAndWriteTheirForms) {
 
   auto const identifier = Read<AttributeIdentifier>(
       "<i><AttributeName>A</AttributeName><attributeName>no</attributeName>"
-      "<AttributeIdentity>3</AttributeIdentity><StandardAttributeName>S</StandardAttributeName></"
-      "i>");
+      "<AttributeIdentity>3</AttributeIdentity>"
+      "<StandardAttributeName>S</StandardAttributeName></i>");
   EXPECT_EQ(identifier->GetAttributeName() + identifier->GetStandardAttributeName(), "AS");
   EXPECT_EQ(identifier->GetAttributeID(), 3);
 }
