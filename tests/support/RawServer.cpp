@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <strings.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -51,6 +52,11 @@ void RawConnection::WaitForClose() const {
   char byte = 0;
   while (recv(m_socket, &byte, 1, 0) > 0) {
   }
+}
+
+void RawConnection::WaitForCloseUnread() const {
+  pollfd closed{m_socket, POLLRDHUP, 0};
+  poll(&closed, 1, -1);
 }
 
 RawServer::RawServer(Script script)

@@ -19,6 +19,8 @@ class RawConnection {
   void Reset() const;
   /// Waits until the client closes.
   void WaitForClose() const;
+  /// The same without taking what the client sends.
+  void WaitForCloseUnread() const;
 
  private:
   friend class RawServer;

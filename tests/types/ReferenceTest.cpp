@@ -31,7 +31,7 @@ using ReadClasses =
                    RecordLinkGroupReference, ParameterReference, UnitConversionContext, NamedRecord,
                    NamedAttribute, NamedSubset, AttributeIdentifier, TableDetail, SubsetDetail,
                    AttributeValue, GetDatabasesResponse, GetTablesResponse, GetSubsetsResponse>;
-TYPED_TEST_SUITE(EveryReadClass, ReadClasses);
+TYPED_TEST_SUITE(EveryReadClass, ReadClasses, );  // the comma is for -Wpedantic
 
 TYPED_TEST(EveryReadClass, IsADefaultObjectWithoutANodeOrInAForeignElement) {
   EXPECT_EQ(TypeParam::CreateOne(nullptr), nullptr);

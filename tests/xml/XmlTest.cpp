@@ -12,7 +12,6 @@
 
 #include "tests/support/Xml.h"
 
-using testing::HasSubstr;
 using testing::SizeIs;
 
 namespace {
@@ -198,8 +197,7 @@ TEST(XMLUtilites, PrintsByteForByteAsRapidXml) {
        {"<a/>", "<a></a>", "<a> </a>", "<a>x</a>",
         "<a b='1' c=\"it's\" d='say \"x\" &amp; &apos;'/>",
         "<a>1 &lt; 2 &gt; 0 &amp; \"q\" 'a'</a>", "<a>x<b/>y<![CDATA[<z>]]><c>w</c></a>",
-        "<?xml version=\"1.0\"?><!DOCTYPE a [<!ENTITY x 'y'>]><?pi data?><!-- c "
-        "--><a><b><c/></b></a>",
+        "<?xml version='1.0'?><!DOCTYPE a [<!ENTITY x 'y'>]><?pi data?><!-- c --><a><b/></a>",
         "<a><![CDATA[only]]></a>", "<a>&#10;&#13;\xC3\xA4</a>",
         "<a><b></b><b>1</b></a><second/>"}) {
     auto const document = std::make_unique<XmlDocument<char>>();
@@ -218,7 +216,7 @@ TEST(XMLUtilites, SurvivesMutatedReplies) {
       "</name></attribute></attributeReferences><tableFilters><tableFilter>NoFilter</tableFilter>"
       "</tableFilters></table></tableDetails></GetTablesResponse></s:Body></s:Envelope>";
   std::string const deep = Nested(505, "<a>", "</a>", "<b x=\"'>'\">1</b><!-- < --><c/>");
-  std::string const bytes("<>/&\"'=!?-[];#x \0a", 19);
+  std::string const bytes("<>/&\"'=!?-[];#x \0a", 18);
   std::mt19937 random(4711);  // NOLINT: the same mutations in every run
   int accepted = 0;
   int tooDeep = 0;
@@ -286,7 +284,7 @@ TEST(ConvertTo, AgreesWithTheStandardLibraryOnTextsWithoutADecimalMark) {
 }
 
 TEST(ConvertTo, ReadsThePointAsTheDecimalMarkWhateverTheLocale) {
-  for (auto const& [text, outcome] : std::vector<std::pair<std::string, std::string>>{
+  for (auto const& row : std::vector<std::pair<std::string, std::string>>{
            {"1.5", "1.50000000000000000e+00"},
            {"  -1.5e3x", "-1.50000000000000000e+03"},
            {"+.5", "5.00000000000000000e-01"},
@@ -297,7 +295,7 @@ TEST(ConvertTo, ReadsThePointAsTheDecimalMarkWhateverTheLocale) {
            {".", "invalid_argument stod"},
            {"e5", "invalid_argument stod"},
            {",5", "invalid_argument stod"}}) {
-    EXPECT_EQ(Outcome([&] { return ConvertTo<double>(text); }), outcome) << text;
+    EXPECT_EQ(Outcome([&] { return ConvertTo<double>(row.first); }), row.second) << row.first;
   }
 }
 
