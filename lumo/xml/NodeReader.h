@@ -19,8 +19,8 @@ namespace lumo {
 ///
 /// Names are local names. What is absent leaves its field unchanged, and a null node has nothing.
 /// Numbers and booleans that do not convert throw, see `lumo::IntegerFromText`. Enumerations pass
-/// the function that makes a value from a text as the last argument. Fields read in the order of
-/// the wire cost one walk over the children in all.
+/// the function that makes a value from a text as the last argument. Ask for each name once: fields
+/// read in the order of the wire cost one walk over the children in all.
 class LUMO_API NodeReader {
  public:
   explicit NodeReader(XmlNode<char> const* node)
