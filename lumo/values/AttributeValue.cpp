@@ -2,6 +2,12 @@
 
 #include "lumo/values/AttributeTypes.h"
 
+namespace {
+
+constexpr char kUnsupported[] = "UNSUPPORTED DATA TYPE";
+
+}  // namespace
+
 lumo::NameRegistry AttributeValue::s_factory;
 
 void AttributeValue::RegisterTypes() {
@@ -23,12 +29,14 @@ void AttributeValue::RegisterTypes() {
   };
 }
 
+AttributeValue::AttributeValue() : m_dataType(kUnsupported) {}
+
 AttributeValue::AttributeValue(XmlNode<char> const* node) : FromXml(node) {
-  if (node == nullptr) return;
-  for (auto* child = node->first_node(); child != nullptr; child = child->next_sibling()) {
+  XmlNode<char> const* child = node == nullptr ? nullptr : node->first_node();
+  for (; child != nullptr && !m_dataValue; child = child->next_sibling()) {
     auto const [typeCode, value] = lumo::BuildRegistered(s_factory, *child);
     if (!typeCode.empty()) m_dataType = typeCode;
     m_dataValue = value;
-    if (m_dataValue) return;
   }
+  if (m_dataType.empty()) m_dataType = kUnsupported;
 }

@@ -14,7 +14,7 @@ class LUMO_API AttributeValue : public lumo::FromXml<AttributeValue, AttributeId
   static lumo::NameRegistry& AccessRegistry() { return s_factory; }
   static void RegisterTypes();
 
-  AttributeValue() = default;
+  AttributeValue();
   explicit AttributeValue(XmlNode<char> const* node);
 
   /// Type code of the value, "UNSUPPORTED DATA TYPE" when none was recognised.
@@ -25,6 +25,6 @@ class LUMO_API AttributeValue : public lumo::FromXml<AttributeValue, AttributeId
   void SetDataValue(IDataValue* value) { m_dataValue = value; }
 
  private:
-  std::string m_dataType = "UNSUPPORTED DATA TYPE";
+  std::string m_dataType;
   SmartPtr<IDataValue> m_dataValue;
 };

@@ -48,7 +48,7 @@ class LUMO_API IDataValue : public SmartPtrTarget_ts {
 
 namespace lumo {
 
-/// The yes/no parser of "isNotApplicable", and of "isFallback" on linked records. It is kept apart
+/// The yes/no parser of "isNotApplicable" and of the "Estimated" of curve data. It is kept apart
 /// from `BooleanFromText`, whose words and error it shares today.
 LUMO_API bool StrictBooleanFromText(std::string const& text);
 

@@ -22,4 +22,11 @@ struct RegisteredValue {
 };
 RegisteredValue BuildRegistered(NameRegistry const& registry, XmlNode<char> const& node);
 
+/// The value in the first child element of `node`, the only one that is looked at; null when there
+/// is none of a registered name.
+SmartPtr<IDataValue> BuildFirst(NameRegistry const& registry, XmlNode<char> const& node);
+
+/// The short element names under which values stand in cells and lists.
+NameRegistry ShortNames();
+
 }  // namespace lumo

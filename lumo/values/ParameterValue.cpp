@@ -2,12 +2,44 @@
 
 #include <stdexcept>
 
+#include "lumo/xml/NodeReader.h"
+#include "lumo/xml/NodeWriter.h"
+#include "lumo/xml/Words.h"
+
+namespace {
+
+constexpr lumo::Word<ParameterValue::eParameterValueType> kWords[] = {
+    {ParameterValue::Numeric, "Numeric"},
+    {ParameterValue::Discrete, "Discrete"},
+};
+
+}  // namespace
+
 ParameterValue::eParameterValueType ParameterValue::TypeFromString(std::string const& text) {
   if (text == "Numeric") return Numeric;
   if (text == "Discrete") return Discrete;
   throw std::runtime_error("unknown parameter value type valid types are Numeric and Discrete");
 }
 
-std::string ParameterValue::TypeAsString() const {
-  return m_type == Numeric ? "Numeric" : "Discrete";
+std::string ParameterValue::TypeAsString() const { return lumo::WordOf(kWords, m_type, "Unknown"); }
+
+ParameterValue::ParameterValue(XmlNode<char> const* node) {
+  lumo::NodeReader in(node);
+  if (in.TypeContains("Numeric")) m_type = Numeric;
+  if (m_type == Numeric) {
+    in.Child("Value", m_numericValue);
+  } else {
+    in.Child("Value", m_discreteValue);
+  }
+}
+
+void ParameterValue::CreateXMLNode(XmlNode<char>* node) const {
+  lumo::NodeWriter out(node);
+  if (m_type == Numeric) {
+    out.Attribute("xsi:type", "zbt:NumericParameterValue");
+    out.Child("zbt:Value", m_numericValue);
+  } else {
+    out.Attribute("xsi:type", "zbt:DiscreteParameterValue");
+    out.Child("zbt:Value", m_discreteValue);
+  }
 }

@@ -3,20 +3,19 @@
 namespace lumo {
 namespace {
 
-/// Copy in the document's memory. RapidXML measures a text of length 0 itself, so that an empty
-/// one must not reach it.
-char const* Copy(std::string_view text, XmlDocument<char>& document) {
-  return text.empty() ? "" : document.allocate_string(text.data(), text.size());
-}
-
 template <class Item>
 Item* Fill(Item* item, std::string_view name, std::string_view text, XmlDocument<char>& document) {
-  item->name(Copy(name, document), name.size());
-  item->value(Copy(text, document), text.size());
+  item->name(CopyText(name, document), name.size());
+  item->value(CopyText(text, document), text.size());
   return item;
 }
 
 }  // namespace
+
+// RapidXML measures a text of length 0 itself, so that an empty one must not reach it.
+char const* CopyText(std::string_view text, XmlDocument<char>& document) {
+  return text.empty() ? "" : document.allocate_string(text.data(), text.size());
+}
 
 XmlNode<char>* MakeNode(std::string_view name, std::string_view text, XmlDocument<char>& document) {
   return Fill(document.allocate_node(rapidxml::node_element), name, text, document);

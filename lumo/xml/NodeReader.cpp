@@ -22,4 +22,9 @@ XmlAttribute<char> const* NodeReader::FindAttribute(std::string_view name) const
   return attribute;
 }
 
+bool NodeReader::TypeContains(std::string_view word) const {
+  XmlAttribute<char> const* const type = FindAttribute("type");
+  return type != nullptr && ValueOf(*type).find(word) != std::string_view::npos;
+}
+
 }  // namespace lumo

@@ -38,7 +38,7 @@ class LUMO_API NodeReader {
   bool Child(std::string_view name, Field& field, FromText fromText) {
     XmlNode<char> const* const child = Find(name);
     if (child == nullptr) return false;
-    field = fromText(XMLUtilites::GetText(child));
+    WithText(*child, [&](std::string_view text) { field = Convert(fromText, text); });
     return true;
   }
 
@@ -52,9 +52,18 @@ class LUMO_API NodeReader {
   }
   template <class Item, class FromText>
   void Children(std::string_view name, std::vector<Item>& list, FromText fromText) {
-    ForEach(name, [&list, fromText](XmlNode<char> const& child) {
-      list.push_back(fromText(XMLUtilites::GetText(&child)));
+    ForEach(name, [&](XmlNode<char> const& child) {
+      WithText(child, [&](std::string_view text) { list.push_back(Convert(fromText, text)); });
     });
+  }
+
+  /// Calls `visit(child)` for every such child, in document order.
+  template <class Visit>
+  void ForEach(std::string_view name, Visit visit) const {
+    if (m_node == nullptr) return;
+    for (auto* child = m_node->first_node(); child != nullptr; child = child->next_sibling()) {
+      if (HasLocalName(*child, name)) visit(*child);
+    }
   }
 
   /// Steps inside the first such child.
@@ -72,9 +81,13 @@ class LUMO_API NodeReader {
   bool Attribute(std::string_view name, Field& field, FromText fromText) const {
     XmlAttribute<char> const* const attribute = FindAttribute(name);
     if (attribute == nullptr) return false;
-    field = fromText(std::string(ValueOf(*attribute)));
+    field = Convert(fromText, ValueOf(*attribute));
     return true;
   }
+
+  /// Whether the element's attribute "type" has `word` in it: such attributes name their class with
+  /// a prefix that is the server's choice.
+  bool TypeContains(std::string_view word) const;
 
   /// Reads the element's own text.
   template <class Field>
@@ -85,14 +98,6 @@ class LUMO_API NodeReader {
  private:
   XmlNode<char> const* Find(std::string_view name);
   XmlAttribute<char> const* FindAttribute(std::string_view name) const;
-
-  template <class Visit>
-  void ForEach(std::string_view name, Visit visit) const {
-    if (m_node == nullptr) return;
-    for (auto* child = m_node->first_node(); child != nullptr; child = child->next_sibling()) {
-      if (HasLocalName(*child, name)) visit(*child);
-    }
-  }
 
   static void ReadText(std::string_view text, std::string& field) { field.assign(text); }
   static void ReadText(std::string_view text, int& field) { field = IntegerFromText(text); }
@@ -105,12 +110,27 @@ class LUMO_API NodeReader {
   }
   template <class Field>
   static void ReadNode(XmlNode<char> const& node, Field& field) {
+    WithText(node, [&field](std::string_view text) { ReadText(text, field); });
+  }
+
+  /// Calls `use` with the text of an element, in place where it is in one piece.
+  template <class Use>
+  static void WithText(XmlNode<char> const& node, Use use) {
     XmlNode<char> const* const only = node.first_node();
-    if (only == nullptr || only->next_sibling() == nullptr) {
-      bool const isText = only == nullptr || only->type() == rapidxml::node_data;
-      if (isText) return ReadText(ValueOf(only == nullptr ? node : *only), field);
+    if (only == nullptr) return use(ValueOf(node));
+    if (only->next_sibling() == nullptr && only->type() == rapidxml::node_data) {
+      return use(ValueOf(*only));
     }
-    ReadText(XMLUtilites::GetText(&node), field);
+    use(std::string_view(XMLUtilites::GetText(&node)));
+  }
+
+  template <class FromText>
+  static auto Convert(FromText fromText, std::string_view text) {
+    if constexpr (std::is_invocable_v<FromText, std::string_view>) {
+      return fromText(text);
+    } else {
+      return fromText(std::string(text));
+    }
   }
 
   XmlNode<char> const* m_node;

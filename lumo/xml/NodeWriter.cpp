@@ -11,6 +11,10 @@ XmlNode<char>* NodeWriter::Append(std::string_view name, std::string_view text) 
   return child;
 }
 
+void NodeWriter::SetText(std::string_view text) {
+  if (m_document != nullptr) m_node->value(CopyText(text, *m_document), text.size());
+}
+
 void NodeWriter::AppendAttribute(std::string_view name, std::string_view text) {
   if (m_document != nullptr) m_node->append_attribute(MakeAttribute(name, text, *m_document));
 }

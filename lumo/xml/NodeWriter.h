@@ -83,6 +83,12 @@ class LUMO_API NodeWriter {
     AppendAttribute(name, TextOf(field));
   }
 
+  /// The text of the element itself.
+  template <class Field>
+  void Text(Field const& field) {
+    SetText(TextOf(field));
+  }
+
   /// The element; null when nothing is to be written into it.
   XmlNode<char>* Node() const { return m_document == nullptr ? nullptr : m_node; }
 
@@ -104,6 +110,7 @@ class LUMO_API NodeWriter {
   }
 
   XmlNode<char>* Append(std::string_view name, std::string_view text);
+  void SetText(std::string_view text);
   void AppendAttribute(std::string_view name, std::string_view text);
 
   XmlNode<char>* m_node;

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "lumo/platform/core/SmartPtr.h"
+#include "lumo/platform/core/SmartPtrTarget_ts.h"
+
+namespace lumo {
+
+/// Base of a class whose objects others point at without owning them, through `WeakPtr`. As the
+/// object itself, its links are not locked.
+template <class T>
+class WeakTarget {
+ public:
+  struct Link : SmartPtrTarget_ts {
+    explicit Link(T* object) : target(object) {}
+    T* target;  ///< null once the object is gone
+  };
+
+  WeakTarget() = default;
+  WeakTarget(WeakTarget const&) = delete;
+  WeakTarget& operator=(WeakTarget const& /*other*/) { return *this; }  // a link is never copied
+  SmartPtr<Link> GetLink() const { return m_link; }
+
+ protected:
+  ~WeakTarget() { m_link->target = nullptr; }
+
+ private:
+  SmartPtr<Link> m_link{new Link(static_cast<T*>(this))};
+};
+
+/// Points at an object that it does not own; null once the object is gone.
+template <class T>
+class WeakPtr {
+ public:
+  WeakPtr() = default;
+  explicit WeakPtr(T const* target) {
+    if (target != nullptr) m_link = target->GetLink();
+  }
+  T const* Get() const { return m_link ? m_link->target : nullptr; }
+
+ private:
+  SmartPtr<typename WeakTarget<T>::Link> m_link;
+};
+
+}  // namespace lumo

@@ -1,0 +1,102 @@
+#include "lumo/values/TabularDataType.h"
+
+#include "lumo/xml/Words.h"
+
+namespace {
+
+constexpr lumo::Word<TabularDataType::eChangeType> kChangeWords[] = {
+    {TabularDataType::InsertBefore, "InsertBefore"},
+    {TabularDataType::Append, "Append"},
+    {TabularDataType::Update, "Update"},
+    {TabularDataType::Delete, "Delete"},
+};
+
+}  // namespace
+
+std::string TabularDataType::ChangeType_ToString(eChangeType change) {
+  return lumo::WordOf(kChangeWords, change, "");
+}
+
+SmartPtr<TabularDataType> TabularDataType::CreateOne(XmlNode<char> const* node) {
+  bool const isTable = node != nullptr && XMLUtilites::GetNode("columns", node) != nullptr &&
+                       XMLUtilites::GetNode("summaryRow", node) != nullptr;
+  return isTable ? SmartPtr<TabularDataType>(new TabularDataType(node)) : nullptr;
+}
+
+TabularDataType::TabularDataType(XmlNode<char> const* node) {
+  lumo::NodeReader in(node);
+  in.In("columns").ForEach("column", [this](XmlNode<char> const& column) {
+    AddColumn(TabularColumn::CreateOne(&column));
+  });
+  in.In("rows").ForEach(
+      "row", [this](XmlNode<char> const& row) { PushRow(TabularDataRow::CreateOne(&row, this)); });
+}
+
+TabularDataType::~TabularDataType() {
+  // For the cells that live on: a column may live on too, but is no column of theirs any more.
+  for (SmartPtr<TabularDataRow> const& row : m_rows) {
+    for (SmartPtr<TabularDataCell> const& cell : row->GetData()) {
+      if (cell && GetColumnOffset(cell->GetColumn()) >= 0) cell->ForgetColumn();
+    }
+  }
+}
+
+TabularDataType& TabularDataType::operator=(TabularDataType const& other) {
+  if (this == &other) return *this;
+  DataValue::operator=(other);
+  m_rows.clear();
+  m_changes.clear();
+  m_columns = other.m_columns;
+  m_columnOffsets = other.m_columnOffsets;
+  if (other.m_changes.empty()) {
+    for (SmartPtr<TabularDataRow> const& row : other.m_rows) *PushRow() = *row;
+  }
+  for (auto const& [change, rows] : other.m_changes) {
+    for (TabularDataRow const* row : rows) *PushRowForUpdate(change, row->GetIdentity()) = *row;
+  }
+  return *this;
+}
+
+void TabularDataType::AddColumn(SmartPtr<TabularColumn> const& column) {
+  if (!column) return;
+  m_columnOffsets[column.get()] = static_cast<int>(m_columns.size());
+  m_columns.push_back(column);
+  for (SmartPtr<TabularDataRow> const& row : m_rows) {
+    row->GetData().push_back(TabularDataCell::CreateOne(nullptr, column.get()));
+  }
+}
+
+int TabularDataType::GetColumnOffset(TabularColumn const* column) const {
+  auto const found = m_columnOffsets.find(column);
+  return found == m_columnOffsets.end() ? -1 : found->second;
+}
+
+SmartPtr<TabularDataRow> TabularDataType::PushRow() {
+  m_rows.push_back(TabularDataRow::CreateOne(this));
+  return m_rows.back();
+}
+
+void TabularDataType::PushRow(SmartPtr<TabularDataRow> const& row) {
+  if (row) m_rows.push_back(row);
+}
+
+SmartPtr<TabularDataRow> TabularDataType::PushRowForUpdate(eChangeType change, int identity) {
+  SmartPtr<TabularDataRow> row = PushRow();
+  if (identity > 0) row->SetIdentity(identity);
+  m_changes[change].push_back(row.get());
+  return row;
+}
+
+void TabularDataType::CreateXMLNode(XmlNode<char>* node) const {
+  lumo::NodeWriter out(node);
+  if (m_changes.empty()) {
+    out.Into("zbt:Rows").Children("zbt:Row", m_rows);
+    return;
+  }
+  lumo::NodeWriter changes = out.Into("zbt:Changes");
+  for (auto const& [change, rows] : m_changes) {
+    std::string const word = ChangeType_ToString(change);
+    if (word.empty()) continue;
+    for (TabularDataRow const* row : rows) row->CreateXMLNode(changes.Into("zbt:" + word).Node());
+  }
+}
