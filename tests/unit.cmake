@@ -1,10 +1,15 @@
 lumo_add_tests(unit
   support/Main.cpp
+  EveryClassTest.cpp
   platform/Base64Test.cpp
   platform/SmartPtrTest.cpp
   xml/XmlTest.cpp
   types/ReferenceTest.cpp
   types/EnumerationTest.cpp
+  values/FunctionalTest.cpp
+  values/ScalarTest.cpp
+  values/TabularTest.cpp
+  values/ValueFormTest.cpp
   values/ValueModelTest.cpp
   services/BrowseTest.cpp)
 lumo_discover_tests(unit)

@@ -6,6 +6,7 @@
 /// Base of every response: what the call came to.
 class LUMO_API IResponse : public SmartPtrTarget_ts {
  public:
+  using HoldsNothingRead = IResponse;
   /// Null before the call.
   SmartPtr<ServiceLayerResponse> GetServiceLayerResponse() const { return m_serviceLayerResponse; }
   void SetServiceLayerResponse(SmartPtr<ServiceLayerResponse> const& outcome) {

@@ -14,6 +14,8 @@
 ///     if (value) std::cout << value->GetTypeString() << '\n';
 class LUMO_API IDataValue : public SmartPtrTarget_ts {
  public:
+  using HoldsNothingRead = IDataValue;  ///< derived classes decide whether they load what is common
+
   /// Writes the value's content; the common attributes below are only read, never written.
   virtual void CreateXMLNode(XmlNode<char>* node) const = 0;
   /// Name of the value's element, without a prefix.

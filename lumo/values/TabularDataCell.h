@@ -20,6 +20,9 @@ class LUMO_API TabularDataCell : public lumo::Counted<TabularDataCell> {
   using Counted::CreateOne;
   static SmartPtr<TabularDataCell> CreateOne(SmartPtr<IDataValue> const& data,
                                              TabularColumn const* column);
+  static SmartPtr<TabularDataCell> CreateEmpty(TabularColumn const* column) {
+    return CreateOne(SmartPtr<IDataValue>(), column);
+  }
   /// The cell in an element of a reply: empty when its value is of an unknown type, null for a null
   /// node.
   static SmartPtr<TabularDataCell> CreateOne(XmlNode<char> const* node,

@@ -9,7 +9,7 @@
 TabularDataRow::TabularDataRow(TabularDataType const* table) : m_table(table) {
   if (table == nullptr) return;
   for (SmartPtr<TabularColumn> const& column : table->GetColumns()) {
-    m_cells.push_back(TabularDataCell::CreateOne(nullptr, column.get()));
+    m_cells.push_back(TabularDataCell::CreateEmpty(column.get()));
   }
 }
 
@@ -39,7 +39,7 @@ SmartPtr<TabularDataRow> TabularDataRow::CreateOne(XmlNode<char> const* node,
 TabularDataRow& TabularDataRow::operator=(TabularDataRow const& other) {
   if (m_cells.empty() && m_table.Get() == nullptr) {
     for (SmartPtr<TabularDataCell> const& cell : other.m_cells) {
-      m_cells.push_back(TabularDataCell::CreateOne(nullptr, cell ? cell->GetColumn() : nullptr));
+      m_cells.push_back(TabularDataCell::CreateEmpty(cell ? cell->GetColumn() : nullptr));
     }
   }
   std::size_t const count = std::min(m_cells.size(), other.m_cells.size());

@@ -62,7 +62,7 @@ void TabularDataType::AddColumn(SmartPtr<TabularColumn> const& column) {
   m_columnOffsets[column.get()] = static_cast<int>(m_columns.size());
   m_columns.push_back(column);
   for (SmartPtr<TabularDataRow> const& row : m_rows) {
-    row->GetData().push_back(TabularDataCell::CreateOne(nullptr, column.get()));
+    row->GetData().push_back(TabularDataCell::CreateEmpty(column.get()));
   }
 }
 

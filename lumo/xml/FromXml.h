@@ -9,13 +9,14 @@ namespace lumo {
 
 /// Adds `CreateOne(node)` and the constructor from a node to a class that is read from replies. A
 /// derived class chains: `class Record : public FromXml<Record, Entity>` hands its node on to
-/// `Entity` with `Record(node) : FromXml(node)`.
+/// `Entity` with `Record(node) : FromXml(node)`. A base that reads nothing names itself
+/// `HoldsNothingRead`; every other must take the node, which the compiler sees to.
 template <class T, class Base = SmartPtrTarget_ts>
 class FromXml : public Counted<T, Base> {
  public:
   FromXml() = default;
   explicit FromXml(XmlNode<char> const* node)
-      : FromXml(node, std::is_constructible<Base, XmlNode<char> const*>()) {}
+      : FromXml(node, std::is_same<Base, typename Base::HoldsNothingRead>()) {}
   using Counted<T, Base>::CreateOne;
   /// A new object filled from `node`; null for a null node.
   static SmartPtr<T> CreateOne(XmlNode<char> const* node) {
@@ -23,8 +24,8 @@ class FromXml : public Counted<T, Base> {
   }
 
  private:
-  FromXml(XmlNode<char> const* node, std::true_type /*base reads*/) : Counted<T, Base>(node) {}
-  FromXml(XmlNode<char> const* /*node*/, std::false_type /*base reads*/) {}
+  FromXml(XmlNode<char> const* node, std::false_type /*base reads*/) : Counted<T, Base>(node) {}
+  FromXml(XmlNode<char> const* /*node*/, std::true_type /*base reads nothing*/) {}
 };
 
 }  // namespace lumo

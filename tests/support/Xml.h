@@ -15,14 +15,20 @@ inline std::unique_ptr<XmlDocument<char>> Parsed(std::string const& xml) {
   return document;
 }
 
-/// What the object writes into an attached element, as text.
+/// The attached element <r>, attributes and all, once the object has written into it.
 template <class T>
-std::string Written(T const& object) {
+std::string WrittenElement(T const& object) {
   auto const document = std::make_unique<XmlDocument<char>>();
   XmlNode<char>* const root = XMLUtilites::CreateNode("r", "", document.get());
   document->append_node(root);
   object.CreateXMLNode(root);
-  std::string const text = XMLUtilites::Print(*document);
+  return XMLUtilites::Print(*document);
+}
+
+/// What the object writes as content of an element.
+template <class T>
+std::string Written(T const& object) {
+  std::string const text = WrittenElement(object);
   return text == "<r/>" ? std::string() : text.substr(3, text.size() - 7);
 }
 

@@ -5,7 +5,6 @@
 #include <ostream>
 #include <sstream>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "tests/support/Xml.h"
@@ -14,38 +13,6 @@ namespace {
 
 SmartPtr<PartialTableReference> Steels() {
   return PartialTableReference::CreateOneFromTableName("Steels");
-}
-
-template <class T, class = void>
-struct CanWrite : std::false_type {};
-template <class T>
-struct CanWrite<T, std::void_t<decltype(&T::CreateXMLNode)>> : std::true_type {};
-
-// ---------- what holds for every class
-
-template <class T>
-class EveryReadClass : public testing::Test {};
-using ReadClasses =
-    testing::Types<LumoEntityReference, LumoDatabase, PartialTableReference, LumoTableReference,
-                   TableReference, RecordReference, SubsetReference, AttributeReference,
-                   RecordLinkGroupReference, ParameterReference, UnitConversionContext, NamedRecord,
-                   NamedAttribute, NamedSubset, AttributeIdentifier, TableDetail, SubsetDetail,
-                   AttributeValue, GetDatabasesResponse, GetTablesResponse, GetSubsetsResponse>;
-TYPED_TEST_SUITE(EveryReadClass, ReadClasses, );  // the comma is for -Wpedantic
-
-TYPED_TEST(EveryReadClass, IsADefaultObjectWithoutANodeOrInAForeignElement) {
-  EXPECT_EQ(TypeParam::CreateOne(nullptr), nullptr);
-  TypeParam const fromNull(static_cast<XmlNode<char> const*>(nullptr));
-  auto const foreign = Read<TypeParam>("<r dbKey='K'>text<unknown><dbKey>K</dbKey></unknown></r>");
-  ASSERT_NE(foreign, nullptr);
-  auto const assigned = TypeParam::CreateOne();
-  *assigned = fromNull;
-  if constexpr (CanWrite<TypeParam>::value) {
-    std::string const nothingSet = Written(*TypeParam::CreateOne());
-    EXPECT_EQ(Written(fromNull), nothingSet);
-    EXPECT_EQ(Written(*foreign), nothingSet);
-    EXPECT_EQ(Written(*assigned), nothingSet);
-  }
 }
 
 /// One element form of a class, written here without prefixes.

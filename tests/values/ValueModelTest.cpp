@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -25,6 +26,25 @@ class TinyValue : public lumo::FromXml<TinyValue, IDataValue> {
 class NeverValue : public TinyValue {
  public:
   static SmartPtr<IDataValue> CreateOne(XmlNode<char> const* /*node*/) { return nullptr; }
+};
+
+/// A factory in the place of the library's own, which comes back afterwards.
+template <class T>
+class StandIn {
+ public:
+  explicit StandIn(std::string const& typeCode)
+      : m_original(DataValueFactoryNew::s_factories.at(typeCode)),
+        m_factory(new Factory(typeCode)) {}
+  ~StandIn() {
+    std::string const typeCode = m_factory->GetTypeCode();
+    m_factory.reset();
+    DataValueFactoryNew::s_factories[typeCode] = m_original;
+  }
+
+ private:
+  using Factory = TypedDataValueFactory<T>;
+  DataValueFactoryNew* m_original;
+  std::unique_ptr<Factory> m_factory;
 };
 
 }  // namespace
@@ -59,9 +79,43 @@ TEST(AttributeValue, KnowsFourteenElements) {
                          AttributeValue::AccessRegistry().end()));
 }
 
+TEST(ShortNames, StandForTypesInCellsAndLists) {
+  std::map<std::string, std::string> expected = {
+      {"Logical", "LOGI"}, {"ShortText", "STXT"}, {"Integer", "INPT"},   {"Range", "RNGE"},
+      {"Point", "POIN"},   {"LongText", "LTXT"},  {"Hyperlink", "HLNK"}, {"Discrete", "DISC"},
+      {"Date", "DTTM"},    {"List", "LIST"},      {"Picture", "PICT"},   {"Empty", "EMPT"},
+      {"File", "FILE"}};
+  auto const holds = [&expected](lumo::NameRegistry const& registry) {
+    return std::equal(expected.begin(), expected.end(), registry.begin(), registry.end());
+  };
+  EXPECT_TRUE(holds(TabularDataCell::AccessRegistry()));
+  expected.erase("List");
+  expected.erase("Empty");
+  EXPECT_TRUE(holds(ListDataType::AccessRegistry()));
+}
+
+TEST(Lifecycle, MakesAndDestroysFactoriesAndRegistries) {
+  EXPECT_EQ(DataValueFactoryNew::s_factories.size(), 16U);
+  auto* const factory = RangeDataType::s_factory;
+  kpxtkLumoServiceLayer::Initialize();  // a second time changes nothing
+  EXPECT_EQ(RangeDataType::s_factory, factory);
+  EXPECT_EQ(DataValueFactoryNew::s_factories.at("RNGE"), factory);
+  EXPECT_EQ(DataValueFactoryNew::s_factories.at("EMPT")->CreateInstance(nullptr)->GetTypeString(),
+            "EMPT");
+  kpxtkLumoServiceLayer::Shutdown();
+  kpxtkLumoServiceLayer::Shutdown();
+  EXPECT_TRUE(DataValueFactoryNew::s_factories.empty());
+  EXPECT_EQ(EmptyDataType::s_factory, nullptr);
+  EXPECT_TRUE(AttributeValue::AccessRegistry().empty());
+  EXPECT_TRUE(TabularDataCell::AccessRegistry().empty() && ListDataType::AccessRegistry().empty());
+  EXPECT_EQ(Read<AttributeValue>("<v><LogicalDataValue>1</LogicalDataValue></v>")->GetDataType(),
+            "UNSUPPORTED DATA TYPE");
+  kpxtkLumoServiceLayer::Initialize();
+}
+
 TEST(AttributeValue, TakesTheFirstValueThatCanBeBuilt) {
-  TypedDataValueFactory<NeverValue> const never("LOGI");
-  TypedDataValueFactory<TinyValue> const tiny("INPT");
+  StandIn<NeverValue> const never("LOGI");
+  StandIn<TinyValue> const tiny("INPT");
   auto const value = Read<AttributeValue>(
       "<v><AttributeName>A</AttributeName><z:LogicalDataValue/>"
       "<z:IntegerDataValue dataVersionNumber='4'/><IntegerDataValue dataVersionNumber='5'/></v>");
@@ -79,7 +133,7 @@ TEST(AttributeValue, TakesTheFirstValueThatCanBeBuilt) {
 }
 
 TEST(AttributeValue, MarksWhatItCannotBuild) {
-  TypedDataValueFactory<NeverValue> const never("LOGI");
+  StandIn<NeverValue> const never("LOGI");
   for (std::string const element : {"ListDataValue", "LinkedRecordsDataValue", "Empty", "Other"}) {
     auto const value = Read<AttributeValue>("<v>text<" + element + "/></v>");
     EXPECT_EQ(value->GetDataType(), "UNSUPPORTED DATA TYPE");
@@ -104,7 +158,7 @@ TEST(CommonAttributes, AreReadWhenPresent) {
 }
 
 TEST(CommonAttributes, ThatDoNotConvertThrowOutOfTheWholeReading) {
-  TypedDataValueFactory<TinyValue> const tiny("INPT");
+  StandIn<TinyValue> const tiny("INPT");
   auto const reading = [](std::string const& attribute) {
     return [attribute] { Read<AttributeValue>("<v><IntegerDataValue " + attribute + "/></v>"); };
   };

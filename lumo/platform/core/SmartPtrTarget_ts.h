@@ -9,6 +9,7 @@
 /// copied: assignment copies the fields of the derived class only.
 class LUMO_API SmartPtrTarget_ts : public NoCopy {
  public:
+  using HoldsNothingRead = SmartPtrTarget_ts;  ///< see `lumo::FromXml`
   SmartPtrTarget_ts() = default;
   virtual ~SmartPtrTarget_ts() = default;
   SmartPtrTarget_ts(SmartPtrTarget_ts const&) = delete;

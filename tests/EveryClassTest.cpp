@@ -1,0 +1,50 @@
+// What holds for every class that is read from replies.
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <type_traits>
+
+#include "tests/support/Xml.h"
+
+namespace {
+
+template <class T, class = void>
+struct CanWrite : std::false_type {};
+template <class T>
+struct CanWrite<T, std::void_t<decltype(&T::CreateXMLNode)>> : std::true_type {};
+
+template <class T>
+class EveryReadClass : public testing::Test {};
+// Whole numbers and logical values are not here: they do not take an element without a number.
+using ReadClasses = testing::Types<
+    LumoEntityReference, LumoDatabase, PartialTableReference, LumoTableReference, TableReference,
+    RecordReference, SubsetReference, AttributeReference, RecordLinkGroupReference,
+    ParameterReference, UnitConversionContext, NamedRecord, NamedAttribute, NamedSubset,
+    AttributeIdentifier, TableDetail, SubsetDetail, AttributeValue, GetDatabasesResponse,
+    GetTablesResponse, GetSubsetsResponse, UnitInformation, ParameterInformation, RecordLinkGroup,
+    ShortTextDataType, LongTextDataType, DateTimeDataType, HyperlinkDataType, DiscreteValue,
+    DiscreteDataType, RangeDataType, PointValueWithParameters, PointDataType, ParameterValue,
+    ParameterReferenceAndValue, ParameterReferencesAndValues, FileDataType, PictureDataType,
+    ListDataType, LinkedRecordsDataType, TabularColumn, FloatFunctionalSeriesDataType,
+    FloatFunctionalGriddedDataType, FloatFunctionalGraph, FloatFunctionalSeriesGraph, Series,
+    XYData, XYPoint, XYRange, FloatFunctionalValues, FloatFunctionalPointValue,
+    FloatFunctionalRangeValue, Parameters, Constraints, Constraint>;
+TYPED_TEST_SUITE(EveryReadClass, ReadClasses, );  // the comma is for -Wpedantic
+
+}  // namespace
+
+TYPED_TEST(EveryReadClass, IsADefaultObjectWithoutANodeOrInAForeignElement) {
+  EXPECT_EQ(TypeParam::CreateOne(nullptr), nullptr);
+  TypeParam const fromNull(static_cast<XmlNode<char> const*>(nullptr));
+  auto const foreign = Read<TypeParam>("<r dbKey='K'><unknown><dbKey>K</dbKey></unknown></r>");
+  ASSERT_NE(foreign, nullptr);
+  auto const assigned = TypeParam::CreateOne();
+  *assigned = fromNull;
+  if constexpr (CanWrite<TypeParam>::value) {
+    std::string const nothingSet = Written(*TypeParam::CreateOne());
+    EXPECT_EQ(Written(fromNull), nothingSet);
+    EXPECT_EQ(Written(*foreign), nothingSet);
+    EXPECT_EQ(Written(*assigned), nothingSet);
+  }
+}
