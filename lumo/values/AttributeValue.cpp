@@ -1,5 +1,7 @@
 #include "lumo/values/AttributeValue.h"
 
+#include <utility>
+
 #include "lumo/values/AttributeTypes.h"
 
 namespace {
@@ -34,9 +36,9 @@ AttributeValue::AttributeValue() : m_dataType(kUnsupported) {}
 AttributeValue::AttributeValue(XmlNode<char> const* node) : FromXml(node) {
   XmlNode<char> const* child = node == nullptr ? nullptr : node->first_node();
   for (; child != nullptr && !m_dataValue; child = child->next_sibling()) {
-    auto const [typeCode, value] = lumo::BuildRegistered(s_factory, *child);
+    auto [typeCode, value] = lumo::BuildRegistered(s_factory, *child);
     if (!typeCode.empty()) m_dataType = typeCode;
-    m_dataValue = value;
+    m_dataValue = std::move(value);
   }
   if (m_dataType.empty()) m_dataType = kUnsupported;
 }

@@ -1,6 +1,7 @@
 #include "lumo/values/DataValueFactoryNew.h"
 
-std::unordered_map<std::string, DataValueFactoryNew*> DataValueFactoryNew::s_factories;
+std::unordered_map<std::string, DataValueFactoryNew*, lumo::TypeCodeHash>
+    DataValueFactoryNew::s_factories;
 
 DataValueFactoryNew::DataValueFactoryNew(std::string const& typeCode) : m_typeCode(typeCode) {
   s_factories[m_typeCode] = this;

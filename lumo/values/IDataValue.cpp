@@ -7,6 +7,7 @@ bool lumo::StrictBooleanFromText(std::string const& text) { return BooleanFromTe
 std::string IDataValue::GetImportNodeName() const { return GetNodeName(); }
 
 void IDataValue::LoadCommonAttributes(XmlNode<char> const* node) {
+  if (node == nullptr || node->first_attribute() == nullptr) return;
   lumo::NodeReader const in(node);
   in.Attribute("isNotApplicable", m_isNotApplicable, lumo::StrictBooleanFromText);
   if (in.Attribute("dataVersionNumber", m_dataVersionNumber)) m_hasDataVersionNumber = true;

@@ -50,6 +50,8 @@ double RealFromText(std::string_view text) {
 }
 
 bool BooleanFromText(std::string_view text) {
+  if (text == "false") return false;  // as servers write them
+  if (text == "true") return true;
   std::string word(text);
   for (char& c : word) {
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');

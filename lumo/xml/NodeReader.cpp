@@ -2,7 +2,7 @@
 
 namespace lumo {
 
-XmlNode<char> const* NodeReader::Find(std::string_view name) {
+XmlNode<char> const* NodeReader::Search(std::string_view name) {
   XmlNode<char> const* child = m_next;
   if (m_passedOver) child = m_node->first_node();
   while (child != nullptr && !HasLocalName(*child, name)) child = child->next_sibling();

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "lumo/platform/core/SmartPtr.h"
@@ -96,7 +97,12 @@ class LUMO_API NodeReader {
   }
 
  private:
-  XmlNode<char> const* Find(std::string_view name);
+  /// In the order of the wire the child is the next one.
+  XmlNode<char> const* Find(std::string_view name) {
+    if (m_passedOver || m_next == nullptr || !HasLocalName(*m_next, name)) return Search(name);
+    return std::exchange(m_next, m_next->next_sibling());
+  }
+  XmlNode<char> const* Search(std::string_view name);
   XmlAttribute<char> const* FindAttribute(std::string_view name) const;
 
   static void ReadText(std::string_view text, std::string& field) { field.assign(text); }

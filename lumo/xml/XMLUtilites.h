@@ -68,14 +68,20 @@ inline std::string_view LocalName(XmlBase<char> const& item) {
   return name.substr(name.find(':') + 1);  // npos + 1 is 0: no prefix
 }
 
-/// Whether that is the item's name without its prefix. Most names differ in the first character
-/// behind the prefix, so that nothing is searched or copied for them.
+/// Whether that is the item's name without its prefix. Most names that differ do so in length: they
+/// have no ":" where the prefix would end, so that nothing is compared for them.
 inline bool HasLocalName(XmlBase<char> const& item, std::string_view local) {
   std::string_view const name(item.name(), item.name_size());
+  if (name.size() == local.size()) {
+    return name == local && name.find(':') == std::string_view::npos;
+  }
   if (name.size() < local.size()) return false;
-  std::size_t const prefix = name.size() - local.size();
-  if (name.substr(prefix) != local) return false;
-  return prefix == 0 ? name.find(':') == std::string_view::npos : name.find(':') == prefix - 1;
+  std::size_t const colon = name.size() - local.size() - 1;
+  if (name[colon] != ':' || name.substr(colon + 1) != local) return false;
+  for (std::size_t i = 0; i < colon; ++i) {  // a prefix is too short for a search
+    if (name[i] == ':') return false;
+  }
+  return true;
 }
 
 /// The value in place: pointer plus length, not terminated.

@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <map>
 #include <memory>
 #include <stdexcept>
@@ -47,6 +46,10 @@ class StandIn {
   std::unique_ptr<Factory> m_factory;
 };
 
+std::map<std::string, std::string> Sorted(lumo::NameRegistry const& registry) {
+  return {registry.begin(), registry.end()};
+}
+
 }  // namespace
 
 TEST(Factories, EnterAndLeaveTheTable) {
@@ -75,8 +78,7 @@ TEST(AttributeValue, KnowsFourteenElements) {
       {"PictureDataValue", "PICT"},
       {"FloatFunctionalSeriesDataValue", "FLOAT_FUNCTIONAL_SERIES"},
       {"FloatFunctionalGriddedDataValue", "FLOAT_FUNCTIONAL_GRIDDED"}};
-  EXPECT_TRUE(std::equal(expected.begin(), expected.end(), AttributeValue::AccessRegistry().begin(),
-                         AttributeValue::AccessRegistry().end()));
+  EXPECT_EQ(Sorted(AttributeValue::AccessRegistry()), expected);
 }
 
 TEST(ShortNames, StandForTypesInCellsAndLists) {
@@ -85,13 +87,20 @@ TEST(ShortNames, StandForTypesInCellsAndLists) {
       {"Point", "POIN"},   {"LongText", "LTXT"},  {"Hyperlink", "HLNK"}, {"Discrete", "DISC"},
       {"Date", "DTTM"},    {"List", "LIST"},      {"Picture", "PICT"},   {"Empty", "EMPT"},
       {"File", "FILE"}};
-  auto const holds = [&expected](lumo::NameRegistry const& registry) {
-    return std::equal(expected.begin(), expected.end(), registry.begin(), registry.end());
-  };
-  EXPECT_TRUE(holds(TabularDataCell::AccessRegistry()));
+  EXPECT_EQ(Sorted(TabularDataCell::AccessRegistry()), expected);
   expected.erase("List");
   expected.erase("Empty");
-  EXPECT_TRUE(holds(ListDataType::AccessRegistry()));
+  EXPECT_EQ(Sorted(ListDataType::AccessRegistry()), expected);
+}
+
+TEST(NameRegistry, IsUsedLikeAMap) {
+  lumo::NameRegistry registry = {{"A", "1"}};
+  registry["B"] = "2";
+  registry["A"] += "1";
+  EXPECT_EQ(registry.at("A") + registry.find("B")->second, "112");
+  EXPECT_EQ(registry.erase("A") + registry.erase("A") + registry.count("A"), 1U);
+  EXPECT_EQ(registry.find(""), registry.end());
+  EXPECT_THROW(registry.at("A"), std::out_of_range);
 }
 
 TEST(Lifecycle, MakesAndDestroysFactoriesAndRegistries) {

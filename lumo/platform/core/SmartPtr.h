@@ -20,6 +20,9 @@ class SmartPtr {
   template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
   SmartPtr(SmartPtr<U> const& other)  // NOLINT(google-explicit-constructor): derived to base
       : SmartPtr(static_cast<T*>(other.get())) {}
+  template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+  SmartPtr(SmartPtr<U>&& other) noexcept  // NOLINT(google-explicit-constructor): derived to base
+      : m_target(std::exchange(other.m_target, nullptr)) {}
   ~SmartPtr() {
     if (m_target != nullptr) m_target->ReleaseReference();
   }
@@ -43,6 +46,9 @@ class SmartPtr {
   void Swap(SmartPtr& other) noexcept { std::swap(m_target, other.m_target); }
 
  private:
+  template <class U>
+  friend class SmartPtr;
+
   T* m_target = nullptr;
 };
 

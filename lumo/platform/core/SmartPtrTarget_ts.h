@@ -16,9 +16,12 @@ class LUMO_API SmartPtrTarget_ts : public NoCopy {
   SmartPtrTarget_ts& operator=(SmartPtrTarget_ts const& /*other*/) { return *this; }
 
   void AddReference() const { m_references.fetch_add(1); }
-  /// Deletes the object when the last reference goes.
+  /// Deletes the object when the last reference goes. Who holds the only reference need not count:
+  /// nobody else can add one.
   void ReleaseReference() const {
-    if (m_references.fetch_sub(1) == 1) delete this;
+    if (m_references.load(std::memory_order_acquire) == 1 || m_references.fetch_sub(1) == 1) {
+      delete this;
+    }
   }
 
  private:

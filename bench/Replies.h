@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+/// Replies as a server writes them.
+
+/// The tables of a database, each with ten attributes by name.
+std::string TableListReply(int tables);
+/// Ten values of mixed types for each record: short and long text, points, ranges, an integer, a
+/// logical, a discrete and a date.
+std::string RecordValuesReply(int records);
