@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "lumo/services/browse/AttributeDetail.h"
 #include "lumo/services/browse/ParameterDetail.h"
 #include "lumo/types/TableFilters.h"
 #include "lumo/values/AttributeValue.h"
@@ -52,6 +53,7 @@ void kpxtkLumoServiceLayer::Initialize() {
   AttributeValue::RegisterTypes();
   TabularDataCell::RegisterTypes();
   ListDataType::RegisterTypes();
+  AttributeDetail::StaticInit();
   ParameterDetail::StaticInit();
   TableFilters::StaticInit();
 }
@@ -61,6 +63,7 @@ void kpxtkLumoServiceLayer::Shutdown() {
   TabularDataCell::AccessRegistry().clear();
   ListDataType::AccessRegistry().clear();
   AllFactories::Destroy();
+  AttributeDetail::s_supportedColumns.clear();
   ParameterDetail::StaticShutdown();
   TableFilters::StaticShutdown();
 }

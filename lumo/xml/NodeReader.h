@@ -67,6 +67,15 @@ class LUMO_API NodeReader {
     }
   }
 
+  /// Calls `visit(child)` for every child element, whatever its name.
+  template <class Visit>
+  void ForEachChild(Visit visit) const {
+    if (m_node == nullptr) return;
+    for (auto* child = m_node->first_node(); child != nullptr; child = child->next_sibling()) {
+      if (child->type() == rapidxml::node_element) visit(*child);
+    }
+  }
+
   /// Steps inside the first such child.
   NodeReader In(std::string_view name) { return NodeReader(Find(name)); }
 

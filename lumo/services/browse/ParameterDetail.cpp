@@ -1,5 +1,6 @@
 #include "lumo/services/browse/ParameterDetail.h"
 
+#include "lumo/xml/NodeReader.h"
 #include "lumo/xml/Words.h"
 
 namespace {
@@ -58,4 +59,19 @@ void ParameterDetail::StaticShutdown() {
   ScaleType::StaticShutdown();
   Interpolation::StaticShutdown();
   ParameterType::StaticShutdown();
+}
+
+ParameterDetail::ParameterDetail(XmlNode<char> const* node) : FromXml(node) {
+  lumo::NodeReader in(node);
+  in.Child("defaultValue", m_defaultValue);
+  in.Child("scaleType", m_scaleType, ScaleType::FromString);
+  in.Child("interpolationMethod", m_interpolationMethod, Interpolation::FromString);
+  in.Child("parameterType", m_parameterType, ParameterType::FromString);
+  in.Child("revisionInfo", m_revisionInfo);
+  in.Child("helpInfo", m_helpInfo);
+  in.In("parameterValues").Children("parameterValue", m_parameterValues);
+  lumo::NodeReader appliesTo = in.In("appliesTo");
+  appliesTo.Child("attributeReference", m_appliesToAttribute);
+  appliesTo.Child("recordReference", m_appliesToRecord);
+  in.Child("order", m_order);
 }

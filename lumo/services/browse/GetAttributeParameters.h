@@ -1,0 +1,61 @@
+#pragma once
+
+#include <vector>
+
+#include "lumo/services/browse/ParameterDetail.h"
+#include "lumo/session/IRequest.h"
+#include "lumo/session/IResponse.h"
+#include "lumo/session/ServiceOperation.h"
+#include "lumo/types/AttributeReference.h"
+
+/// Asks for the parameters of attributes.
+class LUMO_API GetAttributeParametersRequest : public lumo::Request<GetAttributeParametersRequest> {
+ public:
+  std::vector<SmartPtr<AttributeReference>>& AccessAttributeReferences() {
+    return m_attributeReferences;
+  }
+  std::vector<SmartPtr<AttributeReference>> const& AccessAttributeReferences() const {
+    return m_attributeReferences;
+  }
+  void AddAttributeReference(SmartPtr<AttributeReference> const& attribute) {
+    m_attributeReferences.push_back(attribute);
+  }
+
+  void CreateXMLNode(XmlNode<char>* node) const override;
+
+ private:
+  std::vector<SmartPtr<AttributeReference>> m_attributeReferences;
+};
+
+/// Parameters of attributes.
+class LUMO_API GetAttributeParametersResponse
+    : public lumo::Response<GetAttributeParametersResponse> {
+ public:
+  GetAttributeParametersResponse() = default;
+  explicit GetAttributeParametersResponse(XmlNode<char> const* node);
+
+  std::vector<SmartPtr<ParameterDetail>>& AccessParameterDetails() { return m_parameterDetails; }
+  std::vector<SmartPtr<ParameterDetail>> const& AccessParameterDetails() const {
+    return m_parameterDetails;
+  }
+  void AddParameterDetail(SmartPtr<ParameterDetail> const& detail) {
+    m_parameterDetails.push_back(detail);
+  }
+
+ private:
+  std::vector<SmartPtr<ParameterDetail>> m_parameterDetails;
+};
+
+/// Describes the parameters of attributes. Makes its calls as `Operation.h` says.
+class LUMO_API GetAttributeParametersImpl
+    : public lumo::BrowseOperation<GetAttributeParametersImpl, GetAttributeParametersRequest,
+                                   GetAttributeParametersResponse> {
+ public:
+  static inline std::string const Name = "GetAttributeParameters";
+  using ServiceOperation::ServiceOperation;
+  /// Fills `response`; a null request is logged and not sent.
+  void GetAttributeParameters(SmartPtr<GetAttributeParametersRequest> const& request,
+                              GetAttributeParametersResponse* response) {
+    Call(request, response);
+  }
+};

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <vector>
+
+#include "lumo/services/browse/AttributeMetaAttributes.h"
+#include "lumo/session/IRequest.h"
+#include "lumo/session/IResponse.h"
+#include "lumo/session/ServiceOperation.h"
+#include "lumo/types/AttributeReference.h"
+
+/// Asks for the attributes that describe others.
+class LUMO_API GetMetaAttributesRequest : public lumo::Request<GetMetaAttributesRequest> {
+ public:
+  std::vector<SmartPtr<AttributeReference>>& AccessAttributeReferences() {
+    return m_attributeReferences;
+  }
+  std::vector<SmartPtr<AttributeReference>> const& AccessAttributeReferences() const {
+    return m_attributeReferences;
+  }
+  void AddAttributeReference(SmartPtr<AttributeReference> const& attribute) {
+    m_attributeReferences.push_back(attribute);
+  }
+
+  void CreateXMLNode(XmlNode<char>* node) const override;
+
+ private:
+  std::vector<SmartPtr<AttributeReference>> m_attributeReferences;
+};
+
+/// Attributes with those that describe them.
+class LUMO_API GetMetaAttributesResponse : public lumo::Response<GetMetaAttributesResponse> {
+ public:
+  GetMetaAttributesResponse() = default;
+  explicit GetMetaAttributesResponse(XmlNode<char> const* node);
+
+  std::vector<SmartPtr<AttributeMetaAttributes>>& AccessAttributes() { return m_attributes; }
+  std::vector<SmartPtr<AttributeMetaAttributes>> const& AccessAttributes() const {
+    return m_attributes;
+  }
+  void AddAttribute(SmartPtr<AttributeMetaAttributes> const& attribute) {
+    m_attributes.push_back(attribute);
+  }
+
+ private:
+  std::vector<SmartPtr<AttributeMetaAttributes>> m_attributes;
+};
+
+/// Lists the attributes that describe others. Makes its calls as `Operation.h` says.
+class LUMO_API GetMetaAttributesImpl
+    : public lumo::BrowseOperation<GetMetaAttributesImpl, GetMetaAttributesRequest,
+                                   GetMetaAttributesResponse> {
+ public:
+  static inline std::string const Name = "GetMetaAttributes";
+  using ServiceOperation::ServiceOperation;
+  /// Fills `response`; a null request is logged and not sent.
+  void GetMetaAttributes(SmartPtr<GetMetaAttributesRequest> const& request,
+                         GetMetaAttributesResponse* response) {
+    Call(request, response);
+  }
+};

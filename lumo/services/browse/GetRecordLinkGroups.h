@@ -1,0 +1,73 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "lumo/services/browse/RecordLinkGroupDetail.h"
+#include "lumo/session/IRequest.h"
+#include "lumo/session/IResponse.h"
+#include "lumo/session/ServiceOperation.h"
+#include "lumo/types/RecordLinkGroupReference.h"
+
+/// Asks for record link groups: those of a database, or single ones.
+class LUMO_API GetRecordLinkGroups : public lumo::Request<GetRecordLinkGroups> {
+ public:
+  /// Key of the database whose groups are wanted; not sent when empty.
+  std::string const& GetDBKey() const { return m_dbKey; }
+  void SetDBKey(std::string const& dbKey) { m_dbKey = dbKey; }
+  /// Whether only groups with a standard name are listed; sent with the database.
+  bool GetStandardNamesOnly() const { return m_standardNamesOnly; }
+  void SetStandardNamesOnly(bool standardNamesOnly) { m_standardNamesOnly = standardNamesOnly; }
+  /// The groups that are wanted; not sent when there are none.
+  std::vector<SmartPtr<RecordLinkGroupReference>>& AccessRecordLinkGroups() {
+    return m_recordLinkGroups;
+  }
+  std::vector<SmartPtr<RecordLinkGroupReference>> const& AccessRecordLinkGroups() const {
+    return m_recordLinkGroups;
+  }
+  void AddRecordLinkGroup(SmartPtr<RecordLinkGroupReference> const& group) {
+    m_recordLinkGroups.push_back(group);
+  }
+
+  void CreateXMLNode(XmlNode<char>* node) const override;
+
+ private:
+  std::string m_dbKey;
+  bool m_standardNamesOnly = false;
+  std::vector<SmartPtr<RecordLinkGroupReference>> m_recordLinkGroups;
+};
+
+/// Definitions of record link groups.
+class LUMO_API GetRecordLinkGroupsResponse : public lumo::Response<GetRecordLinkGroupsResponse> {
+ public:
+  GetRecordLinkGroupsResponse() = default;
+  explicit GetRecordLinkGroupsResponse(XmlNode<char> const* node);
+
+  std::vector<SmartPtr<RecordLinkGroupDetail>>& AccessRecordLinkGroupDetails() {
+    return m_recordLinkGroupDetails;
+  }
+  std::vector<SmartPtr<RecordLinkGroupDetail>> const& AccessRecordLinkGroupDetails() const {
+    return m_recordLinkGroupDetails;
+  }
+  void AddRecordLinkGroupDetail(SmartPtr<RecordLinkGroupDetail> const& detail) {
+    m_recordLinkGroupDetails.push_back(detail);
+  }
+
+ private:
+  std::vector<SmartPtr<RecordLinkGroupDetail>> m_recordLinkGroupDetails;
+};
+
+/// Describes record link groups. Makes its calls as `Operation.h` says.
+class LUMO_API GetRecordLinkGroupsImpl
+    : public lumo::BrowseOperation<GetRecordLinkGroupsImpl, GetRecordLinkGroups,
+                                   GetRecordLinkGroupsResponse> {
+ public:
+  static inline std::string const Name = "GetRecordLinkGroups";
+  using ServiceOperation::ServiceOperation;
+  /// Fills `response`; a null request is logged and not sent. The method hides the request class
+  /// of the same name, which callers name as usual.
+  void GetRecordLinkGroups(SmartPtr<::GetRecordLinkGroups> const& request,
+                           GetRecordLinkGroupsResponse* response) {
+    Call(request, response);
+  }
+};

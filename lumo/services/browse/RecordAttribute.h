@@ -1,0 +1,65 @@
+#pragma once
+
+#include <vector>
+
+#include "lumo/services/browse/ParameterDetail.h"
+#include "lumo/types/NamedAttribute.h"
+#include "lumo/types/RecordReference.h"
+#include "lumo/types/RevisionInfo.h"
+#include "lumo/xml/FromXml.h"
+
+/// An attribute of a record, and whether the record has data for it.
+class LUMO_API RecordAttribute : public lumo::FromXml<RecordAttribute> {
+ public:
+  RecordAttribute() = default;
+  explicit RecordAttribute(XmlNode<char> const* node);
+  RecordAttribute(RecordAttribute const& other) : FromXml() { *this = other; }
+  RecordAttribute& operator=(RecordAttribute const& other) = default;
+
+  /// Null when the reply named none.
+  SmartPtr<RecordReference> GetRecordReference() const { return m_recordReference; }
+  void SetRecordReference(SmartPtr<RecordReference> const& recordReference) {
+    m_recordReference = recordReference;
+  }
+  /// Null when the reply named none.
+  SmartPtr<NamedAttribute> GetAttribute() const { return m_attribute; }
+  void SetAttribute(SmartPtr<NamedAttribute> const& attribute) { m_attribute = attribute; }
+  bool GetHasData() const { return m_hasData; }
+  void SetHasData(bool hasData) { m_hasData = hasData; }
+  /// Null when the reply gave none.
+  SmartPtr<RevisionInfo> GetDataRevisionInfo() const { return m_dataRevisionInfo; }
+  void SetDataRevisionInfo(SmartPtr<RevisionInfo> const& dataRevisionInfo) {
+    m_dataRevisionInfo = dataRevisionInfo;
+  }
+  /// Version of the record in which the data came; -1 when the reply does not say.
+  int GetDataCreatedRecordVersion() const { return m_dataCreatedRecordVersion; }
+  void SetDataCreatedRecordVersion(int dataCreatedRecordVersion) {
+    m_dataCreatedRecordVersion = dataCreatedRecordVersion;
+  }
+  /// Version of the record in which the data went; -1 when the reply does not say.
+  int GetDataRetiredRecordVersion() const { return m_dataRetiredRecordVersion; }
+  void SetDataRetiredRecordVersion(int dataRetiredRecordVersion) {
+    m_dataRetiredRecordVersion = dataRetiredRecordVersion;
+  }
+  /// -1 when the reply does not say.
+  int GetDataVersionNumber() const { return m_dataVersionNumber; }
+  void SetDataVersionNumber(int dataVersionNumber) { m_dataVersionNumber = dataVersionNumber; }
+  /// Parameters of the attribute, when they were asked for.
+  std::vector<SmartPtr<ParameterDetail>>& AccessParameterDetails() { return m_parameterDetails; }
+  std::vector<SmartPtr<ParameterDetail>> const& AccessParameterDetails() const {
+    return m_parameterDetails;
+  }
+  void AddParameterDetail(SmartPtr<ParameterDetail> const& detail) {
+    m_parameterDetails.push_back(detail);
+  }
+
+ private:
+  SmartPtr<RecordReference> m_recordReference;
+  SmartPtr<NamedAttribute> m_attribute;
+  bool m_hasData = false;
+  SmartPtr<RevisionInfo> m_dataRevisionInfo;
+  int m_dataCreatedRecordVersion = -1;
+  int m_dataRetiredRecordVersion = -1;
+  int m_dataVersionNumber = -1;
+  std::vector<SmartPtr<ParameterDetail>> m_parameterDetails;
+};
