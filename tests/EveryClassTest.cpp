@@ -29,7 +29,15 @@ using ReadClasses = testing::Types<
     ListDataType, LinkedRecordsDataType, TabularColumn, FloatFunctionalSeriesDataType,
     FloatFunctionalGriddedDataType, FloatFunctionalGraph, FloatFunctionalSeriesGraph, Series,
     XYData, XYPoint, XYRange, FloatFunctionalValues, FloatFunctionalPointValue,
-    FloatFunctionalRangeValue, Parameters, Constraints, Constraint>;
+    FloatFunctionalRangeValue, Parameters, Constraints, Constraint, RevisionInfo, UnitDetail,
+    DatabaseUnits, GetUnitsResponse, CurrencyDetail, GetUnitSystemsResponse, GetCurrenciesResponse,
+    Conversion, UnitConversion, SourceUnit, GetUnitConversionsResponse, TreeRecord,
+    GetRootNodeResponse, GetChildNodesResponse, GetTreeRecordsResponse, RecordVersionState,
+    GetRecordVersionsResponse, HelpInfo, TabularColumnDetail, AttributeDetail, ParameterDetail,
+    GetAttributeDetailsResponse, GetAttributeParametersResponse, GetParameterDetailsResponse,
+    MinMaxValue, AttributeMinMax, GetAttributeMinMaxResponse, AttributeMetaAttributes,
+    GetMetaAttributesResponse, RecordAttribute, GetRecordAttributesResponse, RecordLinkGroupDetail,
+    GetRecordLinkGroupsResponse, SourceRecord, GetLinkedRecordsResponse>;
 TYPED_TEST_SUITE(EveryReadClass, ReadClasses, );  // the comma is for -Wpedantic
 
 }  // namespace

@@ -11,5 +11,9 @@ lumo_add_tests(unit
   values/TabularTest.cpp
   values/ValueFormTest.cpp
   values/ValueModelTest.cpp
-  services/BrowseTest.cpp)
+  services/AttributesTest.cpp
+  services/BrowseTest.cpp
+  services/LinksTest.cpp
+  services/TreeTest.cpp
+  services/UnitsTest.cpp)
 lumo_discover_tests(unit)
