@@ -70,5 +70,16 @@ class ServiceOperation : public Operation<RequestType, ResponseType> {
 
 template <class Impl, class RequestType, class ResponseType>
 using BrowseOperation = ServiceOperation<Endpoints::Browse, Impl, RequestType, ResponseType>;
+template <class Impl, class RequestType, class ResponseType>
+using SearchOperation = ServiceOperation<Endpoints::Search, Impl, RequestType, ResponseType>;
+template <class Impl, class RequestType, class ResponseType>
+using DataExportOperation =
+    ServiceOperation<Endpoints::DataExport, Impl, RequestType, ResponseType>;
+template <class Impl, class RequestType, class ResponseType>
+using DataImportOperation =
+    ServiceOperation<Endpoints::DataImport, Impl, RequestType, ResponseType>;
+template <class Impl, class RequestType, class ResponseType>
+using EngineeringOperation =
+    ServiceOperation<Endpoints::EngineeringData, Impl, RequestType, ResponseType>;
 
 }  // namespace lumo

@@ -13,7 +13,6 @@ NamedAttribute::NamedAttribute(XmlNode<char> const* node) {
 
 void NamedAttribute::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
-  lumo::NodeWriter attribute = out.Into("zbt:attribute");
-  if (m_attribute) m_attribute->CreateXMLNode(attribute.Node());
+  out.ChildOrEmpty("zbt:attribute", m_attribute);
   out.Child("zbt:name", m_name);
 }

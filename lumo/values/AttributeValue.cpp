@@ -42,3 +42,5 @@ AttributeValue::AttributeValue(XmlNode<char> const* node) : FromXml(node) {
   }
   if (m_dataType.empty()) m_dataType = kUnsupported;
 }
+
+bool AttributeValue::IsSupported() const { return m_dataType != kUnsupported; }

@@ -19,6 +19,8 @@ class LUMO_API AttributeValue : public lumo::FromXml<AttributeValue, AttributeId
 
   /// Type code of the value, "UNSUPPORTED DATA TYPE" when none was recognised.
   std::string const& GetDataType() const { return m_dataType; }
+  /// Whether the reply held a value of a known type, even if it could not be built.
+  bool IsSupported() const;
   /// Null when the reply held no value of a known type.
   SmartPtr<IDataValue> GetDataValue() const { return m_dataValue; }
   /// Shares `value`, which may be null; the data type stays as it is.

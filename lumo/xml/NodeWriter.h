@@ -35,6 +35,12 @@ class LUMO_API NodeWriter {
   void Child(std::string_view name, SmartPtr<T> const& object) {
     if (object) object->CreateXMLNode(Into(name).Node());
   }
+  /// The same, but an empty child when the object is null.
+  template <class T>
+  void ChildOrEmpty(std::string_view name, SmartPtr<T> const& object) {
+    NodeWriter const child = Into(name);
+    if (object) object->CreateXMLNode(child.Node());
+  }
   template <class Field, class ToText>
   void Child(std::string_view name, Field field, ToText toText) {
     Append(name, toText(field));
@@ -53,10 +59,7 @@ class LUMO_API NodeWriter {
   /// A child per entry; a null entry leaves its child empty.
   template <class T>
   void Children(std::string_view name, std::vector<SmartPtr<T>> const& list) {
-    for (SmartPtr<T> const& entry : list) {
-      NodeWriter item = Into(name);
-      if (entry) entry->CreateXMLNode(item.Node());
-    }
+    for (SmartPtr<T> const& entry : list) ChildOrEmpty(name, entry);
   }
   template <class Item>
   void Children(std::string_view name, std::vector<Item> const& list) {

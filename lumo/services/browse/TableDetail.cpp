@@ -13,7 +13,6 @@ TableDetail::TableDetail(XmlNode<char> const* node) {
 
 void TableDetail::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
-  lumo::NodeWriter table = out.Into("zbt:table");
-  if (m_tableReference) m_tableReference->CreateXMLNode(table.Node());
+  out.ChildOrEmpty("zbt:table", m_tableReference);
   out.Into("zbt:attributeReferences").Children("zbt:attribute", m_attributeReferences);
 }

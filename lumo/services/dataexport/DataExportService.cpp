@@ -1,8 +1,7 @@
 #include "lumo/services/dataexport/DataExportService.h"
 
-#include "lumo/session/ServiceOperation.h"
-
-DataExportService::DataExportService(LumoSession* /*session*/) {}
+DataExportService::DataExportService(LumoSession* session)
+    : m_getRecordAttributesByRef(new GetRecordAttributesByRefImpl(session)) {}
 
 std::string DataExportService::GetDataExportDefinition(std::string const& version) {
   return lumo::Endpoints::DataExport.Namespace(version);

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
-#include "lumo/platform/core/Counted.h"
+#include "lumo/services/engineering/ExporterParameter.h"
+#include "lumo/services/engineering/GraphDomain.h"
+#include "lumo/types/NamedAttribute.h"
 
-/// The parameters that an exporter needs for one attribute: whether a record has its data.
-class LUMO_API AttributeExporterParameters : public lumo::Counted<AttributeExporterParameters> {
+/// What an exporter needs of one attribute, and whether a record has it.
+class LUMO_API AttributeExporterParameters : public lumo::FromXml<AttributeExporterParameters> {
  public:
   /// Whether a record has the data that an exporter needs.
   enum eDataPresence : int {
@@ -17,4 +20,29 @@ class LUMO_API AttributeExporterParameters : public lumo::Counted<AttributeExpor
   };
   /// `Unknown` for an unknown word.
   static eDataPresence DataPresence_FromString(std::string const& text);
+
+  AttributeExporterParameters() = default;
+  explicit AttributeExporterParameters(XmlNode<char> const* node);
+
+  /// Null when the reply named none.
+  SmartPtr<NamedAttribute> GetAttribute() const { return m_attribute; }
+  void SetAttribute(SmartPtr<NamedAttribute> const& attribute) { m_attribute = attribute; }
+  /// Whether the record has the data of the attribute.
+  eDataPresence GetDataPresence() const { return m_dataPresence; }
+  void SetDataPresence(eDataPresence dataPresence) { m_dataPresence = dataPresence; }
+  std::vector<SmartPtr<ExporterParameter>>& AccessParameters() { return m_parameters; }
+  std::vector<SmartPtr<ExporterParameter>> const& AccessParameters() const { return m_parameters; }
+  void AddParameter(SmartPtr<ExporterParameter> const& parameter) {
+    m_parameters.push_back(parameter);
+  }
+  /// Where the curves of the attribute are defined.
+  std::vector<SmartPtr<GraphDomain>>& AccessGraphDomains() { return m_graphDomains; }
+  std::vector<SmartPtr<GraphDomain>> const& AccessGraphDomains() const { return m_graphDomains; }
+  void AddGraphDomain(SmartPtr<GraphDomain> const& domain) { m_graphDomains.push_back(domain); }
+
+ private:
+  SmartPtr<NamedAttribute> m_attribute;
+  eDataPresence m_dataPresence = Unknown;
+  std::vector<SmartPtr<ExporterParameter>> m_parameters;
+  std::vector<SmartPtr<GraphDomain>> m_graphDomains;
 };

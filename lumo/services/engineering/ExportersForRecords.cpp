@@ -1,0 +1,21 @@
+#include "lumo/services/engineering/ExportersForRecords.h"
+
+#include "lumo/xml/NodeReader.h"
+#include "lumo/xml/NodeWriter.h"
+
+void ExportersForRecordsRequest::CreateXMLNode(XmlNode<char>* node) const {
+  lumo::NodeWriter out(node);
+  out.Child("eng:packageAndModelRequired", m_packageAndModelRequired);
+  out.Child("eng:specificAttributeExportersOnly", m_specificAttributeExportersOnly);
+  out.ChildIfSet("eng:package", m_package);
+  out.ChildIfSet("eng:model", m_model);
+  out.ChildIfSet("eng:versionPolicy", m_listingMode,
+                 ExporterListingModes::ExporterListingMode_ToString);
+  out.ChildIfSet("eng:applicabilityTag", m_applicabilityTag);
+  out.Into("zbt:recordReferences").Children("zbt:record", m_records);
+}
+
+ExportersForRecordsResponse::ExportersForRecordsResponse(XmlNode<char> const* node) {
+  lumo::NodeReader in(node);
+  in.In("records").Children("record", m_records);
+}

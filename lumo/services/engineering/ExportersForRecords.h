@@ -1,0 +1,83 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "lumo/services/engineering/Exporter.h"
+#include "lumo/session/IRequest.h"
+#include "lumo/session/IResponse.h"
+#include "lumo/session/ServiceOperation.h"
+#include "lumo/types/ExporterListingModes.h"
+#include "lumo/types/RecordReference.h"
+
+/// Asks which exporters apply to records. Texts are sent when they are not empty.
+class LUMO_API ExportersForRecordsRequest : public lumo::Request<ExportersForRecordsRequest> {
+ public:
+  /// Whether only exporters for a tool and a model are listed.
+  bool GetPackageAndModelRequired() const { return m_packageAndModelRequired; }
+  void SetPackageAndModelRequired(bool packageAndModelRequired) {
+    m_packageAndModelRequired = packageAndModelRequired;
+  }
+  /// Whether only exporters of single attributes are listed.
+  bool GetSpecificAttributeExportersOnly() const { return m_specificAttributeExportersOnly; }
+  void SetSpecificAttributeExportersOnly(bool specificAttributeExportersOnly) {
+    m_specificAttributeExportersOnly = specificAttributeExportersOnly;
+  }
+  /// The tool.
+  std::string const& GetPackage() const { return m_package; }
+  void SetPackage(std::string const& package) { m_package = package; }
+  /// The material model of the tool.
+  std::string const& GetModel() const { return m_model; }
+  void SetModel(std::string const& model) { m_model = model; }
+  /// Which versions of an exporter are listed; not sent by default.
+  ExporterListingModes::eExporterListingMode GetListingMode() const { return m_listingMode; }
+  void SetListingMode(ExporterListingModes::eExporterListingMode listingMode) {
+    m_listingMode = listingMode;
+  }
+  std::string const& GetApplicabilityTag() const { return m_applicabilityTag; }
+  void SetApplicabilityTag(std::string const& applicabilityTag) {
+    m_applicabilityTag = applicabilityTag;
+  }
+  std::vector<SmartPtr<RecordReference>>& AccessRecords() { return m_records; }
+  std::vector<SmartPtr<RecordReference>> const& AccessRecords() const { return m_records; }
+  void AddRecord(SmartPtr<RecordReference> const& record) { m_records.push_back(record); }
+
+  void CreateXMLNode(XmlNode<char>* node) const override;
+
+ private:
+  bool m_packageAndModelRequired = false;
+  bool m_specificAttributeExportersOnly = false;
+  std::string m_package;
+  std::string m_model;
+  ExporterListingModes::eExporterListingMode m_listingMode = ExporterListingModes::NotSet;
+  std::string m_applicabilityTag;
+  std::vector<SmartPtr<RecordReference>> m_records;
+};
+
+/// Exporters that apply, record by record.
+class LUMO_API ExportersForRecordsResponse : public lumo::Response<ExportersForRecordsResponse> {
+ public:
+  ExportersForRecordsResponse() = default;
+  explicit ExportersForRecordsResponse(XmlNode<char> const* node);
+
+  std::vector<SmartPtr<ExportersForRecord>>& AccessRecords() { return m_records; }
+  std::vector<SmartPtr<ExportersForRecord>> const& AccessRecords() const { return m_records; }
+  void AddRecord(SmartPtr<ExportersForRecord> const& record) { m_records.push_back(record); }
+
+ private:
+  std::vector<SmartPtr<ExportersForRecord>> m_records;
+};
+
+/// Lists the exporters that apply to records. Makes its calls as `Operation.h` says.
+class LUMO_API ExportersForRecordsImpl
+    : public lumo::EngineeringOperation<ExportersForRecordsImpl, ExportersForRecordsRequest,
+                                        ExportersForRecordsResponse> {
+ public:
+  static inline std::string const Name = "ExportersForRecords";
+  using ServiceOperation::ServiceOperation;
+  /// Fills `response`; a null request is logged and not sent.
+  void GetExportersForRecords(SmartPtr<ExportersForRecordsRequest> const& request,
+                              ExportersForRecordsResponse* response) {
+    Call(request, response);
+  }
+};

@@ -1,0 +1,11 @@
+#include "lumo/services/search/RecordSearchCriterion.h"
+
+#include "lumo/xml/NodeWriter.h"
+
+void RecordSearchCriterion::CreateXMLNode(XmlNode<char>* node) const {
+  lumo::NodeWriter out(node);
+  out.Child("sear:searchAttribute", m_searchAttribute);
+  if (m_searchValue) {
+    out.Into("sear:searchValue").Child("sear:" + m_searchValue->GetNodeName(), m_searchValue);
+  }
+}
