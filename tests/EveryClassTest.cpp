@@ -37,7 +37,14 @@ using ReadClasses = testing::Types<
     GetAttributeDetailsResponse, GetAttributeParametersResponse, GetParameterDetailsResponse,
     MinMaxValue, AttributeMinMax, GetAttributeMinMaxResponse, AttributeMetaAttributes,
     GetMetaAttributesResponse, RecordAttribute, GetRecordAttributesResponse, RecordLinkGroupDetail,
-    GetRecordLinkGroupsResponse, SourceRecord, GetLinkedRecordsResponse>;
+    GetRecordLinkGroupsResponse, SourceRecord, GetLinkedRecordsResponse, SearchResult,
+    SimpleTextSearchResponse, RecordData, GetRecordAttributesByRefResponse,
+    SetRecordAttributesResponse, RecordLinkChanges, NamedTargettedSourceRecord,
+    ModifyRecordLinksResponse, AttributeAddress, RecordWithAttributeAddresses,
+    GetUploadAddressesResponse, Exporter, ExporterTransform, ExporterPopulation, ExportersForRecord,
+    GetAvailableExportersResponse, ExportersForRecordsResponse, ExporterParameter, ParameterDomain,
+    GraphDomain, AttributeExporterParameters, RecordExporterParameters,
+    GetExporterParametersResponse, ExportRecordDataResponse>;
 TYPED_TEST_SUITE(EveryReadClass, ReadClasses, );  // the comma is for -Wpedantic
 
 }  // namespace

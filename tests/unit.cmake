@@ -13,7 +13,10 @@ lumo_add_tests(unit
   values/ValueModelTest.cpp
   services/AttributesTest.cpp
   services/BrowseTest.cpp
+  services/EngineeringTest.cpp
+  services/ExportImportTest.cpp
   services/LinksTest.cpp
+  services/SearchTest.cpp
   services/TreeTest.cpp
   services/UnitsTest.cpp)
 lumo_discover_tests(unit)

@@ -3,6 +3,7 @@ lumo_add_tests(wire
   support/RawServer.cpp
   platform/HttpClientTest.cpp
   session/CallTest.cpp
+  session/EveryOperationTest.cpp
   session/SessionTest.cpp)
 set_target_properties(wire PROPERTIES ENABLE_EXPORTS ON)  # the test's own name resolver is found
 target_link_libraries(wire PRIVATE ${CMAKE_DL_LIBS})
