@@ -336,19 +336,13 @@ INSTANTIATE_TEST_SUITE_P(All, OddReplyTest, testing::ValuesIn(OddReplies()),
 
 namespace {
 
-void* RunOnSmallStack(void* work) {
+void* RunWork(void* work) {
   (*static_cast<std::function<void()>*>(work))();
   return nullptr;
 }
 
-}  // namespace
-
-TEST(Threads, ASmallStackIsEnoughForADeepReply) {
-  std::string const reply = Envelope(Deep(500, "<a>", "x</a>"));
-  RawServer const server(Replies({HttpReply("200 OK", reply)}));
-  auto const services = Connect(server.Url());
-  GetTablesResponse response;
-  std::function<void()> work = [&] { AskForTables(*services, &response)->GetResponseMessage(); };
+/// Does the work on a stack of 128 KiB.
+void OnSmallStack(std::function<void()> work) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   std::size_t const stack = 1024UL * 1024;  // instrumented frames are several times as large
 #else
@@ -358,10 +352,46 @@ TEST(Threads, ASmallStackIsEnoughForADeepReply) {
   pthread_attr_init(&attributes);
   ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack), 0);
   pthread_t thread{};
-  ASSERT_EQ(pthread_create(&thread, &attributes, RunOnSmallStack, &work), 0);
+  ASSERT_EQ(pthread_create(&thread, &attributes, RunWork, &work), 0);
   pthread_join(thread, nullptr);
   pthread_attr_destroy(&attributes);
+}
+
+}  // namespace
+
+TEST(Threads, ASmallStackIsEnoughForADeepReply) {
+  std::string const reply = Envelope(Deep(500, "<a>", "x</a>"));
+  RawServer const server(Replies({HttpReply("200 OK", reply)}));
+  auto const services = Connect(server.Url());
+  GetTablesResponse response;
+  OnSmallStack([&] { AskForTables(*services, &response)->GetResponseMessage(); });
   EXPECT_EQ(response.GetServiceLayerResponse()->GetResponseMessage(), reply);
+}
+
+TEST(Threads, ASmallStackIsEnoughForObjectsInObjects) {
+  std::string const tree = "<treeRecords><treeRecord>" +
+                           Deep(250, "<children><treeRecord>", "</treeRecord></children>") +
+                           "</treeRecord></treeRecords>";
+  std::string const attribute = "<attributeDetails><attributeDetail>" +
+                                Deep(500, "<about>", "</about>") +
+                                "</attributeDetail></attributeDetails>";
+  RawServer const server(
+      Replies({HttpReply("200 OK",
+                         Envelope("<GetTreeRecordsResponse>" + tree + "</GetTreeRecordsResponse>")),
+               HttpReply("200 OK", Envelope("<GetAttributeDetailsResponse>" + attribute +
+                                            "</GetAttributeDetailsResponse>"))}));
+  auto const services = Connect(server.Url());
+  std::size_t found = 0;
+  OnSmallStack([&] {
+    GetTreeRecordsResponse records;
+    services->GetBrowseService()->GetGetTreeRecordsImpl()->RequestTreeNodes(
+        GetTreeRecordsRequest::CreateOne(), &records);
+    GetAttributeDetailsResponse details;
+    services->GetBrowseService()->GetGetAttributeDetailsImpl()->RequestAttributeDetails(
+        GetAttributeDetailsRequest::CreateOne(), &details);
+    found = records.AccessTreeRecords().size() + details.AccessAttributeDetails().size();
+  });
+  EXPECT_EQ(found, 2U);
 }
 
 TEST(Threads, ShareOneSessionAndOneOutcome) {
