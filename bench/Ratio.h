@@ -14,7 +14,7 @@ inline double CpuSeconds() {
 /// One round: both works in turn, each `turns` times, so that whatever disturbs the machine
 /// disturbs both. Reports how many times the CPU time of `limit` the work of `ours` takes.
 template <class Limit, class Ours>
-void MeasureRound(benchmark::State& state, int turns, Limit limit, Ours ours) {
+void MeasureRound(benchmark::State& state, int turns, Limit&& limit, Ours&& ours) {
   double limitSeconds = 0;
   double ourSeconds = 0;
   for (auto iteration : state) {

@@ -14,7 +14,7 @@ namespace {
 /// Keeps freed memory in the process, as a program that calls often comes to do by itself; without
 /// it every large reply is paid for in page faults.
 void KeepHeapWarm() {
-  mallopt(M_TRIM_THRESHOLD, INT_MAX);
+  mallopt(M_TRIM_THRESHOLD, -1);  // never
   mallopt(M_MMAP_THRESHOLD, INT_MAX);
 }
 
