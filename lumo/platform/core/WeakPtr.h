@@ -11,8 +11,8 @@ template <class T>
 class WeakTarget {
  public:
   struct Link : SmartPtrTarget_ts {
-    explicit Link(T* object) : target(object) {}
-    T* target;  ///< null once the object is gone
+    explicit Link(WeakTarget const* object) : target(object) {}
+    WeakTarget const* target;  ///< null once the object is gone
   };
 
   WeakTarget() = default;
@@ -24,7 +24,7 @@ class WeakTarget {
   ~WeakTarget() { m_link->target = nullptr; }
 
  private:
-  SmartPtr<Link> m_link{new Link(static_cast<T*>(this))};
+  SmartPtr<Link> m_link{new Link(this)};  // no T yet: whoever follows the link makes it one
 };
 
 /// Points at an object that it does not own; null once the object is gone.
@@ -35,7 +35,7 @@ class WeakPtr {
   explicit WeakPtr(T const* target) {
     if (target != nullptr) m_link = target->GetLink();
   }
-  T const* Get() const { return m_link ? m_link->target : nullptr; }
+  T const* Get() const { return m_link ? static_cast<T const*>(m_link->target) : nullptr; }
 
  private:
   SmartPtr<typename WeakTarget<T>::Link> m_link;
