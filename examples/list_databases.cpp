@@ -2,32 +2,13 @@
 //
 //     list-databases http://server/service_layer [user password]
 
-#include <exception>
 #include <iomanip>
 #include <iostream>
 #include <string>
 
-#include <lumo/LumoServiceLayer.h>
+#include "Common.h"
 
 namespace {
-
-constexpr int kSuccess = 200;
-
-/// Shows errors; the timing of calls is of no interest here.
-class ErrorsToStderr : public ILogger {
- public:
-  void Log(int level, const std::string& message) override {
-    if (level <= 1) std::cerr << message << '\n';
-  }
-};
-
-bool Succeeded(IResponse const& response) {
-  auto const outcome = response.GetServiceLayerResponse();
-  if (outcome->GetResponseCode() == kSuccess) return true;
-  std::cerr << "Code " << outcome->GetResponseCode() << ": " << outcome->GetErrorMessage()
-            << outcome->GetTransportError() << '\n';
-  return false;
-}
 
 void Row(std::string const& first, std::string const& second, std::string const& third) {
   std::cout << std::left << std::setw(28) << first << std::setw(28) << second << third << '\n';
@@ -76,24 +57,13 @@ bool ListDatabases(BrowseService& browse) {
 
 }  // namespace
 
-int main(int argc, char** argv) try {
+int main(int argc, char** argv) {
   if (argc != 2 && argc != 4) {
     std::cerr << "usage: list-databases URL [USER PASSWORD]\n";
     return 2;
   }
-  auto const logOn = argc == 4 ? LumoSLAuth_Authenticated::CreateOne(argv[2], argv[3])
-                               : LumoSLAuth_Annonymous::CreateOne();
-  kpxtkLumoServiceLayer::Initialize();
-  bool listed = false;
-  {
-    ErrorsToStderr logger;
-    LumoServiceLayerServices const services(
-        LumoSession::CreateOneWithLogger(argv[1], logOn, &logger));
-    listed = ListDatabases(*services.GetBrowseService());
-  }
-  kpxtkLumoServiceLayer::Shutdown();
-  return listed ? 0 : 1;
-} catch (std::exception const& error) {  // a value in a reply did not convert
-  std::cerr << "error: " << error.what() << '\n';
-  return 1;
+  return RunExample(argv[1], argc == 4 ? argv[2] : "", argc == 4 ? argv[3] : "",
+                    [](LumoServiceLayerServices& services) {
+                      return ListDatabases(*services.GetBrowseService());
+                    });
 }

@@ -46,23 +46,6 @@ std::set<std::string> ReadSelectors(pugi::xml_node wrapper) {
   return selectors;
 }
 
-/// Appends the children that qualify the name of an attribute or subset with its table.
-void WriteOwner(pugi::xml_node name, Table const& table) {
-  pugi::xml_node owner = name.append_child("b:table");
-  AddText(owner, "b:tableIdentity", std::to_string(table.id));
-  AddText(owner, "b:tableName", table.name);
-}
-
-void WriteAttribute(pugi::xml_node attributes, Table const& table, Attribute const& attribute) {
-  pugi::xml_node element = attributes.append_child("b:attribute");
-  AddText(element, "b:dbKey", table.dbKey);
-  AddText(element, "b:attributeIdentity", std::to_string(attribute.id));
-  pugi::xml_node name = element.append_child("b:name");
-  name.append_attribute("b:isStandard") = "false";
-  WriteOwner(name, table);
-  AddText(name, "b:attributeName", attribute.name);
-}
-
 /// A standard name belongs to the whole database: it has neither identity nor table.
 void WriteStandardAttribute(pugi::xml_node attributes, Table const& table,
                             std::string const& standardName) {
@@ -73,23 +56,35 @@ void WriteStandardAttribute(pugi::xml_node attributes, Table const& table,
   AddText(name, "b:attributeName", standardName);
 }
 
+std::vector<std::string> FilterWords(Store& store, int tableId) {
+  std::vector<std::string> words;
+  for (Row const& row : store.Rows("SELECT word FROM table_filter WHERE table_id = ? ORDER BY word",
+                                   {std::to_string(tableId)})) {
+    words.push_back(row.Text(0));
+  }
+  return words;
+}
+
 void WriteTableDetail(Store& store, pugi::xml_node node, Table const& table,
                       std::set<std::string> const& selectors) {
   WriteTable(node.append_child("b:table"), table);
   pugi::xml_node attributes = node.append_child("b:attributeReferences");
-  for (Attribute const& attribute : store.Attributes(table.id)) {
-    if (selectors.count(attribute.isMeta ? "MetaAttributes" : "NonMetaAttributes") != 0) {
-      WriteAttribute(attributes, table, attribute);
+  std::string const id = std::to_string(table.id);
+  for (Attribute const& attribute : Attributes(store, "a.table_id = ?", {id})) {
+    bool const isMeta = attribute.aboutId != 0;
+    if (selectors.count(isMeta ? "MetaAttributes" : "NonMetaAttributes") != 0) {
+      WriteAttribute(store, attributes.append_child("b:attribute"), attribute);
     }
   }
   pugi::xml_node standardAttributes = node.append_child("b:standardAttributeReferences");
   if (selectors.count("StandardAttributes") != 0) {
-    for (std::string const& name : store.StandardNames(table.id)) {
-      WriteStandardAttribute(standardAttributes, table, name);
+    for (Attribute const& attribute :
+         Attributes(store, "a.table_id = ? AND a.standard_name <> ''", {id})) {
+      WriteStandardAttribute(standardAttributes, table, attribute.standardName);
     }
   }
   pugi::xml_node filters = node.append_child("b:tableFilters");
-  for (std::string const& word : store.TableFilters(table.id)) {
+  for (std::string const& word : FilterWords(store, table.id)) {
     AddText(filters, "b:tableFilter", word);
   }
 }
@@ -109,10 +104,10 @@ void WriteSubsetDetail(pugi::xml_node node, Subset const& subset, Table const& t
 
 void GetDatabases(Store& store, Checker& /*request*/, pugi::xml_node response) {
   pugi::xml_node details = response.append_child("databaseDetails");
-  for (Database const& database : store.Databases()) {
+  for (Row const& database : store.Rows("SELECT key, name FROM database ORDER BY id")) {
     pugi::xml_node element = details.append_child("database");
-    AddText(element, "b:dbKey", database.key);
-    AddText(element, "b:volumeName", database.name);
+    AddText(element, "b:dbKey", database.Text(0));
+    AddText(element, "b:volumeName", database.Text(1));
   }
 }
 
@@ -128,7 +123,7 @@ void GetTables(Store& store, Checker& request, pugi::xml_node response) {
 
   pugi::xml_node details = response.append_child("tableDetails");
   for (Table const& table : store.Tables(dbKey)) {
-    std::vector<std::string> const words = store.TableFilters(table.id);
+    std::vector<std::string> const words = FilterWords(store, table.id);
     bool const belongs =
         filter.empty() || std::find(words.begin(), words.end(), filter) != words.end();
     if (belongs) WriteTableDetail(store, details.append_child("table"), table, selectors);
@@ -144,28 +139,24 @@ void GetSubsets(Store& store, Checker& request, pugi::xml_node response) {
   }
 
   Table wanted;
-  if (tableNode) wanted = FindTable(store, ReadTable(store, tableNode));
+  if (tableNode) wanted = ReadTable(store, tableNode);
   pugi::xml_node details = response.append_child("subsetDetails");
   if (!subsetNodes) {
-    for (Subset const& subset : store.Subsets(wanted.dbKey)) {
-      if (subset.tableId != wanted.id) continue;
-      WriteSubsetDetail(details.append_child("subsetDetail"), subset, wanted);
+    for (Row const& row : store.Rows("SELECT id, name FROM subset WHERE table_id = ? ORDER BY id",
+                                     {std::to_string(wanted.id)})) {
+      WriteSubsetDetail(details.append_child("subsetDetail"), {row.Int(0), row.Text(1), wanted.id},
+                        wanted);
     }
     return;
   }
   Checker in(subsetNodes);
   do {
-    SubsetName name = ReadSubset(store, in.Required("zbt:subset"));
-    bool const isNameAlone = name.identity == 0 && name.table.IsEmpty();
-    if (tableNode && isNameAlone && name.dbKey == wanted.dbKey) name.table.identity = wanted.id;
-    Subset const subset = FindSubset(store, name);
-    if (tableNode && (subset.tableId != wanted.id || name.dbKey != wanted.dbKey)) {
+    Subset const subset =
+        ReadSubset(store, in.Required("zbt:subset"), tableNode ? &wanted : nullptr);
+    if (tableNode && subset.tableId != wanted.id) {
       throw Fault("the subset \"" + subset.name + "\" does not belong to the table");
     }
-    TableName owner;
-    owner.identity = subset.tableId;
-    owner.dbKey = name.dbKey;
-    WriteSubsetDetail(details.append_child("subsetDetail"), subset, FindTable(store, owner));
+    WriteSubsetDetail(details.append_child("subsetDetail"), subset, store.TableOf(subset.tableId));
   } while (in.HasMore());
 }
 

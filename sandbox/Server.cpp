@@ -11,6 +11,7 @@
 #include <string_view>
 #include <thread>
 
+#include "Data.h"
 #include "Operations.h"
 #include "Soap.h"
 #include "WellFormed.h"
@@ -24,51 +25,53 @@ constexpr Service kServices[] = {{"Browse", "brow"},
                                  {"DataImport", "dat"},
                                  {"EngineeringData", "eng"}};
 
-/// An operation of the service layer. Without a handler the sandbox does not have it yet.
+/// An operation of the service layer.
 struct Operation {
   std::string_view service;
   std::string_view name;
   std::string_view rootTag;  ///< empty: the body must be empty
-  Handler handler = nullptr;
+  Handler handler;
 };
 
 constexpr Operation kOperations[] = {
     {"Browse", "GetDatabases", "", GetDatabases},
     {"Browse", "GetTables", "GetTables", GetTables},
     {"Browse", "GetSubsets", "GetSubsets", GetSubsets},
-    {"Browse", "GetUnits", "GetUnitsRequest"},
-    {"Browse", "GetUnitSystems", "GetUnitSystems"},
-    {"Browse", "GetCurrencies", ""},
-    {"Browse", "GetUnitConversions", "GetUnitConversionsRequest"},
-    {"Browse", "GetRootNode", "GetRootNode"},
-    {"Browse", "GetChildNodes", "GetChildNodes"},
-    {"Browse", "GetTreeRecords", "GetTreeRecords"},
-    {"Browse", "GetRecordVersions", "GetRecordVersions"},
-    {"Browse", "GetAttributeDetails", "GetAttributeDetails"},
-    {"Browse", "GetAttributeParameters", "GetAttributeParameters"},
-    {"Browse", "GetParameterDetails", "GetParameterDetails"},
-    {"Browse", "GetAttributeMinMax", "GetAttributeMinMax"},
-    {"Browse", "GetMetaAttributes", "GetMetaAttributes"},
-    {"Browse", "GetRecordAttributes", "GetRecordAttributes"},
-    {"Browse", "GetRecordLinkGroups", "GetRecordLinkGroups"},
-    {"Browse", "GetLinkedRecords", "GetLinkedRecords"},
-    {"Search", "SimpleTextSearch", "SimpleTextSearch"},
-    {"Search", "CriteriaSearch", "CriteriaSearch"},
-    {"Search", "RecordNameSearch", "RecordNameSearch"},
-    {"DataExport", "GetRecordAttributesByRef", "GetRecordAttributesByRef"},
-    {"DataImport", "SetRecordAttributes", "SetRecordAttributesRequest"},
-    {"DataImport", "GetUploadAddresses", "GetUploadAddressesRequest"},
-    {"DataImport", "ModifyRecordLinks", "ModifyRecordLinksRequest"},
-    {"EngineeringData", "GetAvailableExporters", "GetAvailableExporters"},
-    {"EngineeringData", "ExportersForRecords", "ExportersForRecords"},
-    {"EngineeringData", "GetExporterParameters", "GetExporterParameters"},
-    {"EngineeringData", "ExportRecordData", "ExportRecordData"},
+    {"Browse", "GetUnits", "GetUnitsRequest", GetUnits},
+    {"Browse", "GetUnitSystems", "GetUnitSystems", GetUnitSystems},
+    {"Browse", "GetCurrencies", "", GetCurrencies},
+    {"Browse", "GetUnitConversions", "GetUnitConversionsRequest", GetUnitConversions},
+    {"Browse", "GetRootNode", "GetRootNode", GetRootNode},
+    {"Browse", "GetChildNodes", "GetChildNodes", GetChildNodes},
+    {"Browse", "GetTreeRecords", "GetTreeRecords", GetTreeRecords},
+    {"Browse", "GetRecordVersions", "GetRecordVersions", GetRecordVersions},
+    {"Browse", "GetAttributeDetails", "GetAttributeDetails", GetAttributeDetails},
+    {"Browse", "GetAttributeParameters", "GetAttributeParameters", GetAttributeParameters},
+    {"Browse", "GetParameterDetails", "GetParameterDetails", GetParameterDetails},
+    {"Browse", "GetAttributeMinMax", "GetAttributeMinMax", GetAttributeMinMax},
+    {"Browse", "GetMetaAttributes", "GetMetaAttributes", GetMetaAttributes},
+    {"Browse", "GetRecordAttributes", "GetRecordAttributes", GetRecordAttributes},
+    {"Browse", "GetRecordLinkGroups", "GetRecordLinkGroups", GetRecordLinkGroups},
+    {"Browse", "GetLinkedRecords", "GetLinkedRecords", GetLinkedRecords},
+    {"Search", "SimpleTextSearch", "SimpleTextSearch", SimpleTextSearch},
+    {"Search", "CriteriaSearch", "CriteriaSearch", CriteriaSearch},
+    {"Search", "RecordNameSearch", "RecordNameSearch", RecordNameSearch},
+    {"DataExport", "GetRecordAttributesByRef", "GetRecordAttributesByRef",
+     GetRecordAttributesByRef},
+    {"DataImport", "SetRecordAttributes", "SetRecordAttributesRequest", SetRecordAttributes},
+    {"DataImport", "GetUploadAddresses", "GetUploadAddressesRequest", GetUploadAddresses},
+    {"DataImport", "ModifyRecordLinks", "ModifyRecordLinksRequest", ModifyRecordLinks},
+    {"EngineeringData", "GetAvailableExporters", "GetAvailableExporters", GetAvailableExporters},
+    {"EngineeringData", "ExportersForRecords", "ExportersForRecords", ExportersForRecords},
+    {"EngineeringData", "GetExporterParameters", "GetExporterParameters", GetExporterParameters},
+    {"EngineeringData", "ExportRecordData", "ExportRecordData", ExportRecordData},
 };
 
 constexpr std::size_t kMaxRequestBytes = 64UL * 1024 * 1024;
 constexpr std::size_t kConnections = 16;
 constexpr std::size_t kCallsPerConnection = 100'000'000;
 constexpr int kIdleSeconds = 2;
+constexpr char kDataPath[] = R"(/data/(\d{1,9})/(\d{1,9}))";
 constexpr char kReplyType[] = "text/xml; charset=utf-8";
 
 Operation const& FindOperation(Service const& service, std::string const& action) {
@@ -105,6 +108,13 @@ std::string ReadBody(httplib::Request const& request, httplib::ContentReader con
   return body;
 }
 
+/// All searches answer alike, and an export with nothing but its text.
+std::string ResponseTag(Operation const& operation) {
+  if (operation.service == "Search") return "SimpleTextSearchResponse";
+  if (operation.name == "ExportRecordData") return "text";
+  return std::string(operation.name) + "Response";
+}
+
 /// The reply to one request; throws `Fault` when the request makes no sense.
 std::string Answer(Store& store, std::mutex& storeMutex, Service const& service,
                    httplib::Request const& request, std::string const& text) {
@@ -121,9 +131,6 @@ std::string Answer(Store& store, std::mutex& storeMutex, Service const& service,
   auto const parsed = document.load_buffer(text.data(), text.size(), flags, pugi::encoding_utf8);
   if (!parsed) throw Fault(std::string("the request is not XML: ") + parsed.description());
   pugi::xml_node const body = CheckEnvelope(document, service);
-  if (operation.handler == nullptr) {
-    throw Fault("the sandbox does not have the operation " + std::string(operation.name) + " yet");
-  }
 
   pugi::xml_node content = body;
   if (!operation.rootTag.empty()) {
@@ -137,8 +144,7 @@ std::string Answer(Store& store, std::mutex& storeMutex, Service const& service,
   pugi::xml_document reply;
   Checker in(content);
   std::lock_guard<std::mutex> const lock(storeMutex);
-  operation.handler(store, in,
-                    StartReply(reply, service, std::string(operation.name) + "Response"));
+  operation.handler(store, in, StartReply(reply, service, ResponseTag(operation)));
   return Print(reply);
 }
 
@@ -150,7 +156,7 @@ struct Server::Http {
   std::thread thread;
 };
 
-Server::Server(Store& store) : m_http(std::make_unique<Http>()) {
+Server::Server(Store& store) : m_store(store), m_http(std::make_unique<Http>()) {
   httplib::Server& server = m_http->server;
   server.new_task_queue = [] { return new httplib::ThreadPool(kConnections); };
   server.set_tcp_nodelay(true);
@@ -165,6 +171,31 @@ Server::Server(Store& store) : m_http(std::make_unique<Http>()) {
   server.Get("/", [](httplib::Request const&, httplib::Response& response) {
     response.set_content("lumo-sandbox\n", "text/plain");
   });
+  // Files and pictures, under the addresses that replies name.
+  auto const withData = [this](httplib::Response& response, auto const& work) {
+    std::lock_guard<std::mutex> const lock(m_http->store);
+    try {
+      work();
+    } catch (Fault const& fault) {
+      response.status = 404;
+      response.set_content(fault.what(), "text/plain");
+    }
+  };
+  server.Get(kDataPath,
+             [&store, withData](httplib::Request const& request, httplib::Response& response) {
+               withData(response, [&] {
+                 Data const data =
+                     LoadData(store, std::stoi(request.matches[1]), std::stoi(request.matches[2]));
+                 response.set_content(data.bytes, data.contentType);
+               });
+             });
+  server.Put(kDataPath,
+             [&store, withData](httplib::Request const& request, httplib::Response& response) {
+               withData(response, [&] {
+                 SaveData(store, std::stoi(request.matches[1]), std::stoi(request.matches[2]),
+                          {request.body, request.get_header_value("Content-Type")});
+               });
+             });
   for (Service const& service : kServices) {
     server.Post(
         "/" + std::string(service.name) + ".svc",
@@ -196,6 +227,7 @@ int Server::Start(int port) {
     bound = -1;
   }
   if (bound <= 0) throw std::runtime_error("cannot listen on 127.0.0.1:" + std::to_string(port));
+  m_store.SetUrl("http://127.0.0.1:" + std::to_string(bound));
   m_http->thread = std::thread([&server] { server.listen_after_bind(); });
   // Stop() reaches only a server that runs; connections made before are not lost.
   while (!server.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));

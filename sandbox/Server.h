@@ -22,6 +22,7 @@ class Server {
 
  private:
   struct Http;
+  Store& m_store;
   std::unique_ptr<Http> m_http;
 };
 

@@ -76,6 +76,7 @@ pugi::xml_node StartReply(pugi::xml_document& document, Service const& service,
   pugi::xml_node response = envelope.append_child("s:Body").append_child(element.c_str());
   response.append_attribute("xmlns") = VersionedNamespace(service.name).c_str();
   response.append_attribute("xmlns:b") = VersionedNamespace("ZorandBaseTypes").c_str();
+  response.append_attribute("xmlns:i") = kSchemaInstance;
   return response;
 }
 

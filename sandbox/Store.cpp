@@ -1,16 +1,40 @@
 #include "Store.h"
 
+#include <charconv>
+#include <iterator>
 #include <stdexcept>
 
 namespace sandbox {
 namespace {
 
-std::string Text(sqlite3_stmt* row, int column) {
+std::string ColumnText(sqlite3_stmt* row, int column) {
   auto const* const text = reinterpret_cast<char const*>(sqlite3_column_text(row, column));
   return text == nullptr ? std::string() : std::string(text);
 }
 
 }  // namespace
+
+double Row::Real(std::size_t column) const { return NumberOf(Text(column)); }
+
+double NumberOf(std::string const& text) {
+  double value = 0;
+  std::from_chars(text.data(), text.data() + text.size(), value);
+  return value;
+}
+
+std::string TextOfNumber(double value) {
+  char text[32];
+  return {text, std::to_chars(std::begin(text), std::end(text), value).ptr};
+}
+
+Transaction::~Transaction() {
+  if (m_isOpen) m_store.Run("ROLLBACK TO change; RELEASE change");
+}
+
+void Transaction::Commit() {
+  m_store.Run("RELEASE change");
+  m_isOpen = false;
+}
 
 Store::Store(std::string const& file) {
   sqlite3* handle = nullptr;
@@ -19,56 +43,59 @@ Store::Store(std::string const& file) {
   if (code != SQLITE_OK) Fail("cannot open " + file);
   sqlite3_extended_result_codes(handle, 1);
   Run("PRAGMA foreign_keys = ON");
-  auto const number = [](sqlite3_stmt* row) { return sqlite3_column_int(row, 0); };
-  if (Query<int>("SELECT count(*) FROM sqlite_master", {}, number).at(0) == 0) Seed(*this);
-  if (Query<int>("PRAGMA user_version", {}, number).at(0) != kSchemaVersion) {
+  if (Only("SELECT count(*) FROM sqlite_master").Int(0) == 0) Seed(*this);
+  if (Only("PRAGMA user_version").Int(0) != kSchemaVersion) {
     throw std::runtime_error(file + " is not a database of this version of lumo-sandbox");
   }
 }
 
-std::vector<Database> Store::Databases() {
-  return Query<Database>("SELECT id, key, name FROM database ORDER BY id", {},
-                         [](sqlite3_stmt* row) {
-                           return Database{sqlite3_column_int(row, 0), Text(row, 1), Text(row, 2)};
-                         });
+std::vector<Row> Store::Rows(std::string const& sql, std::vector<std::string> const& values) {
+  Statement const statement = Prepare(sql, values);
+  std::vector<Row> rows;
+  int code = sqlite3_step(statement.get());
+  for (; code == SQLITE_ROW; code = sqlite3_step(statement.get())) {
+    std::vector<std::string> columns;
+    for (int i = 0; i < sqlite3_column_count(statement.get()); ++i) {
+      columns.push_back(ColumnText(statement.get(), i));
+    }
+    rows.emplace_back(std::move(columns));
+  }
+  if (code != SQLITE_DONE) Fail(sql);
+  return rows;
 }
+
+Row Store::Only(std::string const& sql, std::vector<std::string> const& values) {
+  std::vector<Row> const rows = Rows(sql, values);
+  if (rows.empty()) throw std::runtime_error("no row for " + sql);
+  return rows.front();
+}
+
+namespace {
+
+constexpr char kTables[] =
+    "SELECT t.id, t.guid, t.name, d.key, d.id FROM data_table t"
+    " JOIN database d ON d.id = t.database_id WHERE ";
+
+Table TableIn(Row const& row) {
+  return {row.Int(0), row.Text(1), row.Text(2), row.Text(3), row.Int(4)};
+}
+
+}  // namespace
 
 std::vector<Table> Store::Tables(std::string const& dbKey) {
-  return Query<Table>(
-      "SELECT t.id, t.guid, t.name, d.key FROM data_table t JOIN database d ON d.id = t.database_id"
-      " WHERE d.key = ? ORDER BY t.id",
-      {dbKey}, [](sqlite3_stmt* row) {
-        return Table{sqlite3_column_int(row, 0), Text(row, 1), Text(row, 2), Text(row, 3)};
-      });
+  std::vector<Table> tables;
+  for (Row const& row : Rows(std::string(kTables) + "d.key = ? ORDER BY t.id", {dbKey})) {
+    tables.push_back(TableIn(row));
+  }
+  return tables;
 }
 
-std::vector<std::string> Store::TableFilters(int tableId) {
-  return Query<std::string>("SELECT word FROM table_filter WHERE table_id = ? ORDER BY word",
-                            {std::to_string(tableId)},
-                            [](sqlite3_stmt* row) { return Text(row, 0); });
+Table Store::TableOf(int id) {
+  return TableIn(Only(std::string(kTables) + "t.id = ?", {std::to_string(id)}));
 }
 
-std::vector<Attribute> Store::Attributes(int tableId) {
-  return Query<Attribute>(
-      "SELECT id, name, about_id IS NOT NULL FROM attribute WHERE table_id = ? ORDER BY id",
-      {std::to_string(tableId)}, [](sqlite3_stmt* row) {
-        return Attribute{sqlite3_column_int(row, 0), Text(row, 1), sqlite3_column_int(row, 2) != 0};
-      });
-}
-
-std::vector<std::string> Store::StandardNames(int tableId) {
-  return Query<std::string>(
-      "SELECT standard_name FROM attribute WHERE table_id = ? AND standard_name <> '' ORDER BY id",
-      {std::to_string(tableId)}, [](sqlite3_stmt* row) { return Text(row, 0); });
-}
-
-std::vector<Subset> Store::Subsets(std::string const& dbKey) {
-  return Query<Subset>(
-      "SELECT s.id, s.name, s.table_id FROM subset s JOIN data_table t ON t.id = s.table_id"
-      " JOIN database d ON d.id = t.database_id WHERE d.key = ? ORDER BY s.id",
-      {dbKey}, [](sqlite3_stmt* row) {
-        return Subset{sqlite3_column_int(row, 0), Text(row, 1), sqlite3_column_int(row, 2)};
-      });
+std::string Store::LastId() const {
+  return std::to_string(sqlite3_last_insert_rowid(m_handle.get()));
 }
 
 void Store::Run(std::string const& sql) {
@@ -89,19 +116,6 @@ Store::Statement Store::Prepare(std::string const& sql, std::vector<std::string>
     sqlite3_bind_text(made, static_cast<int>(i) + 1, values[i].data(), length, SQLITE_TRANSIENT);
   }
   return statement;
-}
-
-template <class Row, class Read>
-std::vector<Row> Store::Query(std::string const& sql, std::vector<std::string> const& values,
-                              Read read) {
-  Statement const statement = Prepare(sql, values);
-  std::vector<Row> rows;
-  int code = sqlite3_step(statement.get());
-  for (; code == SQLITE_ROW; code = sqlite3_step(statement.get())) {
-    rows.push_back(read(statement.get()));
-  }
-  if (code != SQLITE_DONE) Fail(sql);
-  return rows;
 }
 
 void Store::Fail(std::string const& what) const {

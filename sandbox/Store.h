@@ -2,16 +2,29 @@
 
 #include <sqlite3.h>
 
+#include <cstdlib>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sandbox {
 
-struct Database {
-  int id = 0;
-  std::string key;
-  std::string name;
+/// Decimal text and number, whatever the locale; a text that is no number gives 0.
+double NumberOf(std::string const& text);
+std::string TextOfNumber(double value);
+
+/// One row of a result; columns count from 0. NULL reads as an empty text and as 0.
+class Row {
+ public:
+  explicit Row(std::vector<std::string> columns) : m_columns(std::move(columns)) {}
+  std::string const& Text(std::size_t column) const { return m_columns.at(column); }
+  int Int(std::size_t column) const { return std::atoi(Text(column).c_str()); }
+  double Real(std::size_t column) const;
+  bool IsSet(std::size_t column) const { return !Text(column).empty() && Text(column) != "0"; }
+
+ private:
+  std::vector<std::string> m_columns;
 };
 
 struct Table {
@@ -19,18 +32,7 @@ struct Table {
   std::string guid;
   std::string name;
   std::string dbKey;
-};
-
-struct Attribute {
-  int id = 0;
-  std::string name;
-  bool isMeta = false;
-};
-
-struct Subset {
-  int id = 0;
-  std::string name;
-  int tableId = 0;
+  int databaseId = 0;
 };
 
 /// The server's data in SQLite. Not thread-safe: the server calls it one request at a time.
@@ -40,13 +42,17 @@ class Store {
   /// std::runtime_error, also when the file holds something else or data of another version.
   explicit Store(std::string const& file);
 
-  std::vector<Database> Databases();
+  std::vector<Row> Rows(std::string const& sql, std::vector<std::string> const& values = {});
+  /// The first row; throws `std::runtime_error` when there is none.
+  Row Only(std::string const& sql, std::vector<std::string> const& values = {});
   std::vector<Table> Tables(std::string const& dbKey);
-  std::vector<std::string> TableFilters(int tableId);
-  std::vector<Attribute> Attributes(int tableId);
-  /// Standard names that the table's attributes answer to.
-  std::vector<std::string> StandardNames(int tableId);
-  std::vector<Subset> Subsets(std::string const& dbKey);
+  Table TableOf(int id);
+  /// Identity of the row that was inserted last.
+  std::string LastId() const;
+
+  /// Address of the server, for the URLs in replies.
+  std::string const& Url() const { return m_url; }
+  void SetUrl(std::string const& url) { m_url = url; }
 
   /// Runs statements that return nothing.
   void Run(std::string const& sql);
@@ -63,17 +69,32 @@ class Store {
   using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
   Statement Prepare(std::string const& sql, std::vector<std::string> const& values);
-  template <class Row, class Read>
-  std::vector<Row> Query(std::string const& sql, std::vector<std::string> const& values, Read read);
   [[noreturn]] void Fail(std::string const& what) const;
 
   std::unique_ptr<sqlite3, Close> m_handle;
+  std::string m_url;
 };
 
 /// Changes with the schema, so that a file of another version is refused and not misread.
-constexpr int kSchemaVersion = 1;
+constexpr int kSchemaVersion = 2;
 
 /// Makes the tables and fills them with what the sandbox ships.
 void Seed(Store& store);
+/// Adds a folder of so many made-up materials, for trials with many records.
+void AddGeneratedRecords(Store& store, int count);
+
+/// Undoes everything since its making unless `Commit` was called.
+class Transaction {
+ public:
+  explicit Transaction(Store& store) : m_store(store) { m_store.Run("SAVEPOINT change"); }
+  ~Transaction();
+  Transaction(Transaction const&) = delete;
+  Transaction& operator=(Transaction const&) = delete;
+  void Commit();
+
+ private:
+  Store& m_store;
+  bool m_isOpen = true;
+};
 
 }  // namespace sandbox

@@ -26,6 +26,7 @@ constexpr char kUsage[] =
 usage: lumo-sandbox [options]
   --port N         listen on 127.0.0.1:N; 0, the default, takes any free port
   --database FILE  keep the data in this SQLite file; default is memory
+  --records N      add N made-up materials, for trials with many records
   --ttl SECONDS    stop after this time; 0, the default, runs until stopped
   --stop-on-eof    stop when standard input is closed
   --version        print the version
@@ -39,6 +40,7 @@ struct Options {
   bool version = false;
   int port = 0;
   int ttlSeconds = 0;
+  int records = 0;
   bool stopOnEof = false;
   std::string database = ":memory:";
 };
@@ -76,6 +78,8 @@ Options ReadOptions(int count, char** texts) {
     } else if (option == "--database") {
       options.database = value();
       if (options.database.empty()) throw UsageError("--database takes the name of a file");
+    } else if (option == "--records") {
+      options.records = Number(option, value(), 1'000'000);
     } else if (option == "--stop-on-eof") {
       options.stopOnEof = true;
     } else {
@@ -146,6 +150,7 @@ int main(int count, char** texts) try {
   FillStandardStreams();
   int const signals = StopSignals();
   sandbox::Store store(options.database);
+  if (options.records > 0) sandbox::AddGeneratedRecords(store, options.records);
   sandbox::Server server(store);
   int const port = server.Start(options.port);
   std::cout << R"({"url":"http://127.0.0.1:)" << port << R"(","port":)" << port << R"(,"pid":)"

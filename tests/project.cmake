@@ -8,7 +8,8 @@ if(LUMO_BUILD_SANDBOX AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
   endforeach()
 endif()
 if(LUMO_BUILD_SANDBOX)
-  lumo_add_tests(sandbox_tests sandbox/SandboxTest.cpp)
+  lumo_add_tests(sandbox_tests
+    sandbox/Sandbox.cpp sandbox/BrowseTest.cpp sandbox/SandboxTest.cpp)
   add_test(NAME sandbox.KeepsItsPromises COMMAND ${PROJECT_SOURCE_DIR}/scripts/with-sandbox
     $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:sandbox_tests>)
 endif()

@@ -5,7 +5,7 @@ source=$1 sandbox=$2 example=$3
 
 output=$("$source/scripts/with-sandbox" "$sandbox" "$example")
 grep -qx 'Engineering Materials       database                    key ENG_MATERIALS' <<<"$output"
-grep -qx '  Materials                 table                       21 attributes' <<<"$output"
+grep -qx '  Materials                 table                       32 attributes' <<<"$output"
 grep -qE '^    Actinides +subset +identity [0-9]+$' <<<"$output"
 
 status=0

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "lumo/LumoServiceLayer.h"
+#include "tests/sandbox/Sandbox.h"
 
 using testing::ElementsAre;
 using testing::Gt;
@@ -16,14 +16,6 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 namespace {
-
-std::string serverUrl;
-
-SmartPtr<BrowseService> Browse() {
-  static auto const services =
-      LumoServiceLayerServices::CreateOne(serverUrl, LumoSLAuth_Annonymous::CreateOne());
-  return services->GetBrowseService();
-}
 
 GetTablesResponse const& TablesBy(SmartPtr<GetTables> const& request, GetTablesResponse& response) {
   Browse()->GetGetTablesImpl()->RequestTables(request, &response);
@@ -166,14 +158,4 @@ TEST(Sandbox, RefusesWhatTheClientMustNotSend) {
 
 TEST(Sandbox, AnswersTheProbe) {
   EXPECT_TRUE(LumoSession::CreateOne(serverUrl, nullptr)->ConnectionIsValid(nullptr));
-}
-
-int main(int argc, char** argv) {
-  testing::InitGoogleMock(&argc, argv);
-  if (argc < 2) return 2;
-  serverUrl = argv[argc - 1];
-  kpxtkLumoServiceLayer::Initialize();
-  int const result = RUN_ALL_TESTS();
-  kpxtkLumoServiceLayer::Shutdown();
-  return result;
 }

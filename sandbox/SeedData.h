@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Store.h"
+
+namespace sandbox {
+
+/// The data files, made part of the program when it is built.
+extern char const kUnitData[];
+extern char const kMaterialData[];
+extern char const kElementData[];
+extern char const kValueData[];
+extern char const kLinkData[];
+
+std::string Trimmed(std::string const& text);
+/// Parts between the separators, trimmed; nothing for an empty text.
+std::vector<std::string> Split(std::string const& text, char separator);
+/// The lines of a data file in their "|"-separated columns, comments and empty lines left out.
+std::vector<std::vector<std::string>> Lines(char const* data);
+/// A GUID made from a name, so that it is the same in every run.
+std::string GuidOf(std::string const& name);
+
+/// A record to make; the parent is a row, 0 for the top of the tree.
+struct NewRecord {
+  int tableId = 0;
+  int parentId = 0;
+  std::string shortName;
+  std::string longName;
+  bool isFolder = false;
+  std::string state = "Released";
+};
+/// Makes it and returns its row.
+int AddRecord(Store& store, NewRecord const& record);
+
+/// Fills the tables with records, values, versions and links.
+void AddRecords(Store& store);
+
+}  // namespace sandbox
