@@ -16,6 +16,6 @@ if(LUMO_BUILD_SANDBOX)
     $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:sandbox_tests>)
 endif()
 if(LUMO_BUILD_SANDBOX AND LUMO_BUILD_EXAMPLES)
-  add_test(NAME example.ListsTheSandbox COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumer/example.sh
-    ${PROJECT_SOURCE_DIR} $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:list-databases>)
+  add_test(NAME examples.WorkOnTheSandbox COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumer/example.sh
+    ${PROJECT_SOURCE_DIR} $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE_DIR:list-databases>)
 endif()

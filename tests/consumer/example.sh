@@ -1,15 +1,31 @@
 #!/usr/bin/env bash
-# Runs the example against the sandbox, and against nothing.
+# Runs the examples against the sandbox, and one against nothing.
 set -euo pipefail
-source=$1 sandbox=$2 example=$3
+source=$1 sandbox=$2 examples=$3
+run() { "$source/scripts/with-sandbox" "$sandbox" "$examples/$1" "${@:2}"; }
 
-output=$("$source/scripts/with-sandbox" "$sandbox" "$example")
+output=$(run list-databases)
 grep -qx 'Engineering Materials       database                    key ENG_MATERIALS' <<<"$output"
 grep -qx '  Materials                 table                       32 attributes' <<<"$output"
 grep -qE '^    Actinides +subset +identity [0-9]+$' <<<"$output"
 
+# A reader that stops early, as grep -q does, would end the example with a broken pipe.
+holds() { grep -E "$1" <<<"$output" >&2; }
+output=$(run walk-tree ENG_MATERIALS Materials)
+holds '^    Aluminium alloys$'
+holds '^      AW-6061-T6  \(Aluminium, EN AW-6061, wrought, T6\)$'
+output=$(run print-attributes ENG_MATERIALS Materials)
+holds '^Melting point +RNGE +degC +125 to 2500$'
+output=$(run search-table ENG_MATERIALS Materials Density 1 g/cm^3)
+holds '^2 records$'
+holds '^  Density +940 - 965 kg/m\^3$'
+output=$(run import-material ENG_MATERIALS Materials Wood Ash 0.6 0.75 g/cm^3)
+holds '^Density: 600 to 750 kg/m\^3$'
+output=$(run export-card ENG_MATERIALS Materials AW-6061-T6 card-2)
+holds '^\*MATERIAL, AW-6061-T6$'
+
 status=0
-errors=$("$example" http://127.0.0.1:1 2>&1) || status=$?
+errors=$("$examples/list-databases" http://127.0.0.1:1 2>&1) || status=$?
 [ "$status" -eq 1 ]
 grep -q '^Code 500: .*[Cc]onnect' <<<"$errors"
 grep -q '^GetDatabases: Could not access the response object\.' <<<"$errors"

@@ -332,6 +332,63 @@ TEST_P(OddReplyTest, IsReportedAndNeverThrown) {
 INSTANTIATE_TEST_SUITE_P(All, OddReplyTest, testing::ValuesIn(OddReplies()),
                          [](auto const& row) { return std::string(row.param.name); });
 
+// ---------- writes
+
+TEST(Write, ReachesTheServerOnceWhateverBecomesOfIt) {
+  using Script = RawServer::Script;
+  Script const close = [](RawConnection& client, int) { client.ReadRequest(); };
+  Script const reset = [](RawConnection& client, int) {
+    client.ReadRequest();
+    client.Reset();
+  };
+  Script const halfReply = [](RawConnection& client, int) {
+    client.ReadRequest();
+    client.Send("HTTP/1.1 200 OK\r\nContent-Length: 900\r\n\r\n<s:Envelope");
+  };
+  Script const redirect =
+      Replies({HttpReply("307 Temporary Redirect", "", "Location: /elsewhere\r\n")});
+  // The first reply leaves a connection that dies when it is used again.
+  Script const dying = [](RawConnection& client, int number) {
+    client.ReadRequest();
+    if (number == 0) client.Send(HttpReply("200 OK", kTablesReply));
+  };
+  for (auto const* const script : {&close, &reset, &halfReply, &redirect, &dying}) {
+    RawServer const server(*script);
+    auto const services = Connect(server.Url());
+    GetTablesResponse warmUp;
+    if (script == &dying) AskForTables(*services, &warmUp);
+    std::size_t const before = server.Requests().size();
+    auto const import = services->GetDataImportService();
+    SetRecordAttributesResponse imported;
+    import->SetRecordAttributesImplPtr()->SetRecordAttributes_Request(
+        SetRecordAttributesRequest::CreateOne(), &imported);
+    EXPECT_NE(imported.GetServiceLayerResponse()->GetResponseCode(), 200);
+    EXPECT_EQ(server.Requests().size(), before + 1);
+    ModifyRecordLinksResponse linked;
+    import->ModifyRecordLinksImplPtr()->ModifyRecordLinks(ModifyRecordLinksRequest::CreateOne(),
+                                                          &linked);
+    EXPECT_NE(linked.GetServiceLayerResponse()->GetResponseCode(), 200);
+    EXPECT_EQ(server.Requests().size(), before + 2);
+  }
+}
+
+TEST(Call, SendsALargeRequestWithoutAPause) {
+  RawServer const server(Replies({HttpReply("200 OK", Envelope("<GetTreeRecordsResponse/>"))}));
+  auto const services = Connect(server.Url());
+  auto const request = GetTreeRecordsRequest::CreateOne();
+  for (int i = 0; i < 30000; ++i) {
+    auto const record = RecordReference::CreateOne();
+    record->SetIdentity(i + 1);
+    request->AddRecord(record);
+  }
+  GetTreeRecordsResponse response;
+  services->GetBrowseService()->GetGetTreeRecordsImpl()->RequestTreeNodes(request, &response);
+  EXPECT_EQ(response.GetServiceLayerResponse()->GetResponseCode(), 200);
+  ASSERT_THAT(server.Requests(), SizeIs(1));
+  EXPECT_GT(server.Requests()[0].size(), 2UL * 1024 * 1024);
+  EXPECT_THAT(server.Requests()[0].substr(0, 1000), Not(HasSubstr("Expect")));
+}
+
 // ---------- threads
 
 namespace {
