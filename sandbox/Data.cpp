@@ -33,8 +33,7 @@ void SaveData(Store& store, int recordId, int attributeId, Data const& data) {
   pugi::xml_document document;
   pugi::xml_node root = document.append_child("v");
   bool const isFile = attributes[0].type == "FILE";
-  pugi::xml_node element =
-      root.append_child(isFile ? "zbt:FileDataValue" : "zbt:PictureDataValue");
+  pugi::xml_node element = root.append_child(isFile ? "zbt:FileDataValue" : "zbt:PictureDataValue");
   AddText(element, "zbt:data", EncodeBase64(data.bytes));
   AddText(element, "zbt:contentType", data.contentType);
   if (isFile) {

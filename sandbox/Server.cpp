@@ -136,7 +136,7 @@ std::string Answer(Store& store, std::mutex& storeMutex, Service const& service,
   if (!operation.rootTag.empty()) {
     std::string const name = std::string(service.prefix) + ":" + std::string(operation.rootTag);
     Checker in(body);
-    content = in.Required(name.c_str());
+    content = in.Required(name);
     in.End();
   } else {
     Checker(body).End();

@@ -28,7 +28,7 @@ std::string TextOfNumber(double value) {
 }
 
 Transaction::~Transaction() {
-  if (m_isOpen) m_store.Run("ROLLBACK TO change; RELEASE change");
+  if (m_isOpen) m_store.Undo();
 }
 
 void Transaction::Commit() {
@@ -55,6 +55,7 @@ std::vector<Row> Store::Rows(std::string const& sql, std::vector<std::string> co
   int code = sqlite3_step(statement.get());
   for (; code == SQLITE_ROW; code = sqlite3_step(statement.get())) {
     std::vector<std::string> columns;
+    columns.reserve(static_cast<std::size_t>(sqlite3_column_count(statement.get())));
     for (int i = 0; i < sqlite3_column_count(statement.get()); ++i) {
       columns.push_back(ColumnText(statement.get(), i));
     }
@@ -100,6 +101,10 @@ std::string Store::LastId() const {
 
 void Store::Run(std::string const& sql) {
   if (sqlite3_exec(m_handle.get(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) Fail(sql);
+}
+
+void Store::Undo() noexcept {
+  sqlite3_exec(m_handle.get(), "ROLLBACK TO change; RELEASE change", nullptr, nullptr, nullptr);
 }
 
 void Store::Insert(std::string const& sql, std::vector<std::string> const& values) {

@@ -56,6 +56,8 @@ class Store {
 
   /// Runs statements that return nothing.
   void Run(std::string const& sql);
+  /// Goes back to where the innermost `Transaction` began.
+  void Undo() noexcept;
   /// Runs one statement with the texts in place of its question marks.
   void Insert(std::string const& sql, std::vector<std::string> const& values);
 

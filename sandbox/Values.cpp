@@ -72,7 +72,7 @@ class ValueReader {
   /// Reads estimate and unit, and writes what replies begin with; returns the unit that was sent.
   std::string ReadUnit(Checker& in, pugi::xml_node to) {
     bool const isEstimated = BooleanOf(in.Required("zbt:Estimated"));
-    std::string const unit = TextOf(in.Required("zbt:UnitSymbol"));
+    std::string unit = TextOf(in.Required("zbt:UnitSymbol"));
     AddText(to, "b:UnitSymbol", m_attribute.unit);
     AddText(to, "b:Estimated", isEstimated ? "true" : "false");
     return unit;
@@ -201,7 +201,7 @@ class ValueReader {
     ReadParameters(in.Required("zbt:Parameters"), to.append_child("b:Parameters"));
     Checker unit(in.Required("zbt:Unit"));
     TextOf(unit.Required("zbt:UnitName"));
-    std::string const symbol = TextOf(unit.Required("zbt:UnitSymbol"));
+    std::string symbol = TextOf(unit.Required("zbt:UnitSymbol"));
     unit.End();
     WriteUnit(m_store, to.append_child("b:Unit"), m_attribute.unit);
     return symbol;
