@@ -8,7 +8,7 @@ SmartPtr<RecordReference> Find(std::vector<SmartPtr<TreeRecord>> const& records,
                                std::string const& name) {
   for (auto const& record : records) {
     if (record->GetShortName() == name) return record->GetRecordReference();
-    if (auto const found = Find(record->AccessChildren(), name)) return found;
+    if (auto found = Find(record->AccessChildren(), name)) return found;
   }
   return nullptr;
 }

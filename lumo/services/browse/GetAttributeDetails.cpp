@@ -1,12 +1,6 @@
 #include "lumo/services/browse/GetAttributeDetails.h"
 
 #include "lumo/xml/NodeReader.h"
-#include "lumo/xml/NodeWriter.h"
-
-void GetAttributeDetailsRequest::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter out(node);
-  out.Into("zbt:attributeReferences").Children("zbt:attribute", m_attributeReferences);
-}
 
 GetAttributeDetailsResponse::GetAttributeDetailsResponse(XmlNode<char> const* node) {
   lumo::NodeReader in(node);

@@ -4,8 +4,8 @@
 #include "lumo/xml/NodeWriter.h"
 
 void GetAttributeMinMaxRequest::CreateXMLNode(XmlNode<char>* node) const {
+  AttributesRequest::CreateXMLNode(node);
   lumo::NodeWriter out(node);
-  out.Into("zbt:attributeReferences").Children("zbt:attribute", m_attributeReferences);
   out.Child("brow:unitConversionContext", m_unitConversionContext);
 }
 

@@ -3,24 +3,15 @@
 #include <vector>
 
 #include "lumo/services/browse/AttributeMinMax.h"
-#include "lumo/session/IRequest.h"
+#include "lumo/services/browse/AttributesRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
-#include "lumo/types/AttributeReference.h"
 #include "lumo/types/UnitConversionContext.h"
 
 /// Asks for the smallest and largest values of attributes.
-class LUMO_API GetAttributeMinMaxRequest : public lumo::Request<GetAttributeMinMaxRequest> {
+class LUMO_API GetAttributeMinMaxRequest
+    : public lumo::AttributesRequest<GetAttributeMinMaxRequest> {
  public:
-  std::vector<SmartPtr<AttributeReference>>& AccessAttributeReferences() {
-    return m_attributeReferences;
-  }
-  std::vector<SmartPtr<AttributeReference>> const& AccessAttributeReferences() const {
-    return m_attributeReferences;
-  }
-  void AddAttributeReference(SmartPtr<AttributeReference> const& attribute) {
-    m_attributeReferences.push_back(attribute);
-  }
   /// Units of the answer; not sent when null.
   SmartPtr<UnitConversionContext> GetUnitConversionContext() const {
     return m_unitConversionContext;
@@ -32,7 +23,6 @@ class LUMO_API GetAttributeMinMaxRequest : public lumo::Request<GetAttributeMinM
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
-  std::vector<SmartPtr<AttributeReference>> m_attributeReferences;
   SmartPtr<UnitConversionContext> m_unitConversionContext;
 };
 

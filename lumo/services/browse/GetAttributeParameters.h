@@ -2,30 +2,14 @@
 
 #include <vector>
 
+#include "lumo/services/browse/AttributesRequest.h"
 #include "lumo/services/browse/ParameterDetail.h"
-#include "lumo/session/IRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
-#include "lumo/types/AttributeReference.h"
 
 /// Asks for the parameters of attributes.
-class LUMO_API GetAttributeParametersRequest : public lumo::Request<GetAttributeParametersRequest> {
- public:
-  std::vector<SmartPtr<AttributeReference>>& AccessAttributeReferences() {
-    return m_attributeReferences;
-  }
-  std::vector<SmartPtr<AttributeReference>> const& AccessAttributeReferences() const {
-    return m_attributeReferences;
-  }
-  void AddAttributeReference(SmartPtr<AttributeReference> const& attribute) {
-    m_attributeReferences.push_back(attribute);
-  }
-
-  void CreateXMLNode(XmlNode<char>* node) const override;
-
- private:
-  std::vector<SmartPtr<AttributeReference>> m_attributeReferences;
-};
+class LUMO_API GetAttributeParametersRequest
+    : public lumo::AttributesRequest<GetAttributeParametersRequest> {};
 
 /// Parameters of attributes.
 class LUMO_API GetAttributeParametersResponse

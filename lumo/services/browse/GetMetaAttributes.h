@@ -3,28 +3,12 @@
 #include <vector>
 
 #include "lumo/services/browse/AttributeMetaAttributes.h"
-#include "lumo/session/IRequest.h"
+#include "lumo/services/browse/AttributesRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
-#include "lumo/types/AttributeReference.h"
 
 /// Asks for the attributes that describe others.
-class LUMO_API GetMetaAttributesRequest : public lumo::Request<GetMetaAttributesRequest> {
- public:
-  std::vector<SmartPtr<AttributeReference>>& AccessAttributeReferences() {
-    return m_attributeReferences;
-  }
-  std::vector<SmartPtr<AttributeReference>> const& AccessAttributeReferences() const {
-    return m_attributeReferences;
-  }
-  void AddAttributeReference(SmartPtr<AttributeReference> const& attribute) {
-    m_attributeReferences.push_back(attribute);
-  }
-
-  void CreateXMLNode(XmlNode<char>* node) const override;
-
- private:
-  std::vector<SmartPtr<AttributeReference>> m_attributeReferences;
+class LUMO_API GetMetaAttributesRequest : public lumo::AttributesRequest<GetMetaAttributesRequest> {
 };
 
 /// Attributes with those that describe them.

@@ -5,7 +5,7 @@
 
 void ExportRecordDataRequest::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
-  out.Into("zbt:recordReferences").Children("zbt:record", m_records);
+  WriteRecords(out);
   out.List("eng:attributes", "eng:attribute", m_attributes);
   out.Child("eng:exporterKey", m_exporterKey);
   out.Child("eng:unitConversionContext", m_unitConversionContext);

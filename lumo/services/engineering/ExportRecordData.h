@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "lumo/services/engineering/RecordsRequest.h"
 #include "lumo/services/engineering/UnittedParameterValue.h"
-#include "lumo/session/IRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
 #include "lumo/types/AttributeReference.h"
@@ -14,11 +14,8 @@
 #include "lumo/xml/NodeWriter.h"
 
 /// Runs an exporter.
-class LUMO_API ExportRecordDataRequest : public lumo::Request<ExportRecordDataRequest> {
+class LUMO_API ExportRecordDataRequest : public lumo::RecordsRequest<ExportRecordDataRequest> {
  public:
-  std::vector<SmartPtr<RecordReference>>& AccessRecords() { return m_records; }
-  std::vector<SmartPtr<RecordReference>> const& AccessRecords() const { return m_records; }
-  void AddRecord(SmartPtr<RecordReference> const& record) { m_records.push_back(record); }
   /// The attributes to export; not sent when there are none.
   std::vector<SmartPtr<AttributeReference>>& AccessAttributes() { return m_attributes; }
   std::vector<SmartPtr<AttributeReference>> const& AccessAttributes() const { return m_attributes; }
@@ -64,7 +61,6 @@ class LUMO_API ExportRecordDataRequest : public lumo::Request<ExportRecordDataRe
   void WriteStop(lumo::NodeWriter& out) const;
 
   std::vector<UnittedParameterValue> m_parameterValues;
-  std::vector<SmartPtr<RecordReference>> m_records;
   std::vector<SmartPtr<AttributeReference>> m_attributes;
   std::string m_exporterKey;
   SmartPtr<UnitConversionContext> m_unitConversionContext;

@@ -12,7 +12,7 @@ void ExportersForRecordsRequest::CreateXMLNode(XmlNode<char>* node) const {
   out.ChildIfSet("eng:versionPolicy", m_listingMode,
                  ExporterListingModes::ExporterListingMode_ToString);
   out.ChildIfSet("eng:applicabilityTag", m_applicabilityTag);
-  out.Into("zbt:recordReferences").Children("zbt:record", m_records);
+  WriteRecords(out);
 }
 
 ExportersForRecordsResponse::ExportersForRecordsResponse(XmlNode<char> const* node) {

@@ -4,14 +4,15 @@
 #include <vector>
 
 #include "lumo/services/engineering/Exporter.h"
-#include "lumo/session/IRequest.h"
+#include "lumo/services/engineering/RecordsRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
 #include "lumo/types/ExporterListingModes.h"
 #include "lumo/types/RecordReference.h"
 
 /// Asks which exporters apply to records. Texts are sent when they are not empty.
-class LUMO_API ExportersForRecordsRequest : public lumo::Request<ExportersForRecordsRequest> {
+class LUMO_API ExportersForRecordsRequest
+    : public lumo::RecordsRequest<ExportersForRecordsRequest> {
  public:
   /// Whether only exporters for a tool and a model are listed.
   bool GetPackageAndModelRequired() const { return m_packageAndModelRequired; }
@@ -38,9 +39,6 @@ class LUMO_API ExportersForRecordsRequest : public lumo::Request<ExportersForRec
   void SetApplicabilityTag(std::string const& applicabilityTag) {
     m_applicabilityTag = applicabilityTag;
   }
-  std::vector<SmartPtr<RecordReference>>& AccessRecords() { return m_records; }
-  std::vector<SmartPtr<RecordReference>> const& AccessRecords() const { return m_records; }
-  void AddRecord(SmartPtr<RecordReference> const& record) { m_records.push_back(record); }
 
   void CreateXMLNode(XmlNode<char>* node) const override;
 
@@ -51,7 +49,6 @@ class LUMO_API ExportersForRecordsRequest : public lumo::Request<ExportersForRec
   std::string m_model;
   ExporterListingModes::eExporterListingMode m_listingMode = ExporterListingModes::NotSet;
   std::string m_applicabilityTag;
-  std::vector<SmartPtr<RecordReference>> m_records;
 };
 
 /// Exporters that apply, record by record.

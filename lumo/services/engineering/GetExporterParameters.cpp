@@ -11,7 +11,7 @@ RecordExporterParameters::RecordExporterParameters(XmlNode<char> const* node) {
 
 void GetExporterParametersRequest::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
-  out.Into("zbt:recordReferences").Children("zbt:record", m_records);
+  WriteRecords(out);
   out.Child("eng:ExporterKey", m_exporterKey);  // capitals here, none in the export itself
   out.Child("eng:UnitConversionContext", m_unitConversionContext);
   out.Child("eng:populateGUIDs", m_populateGUIDs);

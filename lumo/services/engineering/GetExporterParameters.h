@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "lumo/services/engineering/AttributeExporterParameters.h"
-#include "lumo/session/IRequest.h"
+#include "lumo/services/engineering/RecordsRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
 #include "lumo/types/RecordReference.h"
@@ -34,11 +34,9 @@ class LUMO_API RecordExporterParameters : public lumo::FromXml<RecordExporterPar
 };
 
 /// Asks which parameters an exporter needs for records.
-class LUMO_API GetExporterParametersRequest : public lumo::Request<GetExporterParametersRequest> {
+class LUMO_API GetExporterParametersRequest
+    : public lumo::RecordsRequest<GetExporterParametersRequest> {
  public:
-  std::vector<SmartPtr<RecordReference>>& AccessRecords() { return m_records; }
-  std::vector<SmartPtr<RecordReference>> const& AccessRecords() const { return m_records; }
-  void AddRecord(SmartPtr<RecordReference> const& record) { m_records.push_back(record); }
   /// Key of the exporter.
   std::string const& GetExporterKey() const { return m_exporterKey; }
   void SetExporterKey(std::string const& exporterKey) { m_exporterKey = exporterKey; }
@@ -56,7 +54,6 @@ class LUMO_API GetExporterParametersRequest : public lumo::Request<GetExporterPa
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
-  std::vector<SmartPtr<RecordReference>> m_records;
   std::string m_exporterKey;
   SmartPtr<UnitConversionContext> m_unitConversionContext;
   bool m_populateGUIDs = false;

@@ -5,14 +5,9 @@
 
 void SimpleTextSearch::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
-  out.Child("sear:dbKey", m_dbKey);
+  out.Child("sear:dbKey", GetDBKey());
   out.Child("sear:searchValue", m_searchValue);
-  out.Child("sear:searchFilter", m_searchFilter, TableFilters::ToString);
-  if (m_searchMode != SearchModes::NotSet) {
-    out.Child("sear:searchMode", m_searchMode, SearchModes::ToString);
-  }
-  out.Child("sear:populateGUIDs", m_populateGUIDs);
-  out.Child("sear:recordFilter", m_recordFilter);
+  WriteRestrictions(out);
   out.List("sear:restrictToTables", "sear:table", m_restrictToTables);
 }
 

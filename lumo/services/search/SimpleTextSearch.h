@@ -3,38 +3,18 @@
 #include <string>
 #include <vector>
 
+#include "lumo/services/search/SearchRequest.h"
 #include "lumo/services/search/SearchResult.h"
-#include "lumo/session/IRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
 #include "lumo/types/PartialTableReference.h"
-#include "lumo/types/RecordFilter.h"
-#include "lumo/types/SearchModes.h"
-#include "lumo/types/TableFilters.h"
 
 /// Searches a database for a text.
-class LUMO_API SimpleTextSearch : public lumo::Request<SimpleTextSearch> {
+class LUMO_API SimpleTextSearch : public lumo::SearchRequest<SimpleTextSearch> {
  public:
-  /// Key of the database; sent even when empty.
-  std::string const& GetDBKey() const { return m_dbKey; }
-  void SetDBKey(std::string const& dbKey) { m_dbKey = dbKey; }
   /// The text to search for; sent even when empty.
   std::string const& GetSearchValue() const { return m_searchValue; }
   void SetSearchValue(std::string const& searchValue) { m_searchValue = searchValue; }
-  /// Restricts the search to one class of tables; `NoFilter`, the default, is sent too.
-  TableFilters::eTablesFilter GetSearchFilter() const { return m_searchFilter; }
-  void SetSearchFilter(TableFilters::eTablesFilter searchFilter) { m_searchFilter = searchFilter; }
-  /// Not sent by default.
-  SearchModes::eSearchMode GetSearchMode() const { return m_searchMode; }
-  void SetSearchMode(SearchModes::eSearchMode searchMode) { m_searchMode = searchMode; }
-  /// Whether the records come with their GUIDs.
-  bool GetPopulateGUIDs() const { return m_populateGUIDs; }
-  void SetPopulateGUIDs(bool populateGUIDs) { m_populateGUIDs = populateGUIDs; }
-  /// Restricts the records; not sent when null.
-  SmartPtr<RecordFilter> GetRecordFilter() const { return m_recordFilter; }
-  void SetRecordFilter(SmartPtr<RecordFilter> const& recordFilter) {
-    m_recordFilter = recordFilter;
-  }
   /// The tables to search; all when there are none.
   std::vector<SmartPtr<PartialTableReference>>& AccessRestrictToTables() {
     return m_restrictToTables;
@@ -52,12 +32,7 @@ class LUMO_API SimpleTextSearch : public lumo::Request<SimpleTextSearch> {
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
-  std::string m_dbKey;
   std::string m_searchValue;
-  TableFilters::eTablesFilter m_searchFilter = TableFilters::NoFilter;
-  SearchModes::eSearchMode m_searchMode = SearchModes::NotSet;
-  bool m_populateGUIDs = false;
-  SmartPtr<RecordFilter> m_recordFilter;
   std::vector<SmartPtr<PartialTableReference>> m_restrictToTables;
 };
 
