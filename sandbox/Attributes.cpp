@@ -9,8 +9,6 @@
 namespace sandbox {
 namespace {
 
-std::string Id(int id) { return std::to_string(id); }
-
 void WriteRevision(pugi::xml_node node) {
   AddText(node, "b:modified", "2026-01-05T09:00:00");
   AddText(node, "b:modifiedUser", "seed");

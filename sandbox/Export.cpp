@@ -15,8 +15,6 @@
 namespace sandbox {
 namespace {
 
-std::string Id(int id) { return std::to_string(id); }
-
 /// How values are wanted.
 struct Wishes {
   UnitContext units;

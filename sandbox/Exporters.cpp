@@ -12,8 +12,6 @@
 namespace sandbox {
 namespace {
 
-std::string Id(int id) { return std::to_string(id); }
-
 enum class Format { Table, Card };
 
 struct Exporter {

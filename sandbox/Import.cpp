@@ -14,8 +14,6 @@
 namespace sandbox {
 namespace {
 
-std::string Id(int id) { return std::to_string(id); }
-
 std::string RandomGuid() { return GuidOf(Id(static_cast<int>(std::random_device{}()))); }
 
 /// A value to import: the attribute, and the element that holds the value.

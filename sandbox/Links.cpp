@@ -9,8 +9,6 @@
 namespace sandbox {
 namespace {
 
-std::string Id(int id) { return std::to_string(id); }
-
 void WriteStandardNames(Store& store, pugi::xml_node node, LinkGroup const& group) {
   pugi::xml_node names = node.append_child("b:standardNames");
   std::string const name =

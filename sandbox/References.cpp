@@ -8,8 +8,6 @@
 namespace sandbox {
 namespace {
 
-std::string Id(int id) { return std::to_string(id); }
-
 bool Answers(Table const& table, TableName const& name) {
   return (name.identity == 0 || name.identity == table.id) &&
          (name.guid.empty() || name.guid == table.guid) &&

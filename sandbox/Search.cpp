@@ -11,8 +11,6 @@
 namespace sandbox {
 namespace {
 
-std::string Id(int id) { return std::to_string(id); }
-
 /// What all searches restrict.
 struct Scope {
   std::string dbKey;

@@ -14,6 +14,9 @@ namespace sandbox {
 double NumberOf(std::string const& text);
 std::string TextOfNumber(double value);
 
+/// An identity as statements and replies have it.
+inline std::string Id(int id) { return std::to_string(id); }
+
 /// One row of a result; columns count from 0. NULL reads as an empty text and as 0.
 class Row {
  public:

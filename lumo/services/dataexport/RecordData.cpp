@@ -6,7 +6,7 @@
 
 RecordData::RecordData(XmlNode<char> const* node) {
   lumo::NodeReader in(node);
-  in.Child("record", m_recordReference);
+  if (!in.Child("record", m_recordReference)) m_recordReference = RecordReference::CreateOne();
   in.In("attributeValues").ForEach("attributeValue", [this](XmlNode<char> const& value) {
     ReadValue(value);
   });
@@ -20,6 +20,7 @@ void RecordData::ReadValue(XmlNode<char> const& node) {
   if (AttributeReference::IsPseudoAttributeName(value->GetAttributeName(), &index)) {
     m_pseudoAttributes[static_cast<std::size_t>(index)] = value;
   }
+  if (m_attributeValues.empty()) m_attributeValues.reserve(8);  // few records have less
   m_attributeValues.push_back(std::move(value));
 }
 

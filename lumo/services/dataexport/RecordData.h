@@ -14,7 +14,7 @@ class LUMO_API RecordData : public lumo::FromXml<RecordData> {
  public:
   using PseudoAttribute = AttributeReference::PseudoAttrs::eLumoPseudoAttributeReference;
 
-  RecordData() = default;
+  RecordData() : m_recordReference(RecordReference::CreateOne()) {}
   explicit RecordData(XmlNode<char> const* node);
 
   /// Empty, but not null, when the reply named none.
@@ -38,7 +38,7 @@ class LUMO_API RecordData : public lumo::FromXml<RecordData> {
   void ReadValue(XmlNode<char> const& node);
 
   static constexpr std::size_t kPseudoAttributes = 20;
-  SmartPtr<RecordReference> m_recordReference = RecordReference::CreateOne();
+  SmartPtr<RecordReference> m_recordReference;
   std::vector<SmartPtr<AttributeValue>> m_attributeValues;
   std::array<SmartPtr<AttributeValue>, kPseudoAttributes> m_pseudoAttributes;
 };
