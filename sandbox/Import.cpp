@@ -258,17 +258,18 @@ std::vector<Record> Apply(Store& store, LinkGroup const& group, LinkChange const
 void SetRecordAttributes(Store& store, Checker& request, pugi::xml_node response) {
   pugi::xml_node const list = request.Required("dat:importRecords");
   bool const isStrict = IsStrict(request.Required("dat:importErrorMode"));
+  int threshold = 0;
   if (auto const control = request.Optional("dat:transactionControl", {"zbtCommitThreshold"})) {
-    if (control.attribute("zbtCommitThreshold").as_int() <= 0) {
-      throw Fault("zbtCommitThreshold must be positive");
-    }
+    threshold = control.attribute("zbtCommitThreshold").as_int();
+    if (threshold <= 0) throw Fault("zbtCommitThreshold must be positive");
   }
   request.End();
   pugi::xml_node imported = response.append_child("recordsImported");
-  // In strict mode one fault undoes all. Otherwise each record that fails is undone alone; so the
-  // threshold after which a server commits makes no difference that could be seen here.
-  std::optional<Transaction> all;
-  if (isStrict) all.emplace(store);
+  // In strict mode a fault undoes all since the last commit, and there is none before the end
+  // unless a threshold says so. Otherwise each record that fails is undone alone.
+  std::optional<Transaction> batch;
+  if (isStrict) batch.emplace(store);
+  int count = 0;
   Checker records(list);
   while (records.HasMore()) {
     pugi::xml_node const node = records.Next();
@@ -285,8 +286,12 @@ void SetRecordAttributes(Store& store, Checker& request, pugi::xml_node response
     } catch (Fault const&) {
       if (isStrict) throw;
     }
+    if (batch && threshold > 0 && ++count % threshold == 0) {
+      batch->Commit();
+      batch.emplace(store);
+    }
   }
-  if (all) all->Commit();
+  if (batch) batch->Commit();
 }
 
 void ModifyRecordLinks(Store& store, Checker& request, pugi::xml_node response) {

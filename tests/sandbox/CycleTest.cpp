@@ -99,12 +99,13 @@ SmartPtr<RangeDataType> RangeOf(double low, double high, std::string const& unit
 
 /// Imports the records; gives those that the server took in.
 std::vector<SmartPtr<NamedRecord>> Imported(std::vector<SmartPtr<ImportRecord>> const& records,
-                                            bool isStrict = true, std::string* fault = nullptr) {
+                                            bool isStrict = true, std::string* fault = nullptr,
+                                            int commitThreshold = -1) {
   auto const request = SetRecordAttributesRequest::CreateOne();
   request->AccessImportRecords() = records;
   request->SetImportErrorMode(isStrict ? ImportErrorModes::FaultAndRollbackOnAnyError
                                        : ImportErrorModes::LogAndContinueWherePossible);
-  request->SetCommitThreshold(10);
+  request->SetCommitThreshold(commitThreshold);
   SetRecordAttributesResponse response;
   Services().GetDataImportService()->SetRecordAttributesImplPtr()->SetRecordAttributes_Request(
       request, &response);
@@ -391,6 +392,9 @@ TEST(Import, RollsBackOrGoesOnAsTold) {
   EXPECT_THAT(Imported({good, bad}, true, &fault), IsEmpty());
   EXPECT_THAT(fault, HasSubstr("does not fit"));
   EXPECT_EQ(RecordNamed("Ash"), nullptr);
+  auto const early = NewIn("Wood", "Beech");
+  EXPECT_THAT(Imported({early, good, bad}, true, &fault, 1), IsEmpty());
+  EXPECT_NE(RecordNamed("Beech"), nullptr);  // committed before the fault
   EXPECT_THAT(Imported({good, bad}, false), SizeIs(1));
   EXPECT_NE(RecordNamed("Ash"), nullptr);
   EXPECT_EQ(RecordNamed("Elm"), nullptr);
