@@ -105,7 +105,7 @@ struct SeedDatabase {
   std::vector<SeedTable> tables;
 };
 
-std::vector<SeedDatabase> Content() {
+std::vector<SeedDatabase> Databases() {
   return {
       {"ENG_MATERIALS",
        "Engineering Materials",
@@ -287,19 +287,19 @@ INSERT INTO parameter_value SELECT id, 2, 'T6' FROM parameter WHERE name = 'Cond
 
 }  // namespace
 
-void Seed(Store& store) {
+void Seed(Store& store, Content content) {
   store.Run("BEGIN");
   store.Run(kSchema);
   AddUnits(store);
-  std::vector<SeedDatabase> const content = Content();
-  for (SeedDatabase const& database : content) {
+  std::vector<SeedDatabase> const databases = Databases();
+  for (SeedDatabase const& database : databases) {
     store.Insert("INSERT INTO database (key, name) VALUES (?, ?)", {database.key, database.name});
   }
   AddParameters(store);
-  for (SeedDatabase const& database : content) {
+  for (SeedDatabase const& database : databases) {
     for (SeedTable const& table : database.tables) AddTable(store, database, table);
   }
-  AddRecords(store);
+  AddRecords(store, content);
   store.Run("PRAGMA user_version = " + std::to_string(kSchemaVersion));
   store.Run("COMMIT");
 }

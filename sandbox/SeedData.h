@@ -18,7 +18,8 @@ std::string Trimmed(std::string const& text);
 /// Parts between the separators, trimmed; nothing for an empty text.
 std::vector<std::string> Split(std::string const& text, char separator);
 /// The lines of a data file in their "|"-separated columns, comments and empty lines left out.
-std::vector<std::vector<std::string>> Lines(char const* data);
+/// Lines that belong to the minimal content too begin with "*", which is taken off.
+std::vector<std::vector<std::string>> Lines(char const* data, Content content = Content::Full);
 /// A GUID made from a name, so that it is the same in every run.
 std::string GuidOf(std::string const& name);
 
@@ -35,6 +36,6 @@ struct NewRecord {
 int AddRecord(Store& store, NewRecord const& record);
 
 /// Fills the tables with records, values, versions and links.
-void AddRecords(Store& store);
+void AddRecords(Store& store, Content content);
 
 }  // namespace sandbox

@@ -309,9 +309,10 @@ class TableFiller {
   std::map<std::string, int> m_records;
 };
 
-void AddMaterials(TableFiller& materials) {
-  auto const lines = Lines(kMaterialData);
-  std::vector<std::string> const& columns = lines.at(0);
+void AddMaterials(TableFiller& materials, Content content) {
+  auto const lines = Lines(kMaterialData, content);
+  if (lines.empty()) return;
+  std::vector<std::string> const& columns = lines[0];
   for (auto line = lines.begin() + 1; line != lines.end(); ++line) {
     int const record = materials.AddIn(line->at(0), line->at(1), line->at(2));
     for (std::size_t i = 3; i < columns.size(); ++i) {
@@ -320,13 +321,13 @@ void AddMaterials(TableFiller& materials) {
   }
 }
 
-void AddElements(TableFiller& elements) {
+void AddElements(TableFiller& elements, Content content) {
   char const* const names[] = {
       "Symbol",        "Atomic number", "Atomic weight",     "Density at 20 degC",
       "Melting point", "Boiling point", "Crystal structure", "Electronegativity (Pauling)",
       "Discovered"};
   std::size_t const columns[] = {0, 2, 3, 4, 5, 6, 7, 8, 9};
-  for (std::vector<std::string> const& line : Lines(kElementData)) {
+  for (std::vector<std::string> const& line : Lines(kElementData, content)) {
     int const record = elements.AddIn("", line.at(0), line.at(1));
     for (std::size_t i = 0; i < std::size(columns); ++i) {
       std::string text = line.at(columns[i]);
@@ -350,7 +351,7 @@ void AddVersions(Store& store) {
   store.Run("UPDATE record SET state = 'Withdrawn' WHERE short_name = 'PEEK'");
 }
 
-void AddLinks(Store& store, std::map<std::string, TableFiller*> const& tables) {
+void AddLinks(Store& store, std::map<std::string, TableFiller*> const& tables, Content content) {
   struct Group {
     char const* name;
     char const* to;
@@ -368,7 +369,7 @@ void AddLinks(Store& store, std::map<std::string, TableFiller*> const& tables) {
         " WHERE f.name = 'Materials' AND t.name = ?",
         {group.name, group.reverse, group.standardName, group.to});
     std::string const id = store.LastId();
-    for (std::vector<std::string> const& line : Lines(kLinkData)) {
+    for (std::vector<std::string> const& line : Lines(kLinkData, content)) {
       if (line.at(0) != group.name) continue;
       // The first version of a record gives its history the identity.
       store.Insert(
@@ -396,11 +397,15 @@ std::vector<std::string> Split(std::string const& text, char separator) {
   return parts;
 }
 
-std::vector<std::vector<std::string>> Lines(char const* data) {
+std::vector<std::vector<std::string>> Lines(char const* data, Content content) {
   std::vector<std::vector<std::string>> lines;
+  if (content == Content::Empty) return lines;
   std::istringstream in(data);
   for (std::string line; std::getline(in, line);) {
-    if (!line.empty() && line[0] != '#') lines.push_back(Split(line, '|'));
+    if (line.empty() || line[0] == '#') continue;
+    bool const isMinimal = line[0] == '*';
+    if (content == Content::Minimal && !isMinimal) continue;
+    lines.push_back(Split(isMinimal ? line.substr(1) : line, '|'));
   }
   return lines;
 }
@@ -429,22 +434,22 @@ int AddRecord(Store& store, NewRecord const& record) {
   return std::stoi(id);
 }
 
-void AddRecords(Store& store) {
+void AddRecords(Store& store, Content content) {
   std::map<std::string, TableFiller*> tables;
   std::vector<std::unique_ptr<TableFiller>> fillers;
   for (std::string const name : {"Materials", "Processes", "Material Producers", "References"}) {
     fillers.push_back(std::make_unique<TableFiller>(store, kKey, name));
     tables[name] = fillers.back().get();
   }
-  AddMaterials(*tables.at("Materials"));
-  for (std::vector<std::string> const& line : Lines(kValueData)) {
+  AddMaterials(*tables.at("Materials"), content);
+  for (std::vector<std::string> const& line : Lines(kValueData, content)) {
     TableFiller& table = *tables.at(line.at(0));
     table.SetValue(table.Named(line.at(1)), line.at(2), line.at(3));
   }
-  AddVersions(store);
-  AddLinks(store, tables);
+  if (content != Content::Empty) AddVersions(store);
+  AddLinks(store, tables, content);
   TableFiller elements(store, "ELEMENTS", "Elements");
-  AddElements(elements);
+  AddElements(elements, content);
 }
 
 void AddGeneratedRecords(Store& store, int count) {

@@ -36,14 +36,14 @@ void Transaction::Commit() {
   m_isOpen = false;
 }
 
-Store::Store(std::string const& file) {
+Store::Store(std::string const& file, Content content) {
   sqlite3* handle = nullptr;
   int const code = sqlite3_open(file.c_str(), &handle);
   m_handle.reset(handle);
   if (code != SQLITE_OK) Fail("cannot open " + file);
   sqlite3_extended_result_codes(handle, 1);
   Run("PRAGMA foreign_keys = ON");
-  if (Only("SELECT count(*) FROM sqlite_master").Int(0) == 0) Seed(*this);
+  if (Only("SELECT count(*) FROM sqlite_master").Int(0) == 0) Seed(*this, content);
   if (Only("PRAGMA user_version").Int(0) != kSchemaVersion) {
     throw std::runtime_error(file + " is not a database of this version of lumo-sandbox");
   }

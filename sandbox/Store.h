@@ -30,6 +30,10 @@ class Row {
   std::vector<std::string> m_columns;
 };
 
+/// What a new database gets: the tables without records, a few records of every kind for tests, or
+/// everything.
+enum class Content { Empty, Minimal, Full };
+
 struct Table {
   int id = 0;
   std::string guid;
@@ -41,9 +45,10 @@ struct Table {
 /// The server's data in SQLite. Not thread-safe: the server calls it one request at a time.
 class Store {
  public:
-  /// Opens the file, or a private database in memory for ":memory:"; fills an empty one. Throws
-  /// std::runtime_error, also when the file holds something else or data of another version.
-  explicit Store(std::string const& file);
+  /// Opens the file, or a private database in memory for ":memory:"; fills an empty one with that
+  /// content. Throws std::runtime_error, also when the file holds something else or data of another
+  /// version.
+  explicit Store(std::string const& file, Content content = Content::Minimal);
 
   std::vector<Row> Rows(std::string const& sql, std::vector<std::string> const& values = {});
   /// The first row; throws `std::runtime_error` when there is none.
@@ -84,7 +89,7 @@ class Store {
 constexpr int kSchemaVersion = 2;
 
 /// Makes the tables and fills them with what the sandbox ships.
-void Seed(Store& store);
+void Seed(Store& store, Content content);
 /// Adds a folder of so many made-up materials, for trials with many records.
 void AddGeneratedRecords(Store& store, int count);
 

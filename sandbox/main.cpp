@@ -25,7 +25,9 @@ constexpr char kUsage[] =
 
 usage: lumo-sandbox [options]
   --port N         listen on 127.0.0.1:N; 0, the default, takes any free port
-  --database FILE  keep the data in this SQLite file; default is memory
+  --db FILE        keep the data in this SQLite file; default is memory
+  --seed CONTENT   what new data hold: empty (tables without records), minimal (a few records of
+                   every kind) or full, the default
   --records N      add N made-up materials, for trials with many records
   --ttl SECONDS    stop after this time; 0, the default, runs until stopped
   --stop-on-eof    stop when standard input is closed
@@ -43,6 +45,7 @@ struct Options {
   int records = 0;
   bool stopOnEof = false;
   std::string database = ":memory:";
+  sandbox::Content content = sandbox::Content::Full;
 };
 
 class UsageError : public std::runtime_error {
@@ -57,6 +60,13 @@ int Number(std::string_view option, std::string_view text, int most) {
     throw UsageError(std::string(option) + " takes a number from 0 to " + std::to_string(most));
   }
   return value;
+}
+
+sandbox::Content ContentOf(std::string_view word) {
+  if (word == "empty") return sandbox::Content::Empty;
+  if (word == "minimal") return sandbox::Content::Minimal;
+  if (word == "full") return sandbox::Content::Full;
+  throw UsageError("--seed takes empty, minimal or full");
 }
 
 Options ReadOptions(int count, char** texts) {
@@ -75,9 +85,11 @@ Options ReadOptions(int count, char** texts) {
       options.port = Number(option, value(), 65535);
     } else if (option == "--ttl") {
       options.ttlSeconds = Number(option, value(), 1'000'000);
-    } else if (option == "--database") {
+    } else if (option == "--db") {
       options.database = value();
-      if (options.database.empty()) throw UsageError("--database takes the name of a file");
+      if (options.database.empty()) throw UsageError("--db takes the name of a file");
+    } else if (option == "--seed") {
+      options.content = ContentOf(value());
     } else if (option == "--records") {
       options.records = Number(option, value(), 1'000'000);
     } else if (option == "--stop-on-eof") {
@@ -149,7 +161,7 @@ int main(int count, char** texts) try {
   }
   FillStandardStreams();
   int const signals = StopSignals();
-  sandbox::Store store(options.database);
+  sandbox::Store store(options.database, options.content);
   if (options.records > 0) sandbox::AddGeneratedRecords(store, options.records);
   sandbox::Server server(store);
   int const port = server.Start(options.port);
