@@ -1,7 +1,5 @@
 #include "Server.h"
 
-#include <httplib.h>
-
 #include <sys/socket.h>
 
 #include <chrono>
@@ -10,8 +8,10 @@
 #include <stdexcept>
 #include <string_view>
 #include <thread>
+#include <utility>
 
 #include "Data.h"
+#include "HttpServer.h"
 #include "Operations.h"
 #include "Soap.h"
 #include "WellFormed.h"
@@ -151,13 +151,14 @@ std::string Answer(Store& store, std::mutex& storeMutex, Service const& service,
 }  // namespace
 
 struct Server::Http {
-  httplib::Server server;
+  HttpServer server;
   std::mutex store;  // held by the operation that uses the store
   std::thread thread;
 };
 
-Server::Server(Store& store) : m_store(store), m_http(std::make_unique<Http>()) {
-  httplib::Server& server = m_http->server;
+Server::Server(Store& store, ServerOptions options)
+    : m_store(store), m_options(std::move(options)), m_http(std::make_unique<Http>()) {
+  HttpServer& server = m_http->server;
   server.new_task_queue = [] { return new httplib::ThreadPool(kConnections); };
   server.set_tcp_nodelay(true);
   server.set_keep_alive_max_count(kCallsPerConnection);
@@ -219,7 +220,7 @@ Server::Server(Store& store) : m_store(store), m_http(std::make_unique<Http>()) 
 Server::~Server() { Stop(); }
 
 int Server::Start(int port) {
-  httplib::Server& server = m_http->server;
+  HttpServer& server = m_http->server;
   int bound = port;
   if (port == 0) {
     bound = server.bind_to_any_port("127.0.0.1");
@@ -228,7 +229,7 @@ int Server::Start(int port) {
   }
   if (bound <= 0) throw std::runtime_error("cannot listen on 127.0.0.1:" + std::to_string(port));
   m_store.SetUrl("http://127.0.0.1:" + std::to_string(bound));
-  m_http->thread = std::thread([&server] { server.listen_after_bind(); });
+  m_http->thread = std::thread([&server] { server.Listen(); });
   // Stop() reaches only a server that runs; connections made before are not lost.
   while (!server.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   return bound;
@@ -236,7 +237,7 @@ int Server::Start(int port) {
 
 void Server::Stop() {
   if (!m_http->thread.joinable()) return;
-  m_http->server.stop();
+  m_http->server.Stop();
   m_http->thread.join();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <memory>
 #include <string>
 
@@ -7,10 +8,19 @@
 
 namespace sandbox {
 
+enum class LogOn { None, Basic, Digest };
+
+struct ServerOptions {
+  LogOn logOn = LogOn::None;
+  std::string user = "lumo";
+  std::string password;
+  std::ostream* log = nullptr;  ///< takes a report of every request; outlives the server
+};
+
 /// The five endpoints over HTTP on 127.0.0.1.
 class Server {
  public:
-  explicit Server(Store& store);
+  explicit Server(Store& store, ServerOptions options = {});
   ~Server();
   Server(Server const&) = delete;
   Server& operator=(Server const&) = delete;
@@ -18,11 +28,13 @@ class Server {
   /// Starts to answer on that port, on any free one for 0; returns the port. Throws
   /// std::runtime_error when it cannot.
   int Start(int port);
+  /// Comes back at once, whoever is connected, or when the call that uses the store has ended.
   void Stop();
 
  private:
   struct Http;
   Store& m_store;
+  ServerOptions m_options;
   std::unique_ptr<Http> m_http;
 };
 

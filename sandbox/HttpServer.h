@@ -1,0 +1,61 @@
+#pragma once
+
+#include <httplib.h>
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace sandbox {
+
+/// One client's connection. Reading and writing wait no longer than the server runs.
+class Connection : public httplib::Stream {
+ public:
+  using Timeout = std::chrono::milliseconds;
+
+  /// Takes over the socket. The descriptor `stop` becomes readable when the server stops.
+  Connection(int socket, int stop, Timeout timeout);
+  ~Connection() override;
+  Connection(Connection const&) = delete;
+  Connection& operator=(Connection const&) = delete;
+
+  /// Waits for the first byte of a request; false when none came in time.
+  bool AwaitsRequest(Timeout timeout) const;
+
+  bool is_readable() const override;
+  bool is_writable() const override;
+  ssize_t read(char* bytes, std::size_t size) override;
+  ssize_t write(char const* bytes, std::size_t size) override;
+  void get_remote_ip_and_port(std::string& ip, int& port) const override;
+  void get_local_ip_and_port(std::string& ip, int& port) const override;
+  socket_t socket() const override { return m_socket; }
+
+ private:
+  bool WaitFor(short event, Timeout timeout) const;
+
+  int m_socket;
+  int m_stop;
+  Timeout m_timeout;
+  std::array<char, 16 * 1024> m_input{};
+  std::size_t m_inputBegin = 0;
+  std::size_t m_inputEnd = 0;
+};
+
+/// An HTTP server that stops at once, whoever is connected.
+class HttpServer : public httplib::Server {
+ public:
+  HttpServer();
+  ~HttpServer() override;
+
+  void Listen();
+  void Stop();
+
+ private:
+  bool process_and_close_socket(socket_t socket) override;
+
+  int m_stop;  // descriptor that is readable from Stop() to Listen()
+};
+
+}  // namespace sandbox
