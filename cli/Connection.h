@@ -1,0 +1,102 @@
+#pragma once
+
+#include <exception>
+#include <memory>
+#include <string>
+
+#include <lumo/LumoServiceLayer.h>
+
+#include "cli/Failure.h"
+
+namespace cli {
+
+/// Which server, and how to log on.
+struct ServerOptions {
+  std::string url;
+  bool useSandbox = false;
+  std::string sandboxFile = ":memory:";
+  std::string user;  ///< empty for an anonymous log-on
+  std::string domain;
+  std::string passwordFile;
+  bool useTicket = false;
+  std::string caFile;
+  std::string proxy;
+  int timeoutSeconds = 300;  ///< longest silence of the server; 0 waits for ever
+  bool isVerbose = false;
+};
+
+/// The password from the file, from LUMO_PASSWORD or, on a terminal, from the user, in this order.
+/// Throws `Failure` when there is none.
+std::string PasswordOf(ServerOptions const& options);
+
+/// A sandbox server inside this process; it ends with the object.
+class InnerSandbox {
+ public:
+  /// Keeps the data in that file, or in memory for ":memory:".
+  explicit InnerSandbox(std::string const& file);
+  ~InnerSandbox();
+  std::string const& Url() const;
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> m_parts;
+};
+
+/// One connection to the server; a thread has one of its own. Every way in which a call can fail
+/// ends in a `Failure` that says in one line what is wrong.
+class Connection {
+ public:
+  /// `password` is of no matter without a user.
+  Connection(ServerOptions const& options, std::string const& password);
+  Connection(Connection const&) = delete;
+  Connection& operator=(Connection const&) = delete;
+
+  SmartPtr<BrowseService> Browse() const { return m_services.GetBrowseService(); }
+  SmartPtr<SearchService> Search() const { return m_services.GetSearchService(); }
+  SmartPtr<DataExportService> Export() const { return m_services.GetDataExportService(); }
+  SmartPtr<DataImportService> Import() const { return m_services.GetDataImportService(); }
+  SmartPtr<EngineeringDataService> Engineering() const {
+    return m_services.GetEngineeringDataService();
+  }
+
+  /// Makes a call and gives its response:
+  ///
+  ///     auto response = connection.Ask<GetTablesResponse>(
+  ///         [&](auto* into) { connection.Browse()->GetGetTablesImpl()->RequestTables(request,
+  ///         into); });
+  template <class Response, class Call>
+  SmartPtr<Response> Ask(Call call) {
+    SmartPtr<Response> response = Response::CreateOne();
+    m_log.Clear();
+    try {
+      call(response.get());
+    } catch (std::exception const& error) {  // a value in the reply does not convert
+      throw Failure(ExitCode::NotUnderstood,
+                    std::string("the reply holds a value that is none: ") + error.what());
+    }
+    Check(*response->GetServiceLayerResponse());
+    return response;
+  }
+
+ private:
+  /// Keeps the error of a call, and shows the times of calls when asked to.
+  class CallLog : public ILogger {
+   public:
+    explicit CallLog(bool isVerbose) : m_isVerbose(isVerbose) {}
+    void Log(int level, std::string const& message) override;
+    void Clear() { m_error.clear(); }
+    std::string const& Error() const { return m_error; }
+
+   private:
+    bool m_isVerbose;
+    std::string m_error;
+  };
+
+  void Check(ServiceLayerResponse const& outcome) const;
+
+  std::string m_url;
+  CallLog m_log;
+  LumoServiceLayerServices m_services;
+};
+
+}  // namespace cli

@@ -1,0 +1,52 @@
+#include "cli/Csv.h"
+
+#include <csv.h>
+
+#include <exception>
+#include <utility>
+
+#include "cli/Failure.h"
+
+namespace cli {
+namespace {
+
+struct Reading {
+  std::function<void(std::vector<std::string> const&)> const& row;
+  std::vector<std::string> cells;
+  std::exception_ptr fault;  // none may cross the parser
+
+  void AddCell(char const* text, std::size_t length) { cells.emplace_back(text, length); }
+  void EndRow() {
+    try {
+      if (!fault) row(cells);
+    } catch (...) {
+      fault = std::current_exception();
+    }
+    cells.clear();
+  }
+};
+
+}  // namespace
+
+void ReadCsv(std::string const& text,
+             std::function<void(std::vector<std::string> const& cells)> const& row) {
+  csv_parser parser;
+  csv_init(&parser, CSV_STRICT | CSV_STRICT_FINI);
+  csv_set_space_func(&parser, [](unsigned char) { return 0; });  // blanks belong to the cell
+  Reading reading = {row, {}, nullptr};
+  auto const addCell = [](void* cell, std::size_t length, void* to) {
+    static_cast<Reading*>(to)->AddCell(static_cast<char const*>(cell), length);
+  };
+  auto const endRow = [](int, void* to) { static_cast<Reading*>(to)->EndRow(); };
+  constexpr char kMark[] = "\xEF\xBB\xBF";
+  std::size_t const begin = text.compare(0, 3, kMark) == 0 ? 3 : 0;
+  std::size_t const length = text.size() - begin;
+  bool const isWhole =
+      csv_parse(&parser, text.data() + begin, length, addCell, endRow, &reading) == length &&
+      csv_fini(&parser, addCell, endRow, &reading) == 0;
+  csv_free(&parser);
+  if (reading.fault) std::rethrow_exception(reading.fault);
+  if (!isWhole) throw UsageFailure("the CSV has a misplaced quotation mark");
+}
+
+}  // namespace cli

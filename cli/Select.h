@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "cli/Commands.h"
+#include "cli/Criteria.h"
+#include "cli/Names.h"
+
+namespace cli {
+
+std::vector<Entry> EntriesOf(SimpleTextSearchResponse const& found);
+
+/// What a text search or a search by conditions finds in a table.
+std::vector<Entry> SearchTable(Connection& connection, TableOf& table, Selection const& what);
+
+/// Hands out the chosen records of a table in chunks, with their folders: those that were named or
+/// found, or else the whole tree, folder by folder.
+class RecordSource {
+ public:
+  RecordSource(Connection& connection, TableOf& table, Selection const& what, int chunk);
+  /// Null at the end.
+  std::optional<std::vector<Entry>> Next();
+  /// How many there will be; 0 when nobody knows.
+  std::size_t Total() const { return m_entries.size(); }
+
+ private:
+  std::vector<Entry> NextOfTree();
+
+  Connection& m_connection;
+  std::size_t m_chunk;
+  std::vector<Entry> m_entries;
+  std::size_t m_next = 0;
+  std::optional<TreeWalk> m_walk;
+  FolderFinder m_folders;
+};
+
+}  // namespace cli

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cli {
+
+/// The text on one line, without characters that would steer a terminal.
+std::string OneLine(std::string_view text);
+/// Columns that UTF-8 text takes on a terminal, a character counting as one.
+std::size_t Width(std::string_view text);
+std::string Trimmed(std::string_view text);
+/// ASCII letters only.
+bool EqualIgnoringCase(std::string_view a, std::string_view b);
+
+/// The shortest text that reads as the same number, whatever the locale.
+std::string NumberText(double value);
+/// At most that many significant digits, for reading.
+std::string NumberText(double value, int digits);
+/// Reads the whole text as a number; false when it is none. "1,5" and "1e3x" are none.
+bool ReadNumber(std::string_view text, double& value);
+bool ReadInteger(std::string_view text, int& value);
+
+/// "; did you mean "x"?" for the word that is most like the text, or nothing when none is.
+std::string Suggestion(std::string_view text, std::vector<std::string> const& words);
+
+}  // namespace cli
