@@ -16,6 +16,7 @@ namespace sandbox {
 namespace {
 
 constexpr char kKey[] = "ENG_MATERIALS";
+constexpr int kGeneratedInFolder = 1000;
 /// A picture of one pixel in PNG.
 constexpr char kPixel[] =
     "iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwADhgGAWjR9awAAAABJRU5ErkJg"
@@ -457,9 +458,14 @@ void AddGeneratedRecords(Store& store, int count) {
   Table const table = FindTable(store, {0, "", "Materials", kKey});
   int const root =
       Records(store, "r.table_id = ? AND r.parent_id IS NULL", {std::to_string(table.id)}).at(0).id;
-  int const folder = AddRecord(store, {table.id, root, "Generated", "Generated records", true});
+  int const top = AddRecord(store, {table.id, root, "Generated", "Generated records", true});
+  int folder = top;
   for (int i = 1; i <= count; ++i) {
     std::string const number = std::to_string(i);
+    if (i % kGeneratedInFolder == 1) {
+      std::string const name = "From " + number;
+      folder = AddRecord(store, {table.id, top, name, name, true});
+    }
     int const record =
         AddRecord(store, {table.id, folder, "GEN-" + number, "Generated material " + number});
     auto const set = [&](std::string const& name, std::string const& text) {

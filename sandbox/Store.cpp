@@ -7,6 +7,8 @@
 namespace sandbox {
 namespace {
 
+constexpr std::size_t kKeptStatements = 500;
+
 std::string ColumnText(sqlite3_stmt* row, int column) {
   auto const* const text = reinterpret_cast<char const*>(sqlite3_column_text(row, column));
   return text == nullptr ? std::string() : std::string(text);
@@ -113,12 +115,17 @@ void Store::Insert(std::string const& sql, std::vector<std::string> const& value
 }
 
 Store::Statement Store::Prepare(std::string const& sql, std::vector<std::string> const& values) {
-  sqlite3_stmt* made = nullptr;
-  if (sqlite3_prepare_v2(m_handle.get(), sql.c_str(), -1, &made, nullptr) != SQLITE_OK) Fail(sql);
-  Statement statement(made);
+  if (m_statements.size() == kKeptStatements) m_statements.clear();  // none is in use now
+  auto& known = m_statements[sql];
+  if (!known) {
+    sqlite3_stmt* made = nullptr;
+    if (sqlite3_prepare_v2(m_handle.get(), sql.c_str(), -1, &made, nullptr) != SQLITE_OK) Fail(sql);
+    known.reset(made);
+  }
+  Statement statement(known.get());
   for (std::size_t i = 0; i < values.size(); ++i) {
     int const length = static_cast<int>(values[i].size());
-    sqlite3_bind_text(made, static_cast<int>(i) + 1, values[i].data(), length, SQLITE_TRANSIENT);
+    sqlite3_bind_text(known.get(), static_cast<int>(i) + 1, values[i].data(), length, SQLITE_TRANSIENT);
   }
   return statement;
 }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -76,12 +77,18 @@ class Store {
   struct Finalize {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
   };
-  using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
+  struct Reset {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_reset(statement); }
+  };
+  /// A statement in use; it goes back to the others when it is done.
+  using Statement = std::unique_ptr<sqlite3_stmt, Reset>;
 
   Statement Prepare(std::string const& sql, std::vector<std::string> const& values);
   [[noreturn]] void Fail(std::string const& what) const;
 
   std::unique_ptr<sqlite3, Close> m_handle;
+  /// Statements by their text; compiling one takes longer than running it.
+  std::unordered_map<std::string, std::unique_ptr<sqlite3_stmt, Finalize>> m_statements;
   std::string m_url;
 };
 
