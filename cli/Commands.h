@@ -69,7 +69,7 @@ struct GetOptions {
   std::vector<std::string> attributes;
   std::string unitSystem;
   std::string currency;
-  bool withFiles = true;  ///< files and pictures as data, not as addresses
+  bool withoutFiles = false;  ///< addresses instead of files and pictures
 };
 void Get(Context& context, GetOptions const& options);
 

@@ -1,4 +1,5 @@
-#include <algorithm>
+#include <unistd.h>
+
 #include <map>
 #include <string>
 #include <utility>
@@ -200,18 +201,19 @@ void Get(Context& context, GetOptions const& options) {
   auto const units = UnitsOf(options);
   ConvertUnits(*connection, table.Key(), units, columns);
   bool const isText = context.output.format == Format::Text;
-  Reader const reader(columns, units, options.withFiles && !isText);
+  Reader const reader(columns, units, !options.withoutFiles && !isText);
 
   RecordSource source(*connection, table, options.what, context.chunk);
   Writer writer(context, columns);
   Progress progress("records", source.Total(), context.isQuiet);
+  bool const isOnTerminal = context.output.file.empty() && isatty(STDOUT_FILENO) == 1;
   using Rows = std::vector<RecordValues>;
   Work<std::vector<Entry>, Rows> work([&] { return source.Next(); },
                                       [&](Connection& worker, std::vector<Entry> const& chunk) {
                                         return reader.Read(worker, chunk);
                                       },
                                       [&](Rows&& rows) {
-                                        progress.Clear();  // the data may go to the same terminal
+                                        if (isOnTerminal) progress.Clear();
                                         for (RecordValues const& row : rows) writer.Write(row);
                                         if (!isText) writer.Flush();
                                         progress.Add(rows.size());
@@ -220,6 +222,7 @@ void Get(Context& context, GetOptions const& options) {
     work.Run(context.ConnectAll());
   } catch (Failure const& failure) {
     progress.Clear();
+    if (*failure.what() == '\0') throw;  // nobody reads on
     writer.Finish();
     bool const isPartly = progress.Done() > 0 && failure.Code() != ExitCode::Interrupted;
     throw Failure(
@@ -231,6 +234,9 @@ void Get(Context& context, GetOptions const& options) {
 }
 
 void Search(Context& context, SearchOptions const& options) {
+  if (options.name.empty() && options.what.text.empty() && options.what.conditions.empty()) {
+    throw UsageFailure("say what to search for: --text, --name or --where");
+  }
   auto const connection = context.Connect();
   TableOf table(*connection, options.what.database, options.what.table);
   std::vector<Entry> found;

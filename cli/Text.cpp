@@ -9,6 +9,8 @@
 namespace cli {
 namespace {
 
+constexpr std::size_t kFewWords = 8;
+
 char Lower(char c) { return static_cast<char>(std::tolower(static_cast<unsigned char>(c))); }
 
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
@@ -93,7 +95,11 @@ std::string Suggestion(std::string_view text, std::vector<std::string> const& wo
     least = distance;
     best = word;
   }
-  return best.empty() ? "" : "; did you mean \"" + best + "\"?";
+  if (!best.empty()) return "; did you mean \"" + best + "\"?";
+  if (words.empty() || words.size() > kFewWords) return "";
+  std::string all;
+  for (std::string const& word : words) all += (all.empty() ? "; there is " : ", ") + word;
+  return all;
 }
 
 }  // namespace cli

@@ -22,7 +22,8 @@ std::string NumberText(double value, int digits);
 bool ReadNumber(std::string_view text, double& value);
 bool ReadInteger(std::string_view text, int& value);
 
-/// "; did you mean "x"?" for the word that is most like the text, or nothing when none is.
+/// "; did you mean "x"?" for the word that is most like the text, or all of a few words when none
+/// is.
 std::string Suggestion(std::string_view text, std::vector<std::string> const& words);
 
 }  // namespace cli

@@ -58,11 +58,13 @@ class HelpFormatter : public CLI::Formatter {
   }
   std::string make_option_opts(CLI::Option const* option) const override {
     if (option->get_type_size() == 0) return "";
-    std::string text = " " + option->get_type_name();
-    if (option->get_expected_max() > 1) text += " ...";
-    return text;
+    std::string const type = option->get_type_name();
+    return (type.empty() ? "" : " " + type) + (option->get_expected_max() > 1 ? " ..." : "");
   }
 };
+
+/// A range that help texts do not repeat.
+CLI::Validator Between(int least, int most) { return CLI::Range(least, most).description(""); }
 
 /// The command line and what it says.
 class CommandLine {
@@ -72,7 +74,6 @@ class CommandLine {
     m_app.get_formatter()->column_width(32);
     m_app.set_version_flag("--version", "lumo " LUMO_CLI_VERSION, "print the version");
     m_app.set_help_flag("-h,--help", "print this");
-    m_app.require_subcommand(1);
     m_app.fallthrough();
     m_app.footer(kEnvironment);
     AddServerOptions();
@@ -82,6 +83,7 @@ class CommandLine {
   /// Runs the command; throws `Failure`, and CLI::Error for what is printed or misused.
   void Run(int count, char** texts) {
     m_app.parse(count, texts);
+    if (!m_run) throw UsageFailure("no command; see lumo --help");
     ServerOptions& server = m_context.server;
     bool const isUnnamed = server.url.empty();
     if (!server.useSandbox && isUnnamed) {
@@ -104,18 +106,16 @@ class CommandLine {
   }
 
  private:
-  using Flags = std::map<std::string, Format>;
-
   void AddServerOptions() {
     ServerOptions& server = m_context.server;
-    auto* const group = m_app.add_option_group("Server");
-    auto* const url = group->add_option("--url", server.url, "address of the server")
-                          ->envname("LUMO_URL")
-                          ->type_name("URL");
-    group->add_flag("--sandbox", server.useSandbox,
-                    "use a server with made-up data inside this command");
-    group
-        ->add_option_function<std::string>(
+    m_app.option_defaults()->group("Server");
+    m_app.add_option("--url", server.url, "address of the server")
+        ->envname("LUMO_URL")
+        ->type_name("URL");
+    m_app.add_flag("--sandbox", server.useSandbox,
+                   "use a server with made-up data inside this command");
+    m_app
+        .add_option_function<std::string>(
             "--sandbox-file",
             [&server](std::string const& file) {
               server.useSandbox = true;
@@ -123,49 +123,51 @@ class CommandLine {
             },
             "like --sandbox, and keep its data in this file")
         ->type_name("FILE");
-    group->add_option("--user", server.user, "user to log on as")
+    m_app.add_option("--user", server.user, "user to log on as")
         ->envname("LUMO_USER")
         ->type_name("NAME");
-    group->add_option("--domain", server.domain, "domain of the user")->type_name("NAME");
-    group
-        ->add_option("--password-file", server.passwordFile,
-                     "file whose first line is the password")
+    m_app.add_option("--domain", server.domain, "domain of the user")->type_name("NAME");
+    m_app
+        .add_option("--password-file", server.passwordFile, "file whose first line is the password")
         ->envname("LUMO_PASSWORD_FILE")
         ->type_name("FILE");
-    group->add_flag("--ticket", server.useTicket, "log on with the ticket of the current user");
-    group->add_option("--ca-file", server.caFile, "certificates to trust, in PEM form")
+    m_app.add_flag("--ticket", server.useTicket, "log on with the ticket of the current user");
+    m_app.add_option("--ca-file", server.caFile, "certificates to trust, in PEM form")
         ->type_name("FILE");
-    group->add_option("--proxy", server.proxy, "address of a proxy")->type_name("URL");
-    group
-        ->add_option("--timeout", server.timeoutSeconds,
-                     "longest silence of the server, 0 for any (300)")
-        ->check(CLI::Range(0, 1'000'000))
+    m_app.add_option("--proxy", server.proxy, "address of a proxy")->type_name("URL");
+    m_app
+        .add_option("--timeout", server.timeoutSeconds,
+                    "longest silence of the server, 0 for any (300)")
+        ->check(Between(0, 1'000'000))
         ->type_name("SECONDS");
-    group->add_flag("-v,--verbose", server.isVerbose, "print the times of calls");
-    group->add_flag("-q,--quiet", m_context.isQuiet, "print neither progress nor notes");
-    static_cast<void>(url);
+    m_app.add_flag("-v,--verbose", server.isVerbose, "print the times of calls");
+    m_app.add_flag("-q,--quiet", m_context.isQuiet, "print neither progress nor notes");
+    m_app.option_defaults()->group("Options");
   }
 
   CLI::App* Add(char const* name, char const* what, char const* examples,
                 std::function<void()> run) {
     CLI::App* const command = m_app.add_subcommand(name, what);
-    command->footer(std::string("Examples:\n") + examples);
+    command->footer(std::string("Examples:\n") + examples +
+                    "\n\nThe options that choose the server stand in lumo --help.");
     command->callback([this, run = std::move(run)] { m_run = run; });
     return command;
   }
 
   void AddOutput(CLI::App* command, bool withPlot = false) {
-    Flags formats = {{"text", Format::Text},
-                     {"csv", Format::Csv},
-                     {"json", Format::JsonArray},
-                     {"ndjson", Format::NdJson}};
-    std::string names = "text, csv, json or ndjson";
-    if (withPlot) {
-      formats["plot"] = Format::Plot;
-      names = "text, csv, json, ndjson, or plot, which draws curves";
-    }
-    command->add_option("-f,--format", m_context.output.format, names + " (text)")
-        ->transform(CLI::CheckedTransformer(formats, CLI::ignore_case).description(""))
+    std::map<std::string, Format> formats = {{"text", Format::Text},
+                                             {"csv", Format::Csv},
+                                             {"json", Format::JsonArray},
+                                             {"ndjson", Format::NdJson}};
+    if (withPlot) formats["plot"] = Format::Plot;
+    std::string const names = withPlot ? "text, csv, json, ndjson, or plot, which draws curves"
+                                       : "text, csv, json or ndjson";
+    auto const choose = [this, formats, names](std::string const& word) {
+      auto const found = formats.find(word);
+      if (found == formats.end()) throw CLI::ValidationError("--format takes " + names);
+      m_context.output.format = found->second;
+    };
+    command->add_option_function<std::string>("-f,--format", choose, names + " (text)")
         ->type_name("FORMAT");
     AddFile(command);
     command->add_flag("--no-headings", m_context.output.isBare, "leave the headings out");
@@ -272,7 +274,7 @@ class CommandLine {
         ->type_name("PATH");
     tree->add_option("--subset", m_tree.from.subset, "records of a subset")->type_name("NAME");
     tree->add_option("--depth", m_tree.depth, "levels to print")
-        ->check(CLI::Range(1, 1'000'000))
+        ->check(Between(1, 1'000'000))
         ->type_name("N");
     AddOutput(tree);
 
@@ -333,9 +335,9 @@ class CommandLine {
         ->type_name("NAME")
         ->allow_extra_args(false);
     AddUnits(get, m_get);
-    get->add_flag("!--no-files", m_get.withFiles, "addresses instead of files and pictures");
+    get->add_flag("--no-files", m_get.withoutFiles, "addresses instead of files and pictures");
     get->add_option("-j,--jobs", m_context.jobs, "connections to read over (4)")
-        ->check(CLI::Range(1, 64))
+        ->check(Between(1, 64))
         ->type_name("N");
     AddChunk(get);
     AddOutput(get, true);
@@ -343,7 +345,7 @@ class CommandLine {
 
   void AddChunk(CLI::App* command) {
     command->add_option("--chunk", m_context.chunk, "records in a call (100)")
-        ->check(CLI::Range(1, 100'000))
+        ->check(Between(1, 100'000))
         ->type_name("N");
   }
 
