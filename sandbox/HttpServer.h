@@ -14,7 +14,7 @@ struct Traffic {
   std::size_t bytesIn = 0;
   std::size_t bytesOut = 0;
   std::chrono::steady_clock::time_point begin;
-  std::string body;  ///< as far as somebody kept it for the log
+  std::string body;  ///< of a service call
 };
 
 /// One client's connection. Reading and writing wait no longer than the server runs.

@@ -276,8 +276,8 @@ void Server::Http::AnswerCalls(Service const& service) {
                 int status = 500;
                 std::string reply;
                 try {
-                  std::string text = ReadBody(request, read);
-                  Connection::Current().OfRequest().body = text;
+                  std::string& text = Connection::Current().OfRequest().body;
+                  text = ReadBody(request, read);
                   if (planned && ReplacesReply(*planned, response)) return;
                   reply = Answer(store, storeMutex, service, operation, request, text);
                   status = 200;
@@ -287,7 +287,7 @@ void Server::Http::AnswerCalls(Service const& service) {
                   reply = FaultReply(Blame::Server, error.what());
                 }
                 response.status = status;  // the reader of the body may have set another one
-                SetReply(response, reply, planned);
+                SetReply(response, std::move(reply), planned);
               });
 }
 

@@ -56,14 +56,15 @@ struct Client {
     std::string body;
   };
   Client() { curl_easy_setopt(easy.get(), CURLOPT_HTTPAUTH, CURLAUTH_DIGEST | CURLAUTH_BASIC); }
-  Reply Send(char const* method, std::string const& url, char const* body = nullptr) {
+  Reply Send(char const* method, std::string const& url, std::string const& body = "") {
     auto const append = +[](char* bytes, std::size_t, std::size_t count, std::string* to) {
       to->append(bytes, count);
       return count;
     };
     Reply reply;
     curl_easy_setopt(easy.get(), CURLOPT_URL, url.c_str());
-    if (body != nullptr) curl_easy_setopt(easy.get(), CURLOPT_POSTFIELDS, body);
+    if (body.empty()) curl_easy_setopt(easy.get(), CURLOPT_HTTPGET, 1L);
+    if (!body.empty()) curl_easy_setopt(easy.get(), CURLOPT_COPYPOSTFIELDS, body.c_str());
     curl_easy_setopt(easy.get(), CURLOPT_CUSTOMREQUEST, method);
     curl_easy_setopt(easy.get(), CURLOPT_WRITEFUNCTION, append);
     curl_easy_setopt(easy.get(), CURLOPT_WRITEDATA, &reply.body);
@@ -213,7 +214,7 @@ TEST(Faults, AreRefusedWhenTheyMakeNoSense) {
            {"* stall 5s", "stall takes a number from 0 to 3600"},
            {"* html x0", "x takes a number from 1 to 1000000"},
            {"* cut 5 x2 y", "\"y\" is too much"}}) {
-    auto const reply = client.Send("PUT", url, (std::string("* html\n") + line).c_str());
+    auto const reply = client.Send("PUT", url, std::string("* html\n") + line);
     EXPECT_EQ(reply.status, 400) << line;
     EXPECT_EQ(reply.body, std::string("line 2: ") + complaint + "\n");
   }
