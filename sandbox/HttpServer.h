@@ -58,7 +58,7 @@ class Connection : public httplib::Stream {
   int m_socket;
   int m_stop;
   Timeout m_timeout;
-  std::array<char, 16 * 1024> m_input{};
+  std::array<char, 16384> m_input{};
   std::size_t m_inputBegin = 0;
   std::size_t m_inputEnd = 0;
   Traffic m_traffic;

@@ -212,7 +212,8 @@ void SetReply(httplib::Response& response, std::string reply,
     reply.insert(reply.find('<', reply.size() / 2), "<>");
   }
   if (!fault || fault->kind != PlannedFault::Kind::Cut) {
-    response.set_content(std::move(reply), kReplyType);
+    response.body = std::move(reply);
+    response.set_header("Content-Type", kReplyType);
     return;
   }
   std::size_t const size = reply.size();
