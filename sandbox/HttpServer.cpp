@@ -26,18 +26,46 @@ void ReadName(int (*getName)(int, sockaddr*, socklen_t*), int socket, std::strin
   port = ntohs(address.sin_port);
 }
 
+thread_local Connection* current = nullptr;
+
 }  // namespace
 
 Connection::Connection(int socket, int stop, Timeout timeout)
-    : m_socket(socket), m_stop(stop), m_timeout(timeout) {}
+    : m_socket(socket), m_stop(stop), m_timeout(timeout) {
+  current = this;
+}
 
 Connection::~Connection() {
-  shutdown(m_socket, SHUT_RDWR);
+  current = nullptr;
+  if (!m_isReset) shutdown(m_socket, SHUT_RDWR);
   close(m_socket);
 }
 
+Connection& Connection::Current() { return *current; }
+
 bool Connection::AwaitsRequest(Timeout timeout) const {
   return m_inputBegin < m_inputEnd || WaitFor(POLLIN, timeout);
+}
+
+void Connection::Skip(std::size_t count) {
+  std::array<char, 4096> dropped{};
+  while (count > 0) {
+    ssize_t const got = read(dropped.data(), std::min(count, dropped.size()));
+    if (got <= 0) return CloseNext();
+    count -= static_cast<std::size_t>(got);
+  }
+}
+
+void Connection::Pause(Timeout time) const {
+  pollfd stop{m_stop, POLLIN, 0};
+  poll(&stop, 1, static_cast<int>(time.count()));
+}
+
+void Connection::Reset() {
+  linger const atOnce{1, 0};
+  setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+  m_isReset = true;
+  m_isLast = true;
 }
 
 bool Connection::is_readable() const { return AwaitsRequest(m_timeout); }
@@ -55,15 +83,25 @@ ssize_t Connection::read(char* bytes, std::size_t size) {
   std::size_t const count = std::min(size, m_inputEnd - m_inputBegin);
   std::copy_n(m_input.data() + m_inputBegin, count, bytes);
   m_inputBegin += count;
+  m_traffic.bytesIn += count;
   return static_cast<ssize_t>(count);
 }
 
+/// All or nothing: the callers do not come back for the rest.
 ssize_t Connection::write(char const* bytes, std::size_t size) {
-  for (;;) {
-    ssize_t const count = send(m_socket, bytes, size, MSG_NOSIGNAL | MSG_DONTWAIT);
-    if (count >= 0 || (errno != EAGAIN && errno != EINTR)) return count;
-    if (!WaitFor(POLLOUT, m_timeout)) return -1;
+  std::size_t done = 0;
+  while (done < size && !m_isReset) {
+    ssize_t const count = send(m_socket, bytes + done, size - done, MSG_NOSIGNAL | MSG_DONTWAIT);
+    if (count > 0) {
+      done += static_cast<std::size_t>(count);
+    } else if ((errno != EAGAIN && errno != EINTR) || !WaitFor(POLLOUT, m_timeout)) {
+      break;
+    }
   }
+  m_traffic.bytesOut += done;
+  if (done == size) return static_cast<ssize_t>(size);
+  CloseNext();
+  return -1;
 }
 
 void Connection::get_remote_ip_and_port(std::string& ip, int& port) const {
@@ -107,7 +145,9 @@ bool HttpServer::process_and_close_socket(socket_t socket) {
   bool isLast = false;
   for (std::size_t calls = keep_alive_max_count_; isFine && !isLast && calls > 0; --calls) {
     if (!connection.AwaitsRequest(std::chrono::seconds(keep_alive_timeout_sec_))) break;
+    connection.OfRequest() = {0, 0, std::chrono::steady_clock::now(), ""};
     isFine = process_request(connection, calls == 1, isLast, nullptr);
+    isLast = isLast || connection.IsLast();
   }
   return isFine;
 }

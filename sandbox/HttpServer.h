@@ -5,10 +5,17 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <string>
 
 namespace sandbox {
+
+/// Of the request that a connection carries.
+struct Traffic {
+  std::size_t bytesIn = 0;
+  std::size_t bytesOut = 0;
+  std::chrono::steady_clock::time_point begin;
+  std::string body;  ///< of a service call
+};
 
 /// One client's connection. Reading and writing wait no longer than the server runs.
 class Connection : public httplib::Stream {
@@ -21,8 +28,21 @@ class Connection : public httplib::Stream {
   Connection(Connection const&) = delete;
   Connection& operator=(Connection const&) = delete;
 
+  /// The connection whose request the calling thread answers.
+  static Connection& Current();
+
   /// Waits for the first byte of a request; false when none came in time.
   bool AwaitsRequest(Timeout timeout) const;
+  /// Reads and drops so many bytes, so that the next request is found behind them.
+  void Skip(std::size_t count);
+  /// Waits that long; comes back when the server stops.
+  void Pause(Timeout time) const;
+  /// Closes after this request.
+  void CloseNext() { m_isLast = true; }
+  /// Closes now, without a reply, by a TCP reset.
+  void Reset();
+  bool IsLast() const { return m_isLast; }
+  Traffic& OfRequest() { return m_traffic; }
 
   bool is_readable() const override;
   bool is_writable() const override;
@@ -38,9 +58,12 @@ class Connection : public httplib::Stream {
   int m_socket;
   int m_stop;
   Timeout m_timeout;
-  std::array<char, 16 * 1024> m_input{};
+  std::array<char, 16384> m_input{};
   std::size_t m_inputBegin = 0;
   std::size_t m_inputEnd = 0;
+  Traffic m_traffic;
+  bool m_isLast = false;
+  bool m_isReset = false;
 };
 
 /// An HTTP server that stops at once, whoever is connected.

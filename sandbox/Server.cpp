@@ -2,17 +2,24 @@
 
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <iterator>
 #include <mutex>
+#include <optional>
+#include <ostream>
 #include <stdexcept>
 #include <string_view>
 #include <thread>
 #include <utility>
 
 #include "Data.h"
+#include "FaultScript.h"
 #include "HttpServer.h"
+#include "LogOn.h"
 #include "Operations.h"
+#include "RequestLog.h"
 #include "Soap.h"
 #include "WellFormed.h"
 
@@ -72,18 +79,20 @@ constexpr std::size_t kConnections = 16;
 constexpr std::size_t kCallsPerConnection = 100'000'000;
 constexpr int kIdleSeconds = 2;
 constexpr char kDataPath[] = R"(/data/(\d{1,9})/(\d{1,9}))";
+constexpr char kFaultsPath[] = "/control/faults";
+constexpr char kPlainType[] = "text/plain; charset=utf-8";
 constexpr char kReplyType[] = "text/xml; charset=utf-8";
 
-Operation const& FindOperation(Service const& service, std::string const& action) {
+/// The operation that a SOAPAction names; null when the service has no such one.
+Operation const* FindOperation(Service const& service, std::string const& action) {
   for (Operation const& operation : kOperations) {
     if (operation.service != service.name) continue;
     if (action ==
         VersionedNamespace(service.name) + "/" + std::string(operation.name) + "Request") {
-      return operation;
+      return &operation;
     }
   }
-  throw Fault("the service " + std::string(service.name) + " does not know the SOAPAction \"" +
-              action + "\"");
+  return nullptr;
 }
 
 /// The request's body, which is read to its end even when it is refused, so that the connection can
@@ -117,10 +126,15 @@ std::string ResponseTag(Operation const& operation) {
 
 /// The reply to one request; throws `Fault` when the request makes no sense.
 std::string Answer(Store& store, std::mutex& storeMutex, Service const& service,
-                   httplib::Request const& request, std::string const& text) {
+                   Operation const* known, httplib::Request const& request,
+                   std::string const& text) {
   std::string const type = request.get_header_value("Content-Type");
   if (type != "text/xml;charset=UTF-8") throw Fault("unexpected Content-Type \"" + type + "\"");
-  Operation const& operation = FindOperation(service, request.get_header_value("SOAPAction"));
+  if (known == nullptr) {
+    throw Fault("the service " + std::string(service.name) + " does not know the SOAPAction \"" +
+                request.get_header_value("SOAPAction") + "\"");
+  }
+  Operation const& operation = *known;
 
   CheckWellFormed(text);
   pugi::xml_document document;
@@ -148,17 +162,91 @@ std::string Answer(Store& store, std::mutex& storeMutex, Service const& service,
   return Print(reply);
 }
 
+bool IsOperation(std::string_view name) {
+  return std::any_of(std::begin(kOperations), std::end(kOperations),
+                     [&](Operation const& operation) { return operation.name == name; });
+}
+
+/// The operation that a request calls; method and address for any other request.
+std::string NameOf(httplib::Request const& request) {
+  for (Service const& service : kServices) {
+    if (request.path != "/" + std::string(service.name) + ".svc") continue;
+    auto const* const operation = FindOperation(service, request.get_header_value("SOAPAction"));
+    if (operation != nullptr) return std::string(operation->name);
+  }
+  return request.method + " " + request.target;
+}
+
+/// Answers with the planned fault where the call itself is not to be done.
+bool ReplacesReply(PlannedFault const& fault, httplib::Response& response) {
+  switch (fault.kind) {
+    case PlannedFault::Kind::Fault:
+      response.status = 500;
+      response.set_content(FaultReply(Blame::Server, "this fault was asked for"), kReplyType);
+      return true;
+    case PlannedFault::Kind::Status: response.status = fault.number; return true;
+    case PlannedFault::Kind::Html:
+      response.status = 200;
+      response.set_content(
+          "<!DOCTYPE html>\n<html><head><title>Proxy</title></head>"
+          "<body>Please log on<br></body></html>\n",
+          "text/html; charset=utf-8");
+      return true;
+    case PlannedFault::Kind::Reset:
+      Connection::Current().Reset();
+      response.status = 0;  // none is sent
+      return true;
+    case PlannedFault::Kind::Stall:
+      Connection::Current().Pause(std::chrono::seconds(fault.number));
+      return false;
+    case PlannedFault::Kind::Cut:
+    case PlannedFault::Kind::Malformed: return false;
+  }
+  return false;
+}
+
+/// Answers with the reply, or with what the planned fault leaves of it.
+void SetReply(httplib::Response& response, std::string reply,
+              std::optional<PlannedFault> const& fault) {
+  if (fault && fault->kind == PlannedFault::Kind::Malformed) {
+    reply.insert(reply.find('<', reply.size() / 2), "<>");
+  }
+  if (!fault || fault->kind != PlannedFault::Kind::Cut) {
+    response.body = std::move(reply);
+    response.set_header("Content-Type", kReplyType);
+    return;
+  }
+  std::size_t const size = reply.size();
+  std::size_t const kept = std::min(static_cast<std::size_t>(fault->number), size);
+  response.set_content_provider(
+      size, kReplyType,
+      [reply = std::move(reply), kept](std::size_t, std::size_t, httplib::DataSink& sink) {
+        if (kept > 0) sink.write(reply.data(), kept);
+        return false;  // closes the connection
+      });
+}
+
 }  // namespace
 
 struct Server::Http {
+  Http(Store& dataStore, ServerOptions const& options);
+  void AnswerCalls(Service const& service);
+  void AnswerData();
+  void AnswerControl();
+  void JudgeLogOn();
+  void Report(std::ostream& out);
+
+  Store& store;
   HttpServer server;
-  std::mutex store;  // held by the operation that uses the store
+  std::mutex storeMutex;  // held by the operation that uses the store
+  FaultScript faults;
+  LogOnCheck logOn;
+  std::unique_ptr<RequestLog> log;
   std::thread thread;
 };
 
-Server::Server(Store& store, ServerOptions options)
-    : m_store(store), m_options(std::move(options)), m_http(std::make_unique<Http>()) {
-  HttpServer& server = m_http->server;
+Server::Http::Http(Store& dataStore, ServerOptions const& options)
+    : store(dataStore), logOn(options.logOn, options.user, options.password) {
   server.new_task_queue = [] { return new httplib::ThreadPool(kConnections); };
   server.set_tcp_nodelay(true);
   server.set_keep_alive_max_count(kCallsPerConnection);
@@ -170,20 +258,53 @@ Server::Server(Store& store, ServerOptions options)
     setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
   });
   server.Get("/", [](httplib::Request const&, httplib::Response& response) {
-    response.set_content("lumo-sandbox\n", "text/plain");
+    response.set_content("lumo-sandbox\n", kPlainType);
   });
-  // Files and pictures, under the addresses that replies name.
+  for (Service const& service : kServices) AnswerCalls(service);
+  AnswerData();
+  AnswerControl();
+  if (options.logOn != LogOn::None) JudgeLogOn();
+  if (options.log != nullptr) Report(*options.log);
+}
+
+void Server::Http::AnswerCalls(Service const& service) {
+  server.Post("/" + std::string(service.name) + ".svc",
+              [this, &service](httplib::Request const& request, httplib::Response& response,
+                               httplib::ContentReader const& read) {
+                Operation const* const operation =
+                    FindOperation(service, request.get_header_value("SOAPAction"));
+                auto const planned = faults.Next(operation != nullptr ? operation->name : "");
+                int status = 500;
+                std::string reply;
+                try {
+                  std::string& text = Connection::Current().OfRequest().body;
+                  text = ReadBody(request, read);
+                  if (planned && ReplacesReply(*planned, response)) return;
+                  reply = Answer(store, storeMutex, service, operation, request, text);
+                  status = 200;
+                } catch (Fault const& fault) {
+                  reply = FaultReply(Blame::Client, fault.what());
+                } catch (std::exception const& error) {
+                  reply = FaultReply(Blame::Server, error.what());
+                }
+                response.status = status;  // the reader of the body may have set another one
+                SetReply(response, std::move(reply), planned);
+              });
+}
+
+/// Files and pictures, under the addresses that replies name.
+void Server::Http::AnswerData() {
   auto const withData = [this](httplib::Response& response, auto const& work) {
-    std::lock_guard<std::mutex> const lock(m_http->store);
+    std::lock_guard<std::mutex> const lock(storeMutex);
     try {
       work();
     } catch (Fault const& fault) {
       response.status = 404;
-      response.set_content(fault.what(), "text/plain");
+      response.set_content(fault.what(), kPlainType);
     }
   };
   server.Get(kDataPath,
-             [&store, withData](httplib::Request const& request, httplib::Response& response) {
+             [this, withData](httplib::Request const& request, httplib::Response& response) {
                withData(response, [&] {
                  Data const data =
                      LoadData(store, std::stoi(request.matches[1]), std::stoi(request.matches[2]));
@@ -191,31 +312,66 @@ Server::Server(Store& store, ServerOptions options)
                });
              });
   server.Put(kDataPath,
-             [&store, withData](httplib::Request const& request, httplib::Response& response) {
+             [this, withData](httplib::Request const& request, httplib::Response& response) {
                withData(response, [&] {
                  SaveData(store, std::stoi(request.matches[1]), std::stoi(request.matches[2]),
                           {request.body, request.get_header_value("Content-Type")});
                });
              });
-  for (Service const& service : kServices) {
-    server.Post(
-        "/" + std::string(service.name) + ".svc",
-        [this, &store, &service](httplib::Request const& request, httplib::Response& response,
-                                 httplib::ContentReader const& read) {
-          int status = 500;
-          try {
-            std::string const text = ReadBody(request, read);
-            response.set_content(Answer(store, m_http->store, service, request, text), kReplyType);
-            status = 200;
-          } catch (Fault const& fault) {
-            response.set_content(FaultReply(Blame::Client, fault.what()), kReplyType);
-          } catch (std::exception const& error) {
-            response.set_content(FaultReply(Blame::Server, error.what()), kReplyType);
-          }
-          response.status = status;  // the reader of the body may have set another one
-        });
-  }
 }
+
+/// What shall go wrong, to be set, read and cleared.
+void Server::Http::AnswerControl() {
+  server.Put(kFaultsPath, [this](httplib::Request const& request, httplib::Response& response) {
+    try {
+      faults.Set(request.body, IsOperation);
+      response.set_content(faults.Text(), kPlainType);
+    } catch (std::invalid_argument const& error) {
+      response.status = 400;
+      response.set_content(std::string(error.what()) + "\n", kPlainType);
+    }
+  });
+  server.Get(kFaultsPath, [this](httplib::Request const&, httplib::Response& response) {
+    response.set_content(faults.Text(), kPlainType);
+  });
+  server.Delete(kFaultsPath,
+                [this](httplib::Request const&, httplib::Response&) { faults.Clear(); });
+}
+
+/// Who may not log on learns nothing else; the control address is open.
+void Server::Http::JudgeLogOn() {
+  using Outcome = httplib::Server::HandlerResponse;
+  server.set_pre_routing_handler([this](httplib::Request const& request,
+                                        httplib::Response& response) {
+    if (request.path == kFaultsPath) return Outcome::Unhandled;
+    auto const challenge =
+        logOn.Challenge(request.method, request.target, request.get_header_value("Authorization"));
+    if (!challenge) return Outcome::Unhandled;
+    std::uint64_t const announced = request.get_header_value<std::uint64_t>("Content-Length");
+    if (request.has_header("Transfer-Encoding") || announced > kMaxRequestBytes) {
+      Connection::Current().CloseNext();
+    } else {
+      Connection::Current().Skip(announced);
+    }
+    response.status = 401;
+    response.set_header("WWW-Authenticate", *challenge);
+    return Outcome::Handled;
+  });
+}
+
+void Server::Http::Report(std::ostream& out) {
+  log = std::make_unique<RequestLog>(out);
+  server.set_logger([this](httplib::Request const& request, httplib::Response const& response) {
+    Traffic const& traffic = Connection::Current().OfRequest();
+    std::chrono::duration<double, std::milli> const time =
+        std::chrono::steady_clock::now() - traffic.begin;
+    log->Write({NameOf(request), response.status, traffic.bytesIn, traffic.bytesOut, time.count(),
+                traffic.body.empty() ? request.body : traffic.body});
+  });
+}
+
+Server::Server(Store& store, ServerOptions const& options)
+    : m_http(std::make_unique<Http>(store, options)) {}
 
 Server::~Server() { Stop(); }
 
@@ -228,7 +384,7 @@ int Server::Start(int port) {
     bound = -1;
   }
   if (bound <= 0) throw std::runtime_error("cannot listen on 127.0.0.1:" + std::to_string(port));
-  m_store.SetUrl("http://127.0.0.1:" + std::to_string(bound));
+  m_http->store.SetUrl("http://127.0.0.1:" + std::to_string(bound));
   m_http->thread = std::thread([&server] { server.Listen(); });
   // Stop() reaches only a server that runs; connections made before are not lost.
   while (!server.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));

@@ -4,11 +4,10 @@
 #include <memory>
 #include <string>
 
+#include "LogOn.h"
 #include "Store.h"
 
 namespace sandbox {
-
-enum class LogOn { None, Basic, Digest };
 
 struct ServerOptions {
   LogOn logOn = LogOn::None;
@@ -20,7 +19,7 @@ struct ServerOptions {
 /// The five endpoints over HTTP on 127.0.0.1.
 class Server {
  public:
-  explicit Server(Store& store, ServerOptions options = {});
+  explicit Server(Store& store, ServerOptions const& options = {});
   ~Server();
   Server(Server const&) = delete;
   Server& operator=(Server const&) = delete;
@@ -33,8 +32,6 @@ class Server {
 
  private:
   struct Http;
-  Store& m_store;
-  ServerOptions m_options;
   std::unique_ptr<Http> m_http;
 };
 

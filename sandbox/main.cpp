@@ -7,7 +7,9 @@
 
 #include <cerrno>
 #include <charconv>
+#include <cstdlib>
 #include <exception>
+#include <fstream>
 #include <iostream>
 #include <iterator>
 #include <stdexcept>
@@ -29,6 +31,12 @@ usage: lumo-sandbox [options]
   --seed CONTENT   what new data hold: empty (tables without records), minimal (a few records of
                    every kind) or full, the default
   --records N      add N made-up materials, for trials with many records
+  --log-on KIND    the log-on that requests must bring: none, the default, basic or digest
+  --user NAME      the one user who may log on; default is lumo
+  --password-file FILE
+                   the password is the first line of this file; otherwise it is the value of the
+                   environment variable LUMO_SANDBOX_PASSWORD
+  --log[=FILE]     report every request on standard error or at the end of this file
   --ttl SECONDS    stop after this time; 0, the default, runs until stopped
   --stop-on-eof    stop when standard input is closed
   --version        print the version
@@ -44,8 +52,12 @@ struct Options {
   int ttlSeconds = 0;
   int records = 0;
   bool stopOnEof = false;
+  bool log = false;
+  std::string logFile;  ///< empty: standard error
   std::string database = ":memory:";
   sandbox::Content content = sandbox::Content::Full;
+  std::string passwordFile;
+  sandbox::ServerOptions server;
 };
 
 class UsageError : public std::runtime_error {
@@ -67,6 +79,30 @@ sandbox::Content ContentOf(std::string_view word) {
   if (word == "minimal") return sandbox::Content::Minimal;
   if (word == "full") return sandbox::Content::Full;
   throw UsageError("--seed takes empty, minimal or full");
+}
+
+sandbox::LogOn LogOnOf(std::string_view word) {
+  if (word == "none") return sandbox::LogOn::None;
+  if (word == "basic") return sandbox::LogOn::Basic;
+  if (word == "digest") return sandbox::LogOn::Digest;
+  throw UsageError("--log-on takes none, basic or digest");
+}
+
+/// The password is never an option's value: everybody on the machine can read those.
+std::string Password(std::string const& file) {
+  std::string password;
+  if (!file.empty()) {
+    std::ifstream in(file);
+    if (!std::getline(in, password)) throw UsageError("cannot read a password from " + file);
+    if (!password.empty() && password.back() == '\r') password.pop_back();
+  } else if (char const* const value = std::getenv("LUMO_SANDBOX_PASSWORD")) {
+    password = value;
+  }
+  if (password.empty()) {
+    throw UsageError(
+        "the log-on needs a password: set LUMO_SANDBOX_PASSWORD or name a --password-file");
+  }
+  return password;
 }
 
 Options ReadOptions(int count, char** texts) {
@@ -92,6 +128,22 @@ Options ReadOptions(int count, char** texts) {
       options.content = ContentOf(value());
     } else if (option == "--records") {
       options.records = Number(option, value(), 1'000'000);
+    } else if (option == "--log-on") {
+      options.server.logOn = LogOnOf(value());
+    } else if (option == "--user") {
+      options.server.user = value();
+      if (options.server.user.empty() || options.server.user.find(':') != std::string::npos) {
+        throw UsageError("--user takes a name without a colon");
+      }
+    } else if (option == "--password-file") {
+      options.passwordFile = value();
+      if (options.passwordFile.empty()) throw UsageError("--password-file takes a file's name");
+    } else if (option == "--log") {
+      options.log = true;
+    } else if (option.substr(0, 6) == "--log=") {
+      options.log = true;
+      options.logFile = option.substr(6);
+      if (options.logFile.empty()) throw UsageError("--log= takes the name of a file");
     } else if (option == "--stop-on-eof") {
       options.stopOnEof = true;
     } else {
@@ -154,16 +206,27 @@ void WaitForStop(int signals, Options const& options) {
 }  // namespace
 
 int main(int count, char** texts) try {
-  Options const options = ReadOptions(count, texts);
+  Options options = ReadOptions(count, texts);
   if (options.help || options.version) {
     std::cout << (options.help ? kUsage : "lumo-sandbox " SANDBOX_VERSION "\n");
     return 0;
   }
+  if (options.server.logOn != sandbox::LogOn::None) {
+    options.server.password = Password(options.passwordFile);
+  } else if (!options.passwordFile.empty()) {
+    throw UsageError("--password-file needs --log-on basic or digest");
+  }
   FillStandardStreams();
+  std::ofstream logFile;
+  if (!options.logFile.empty()) {
+    logFile.open(options.logFile, std::ios::app);
+    if (!logFile) throw std::runtime_error("cannot write to " + options.logFile);
+  }
+  if (options.log) options.server.log = logFile.is_open() ? &logFile : &std::cerr;
   int const signals = StopSignals();
   sandbox::Store store(options.database, options.content);
   if (options.records > 0) sandbox::AddGeneratedRecords(store, options.records);
-  sandbox::Server server(store);
+  sandbox::Server server(store, options.server);
   int const port = server.Start(options.port);
   std::cout << R"({"url":"http://127.0.0.1:)" << port << R"(","port":)" << port << R"(,"pid":)"
             << getpid() << "}" << std::endl;

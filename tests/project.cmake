@@ -9,11 +9,16 @@ if(LUMO_BUILD_SANDBOX AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
 endif()
 if(LUMO_BUILD_SANDBOX)
   lumo_add_tests(sandbox_tests
-    sandbox/Sandbox.cpp sandbox/BrowseTest.cpp sandbox/CycleTest.cpp sandbox/SandboxTest.cpp)
+    sandbox/Sandbox.cpp sandbox/BrowseTest.cpp sandbox/CycleTest.cpp sandbox/SandboxTest.cpp
+    sandbox/ServerTest.cpp)
   find_package(CURL REQUIRED)
-  target_link_libraries(sandbox_tests PRIVATE CURL::libcurl)
+  target_link_libraries(sandbox_tests PRIVATE lumo_sandbox_parts CURL::libcurl)
   add_test(NAME sandbox.KeepsItsPromises COMMAND ${PROJECT_SOURCE_DIR}/scripts/with-sandbox
     $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:sandbox_tests>)
+  add_test(NAME sandbox.AsksForAPassword COMMAND ${CMAKE_COMMAND} -E env
+    --unset=LUMO_SANDBOX_PASSWORD $<TARGET_FILE:lumo-sandbox> --log-on digest --ttl 1)
+  set_tests_properties(sandbox.AsksForAPassword PROPERTIES
+    PASS_REGULAR_EXPRESSION "the log-on needs a password")
 endif()
 if(LUMO_BUILD_SANDBOX AND LUMO_BUILD_EXAMPLES)
   add_test(NAME examples.WorkOnTheSandbox COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumer/example.sh

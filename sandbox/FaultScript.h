@@ -1,0 +1,39 @@
+#pragma once
+
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace sandbox {
+
+/// Something that shall go wrong with a call.
+struct PlannedFault {
+  enum class Kind { Fault, Status, Html, Stall, Cut, Reset, Malformed };
+
+  std::string operation;  ///< name of the operation; "*" for any
+  Kind kind = Kind::Fault;
+  int number = 0;  ///< the status, the seconds of a stall, the bytes before a cut
+  int count = 1;   ///< how many calls it still meets
+};
+
+/// What shall go wrong with the calls to come. Calls and changes may come from several threads.
+class FaultScript {
+ public:
+  /// Replaces the faults by those of a text with one in each line, such as "GetTables stall 5 x3".
+  /// Throws std::invalid_argument, with the line and what is wrong with it, and then changes
+  /// nothing.
+  void Set(std::string const& text, bool (*isOperation)(std::string_view));
+  void Clear();
+  /// The faults to come, as `Set` takes them.
+  std::string Text() const;
+  /// Takes out the first fault that is meant for the operation.
+  std::optional<PlannedFault> Next(std::string_view operation);
+
+ private:
+  mutable std::mutex m_mutex;
+  std::deque<PlannedFault> m_faults;
+};
+
+}  // namespace sandbox
