@@ -56,6 +56,14 @@ class HelpFormatter : public CLI::Formatter {
     }
     return name;
   }
+  std::string make_help(CLI::App const* app, std::string name,
+                        CLI::AppFormatMode mode) const override {
+    std::string text = CLI::Formatter::make_help(app, std::move(name), mode);
+    for (std::size_t at = 0; (at = text.find("\n\n\n")) != std::string::npos;) text.erase(at, 1);
+    std::size_t const command = text.find("[SUBCOMMAND]");
+    if (command != std::string::npos) text.replace(command, 12, "COMMAND ...");
+    return text;
+  }
   std::string make_option_opts(CLI::Option const* option) const override {
     if (option->get_type_size() == 0) return "";
     std::string const type = option->get_type_name();
@@ -72,6 +80,7 @@ class CommandLine {
   CommandLine() {
     m_app.formatter(std::make_shared<HelpFormatter>());
     m_app.get_formatter()->column_width(32);
+    m_app.get_formatter()->label("Positionals", "Arguments");
     m_app.set_version_flag("--version", "lumo " LUMO_CLI_VERSION, "print the version");
     m_app.set_help_flag("-h,--help", "print this");
     m_app.fallthrough();
@@ -148,8 +157,9 @@ class CommandLine {
   CLI::App* Add(char const* name, char const* what, char const* examples,
                 std::function<void()> run) {
     CLI::App* const command = m_app.add_subcommand(name, what);
-    command->footer(std::string("Examples:\n") + examples +
-                    "\n\nThe options that choose the server stand in lumo --help.");
+    command->footer(std::string("The options that choose the server stand in lumo --help.\n\n"
+                                "Examples:\n") +
+                    examples);
     command->callback([this, run = std::move(run)] { m_run = run; });
     return command;
   }
@@ -218,8 +228,8 @@ class CommandLine {
     AddBrowsing();
     AddSearching();
     auto* import = Add("import", "make and change records",
-                       "  lumo import ENG_MATERIALS Materials new.csv --dry-run\n"
-                       "  lumo get ... -f ndjson | lumo import ENG_MATERIALS Materials -\n\n"
+                       "  $ lumo import ENG_MATERIALS Materials new.csv --dry-run\n"
+                       "  $ lumo get ... -f ndjson | lumo import ENG_MATERIALS Materials -\n\n"
                        "A CSV file has a line of headings: Folder, Name, Full name and attributes\n"
                        "such as \"Density [kg/m^3]\". A record that is there already is changed;\n"
                        "an empty cell changes nothing. `lumo get` writes what this reads.",
@@ -233,8 +243,8 @@ class CommandLine {
     AddOutput(import);
 
     auto* exporting = Add("export", "run an exporter of the server",
-                          "  lumo export ENG_MATERIALS Materials\n"
-                          "  lumo export ENG_MATERIALS Materials AW-6061-T6 -e card-2\n\n"
+                          "  $ lumo export ENG_MATERIALS Materials\n"
+                          "  $ lumo export ENG_MATERIALS Materials AW-6061-T6 -e card-2\n\n"
                           "Without --exporter it lists the exporters.",
                           [this] { Export(m_context, m_export); });
     AddSelection(exporting, m_export.what);
@@ -249,16 +259,16 @@ class CommandLine {
     AddOutput(exporting);
 
     auto* probe = Add("probe", "say what the server answers at each stage",
-                      "  lumo probe --url https://server/service_layer --user me",
+                      "  $ lumo probe --url https://server/service_layer --user me",
                       [this] { Probe(m_context); });
     AddOutput(probe);
   }
 
   void AddBrowsing() {
-    AddOutput(Add("databases", "list the databases", "  lumo databases --sandbox",
+    AddOutput(Add("databases", "list the databases", "  $ lumo databases --sandbox",
                   [this] { ListDatabases(m_context); }));
 
-    auto* tables = Add("tables", "list the tables of a database", "  lumo tables ENG_MATERIALS",
+    auto* tables = Add("tables", "list the tables of a database", "  $ lumo tables ENG_MATERIALS",
                        [this] { ListTables(m_context, m_units.database); });
     tables->add_option("DATABASE", m_units.database, "key or name of the database")
         ->required()
@@ -266,8 +276,8 @@ class CommandLine {
     AddOutput(tables);
 
     auto* tree = Add("tree", "print the record tree of a table",
-                     "  lumo tree ENG_MATERIALS Materials --depth 2\n"
-                     "  lumo tree ENG_MATERIALS Materials --folder \"Polymers/Thermoplastics\"",
+                     "  $ lumo tree ENG_MATERIALS Materials --depth 2\n"
+                     "  $ lumo tree ENG_MATERIALS Materials --folder \"Polymers/Thermoplastics\"",
                      [this] { PrintTree(m_context, m_tree); });
     AddTable(tree, m_tree.from.database, m_tree.from.table);
     tree->add_option("--folder", m_tree.from.folder, "begin here, \"/\" between the names")
@@ -279,15 +289,15 @@ class CommandLine {
     AddOutput(tree);
 
     auto* attributes = Add("attributes", "list the attributes of a table",
-                           "  lumo attributes ENG_MATERIALS Materials",
+                           "  $ lumo attributes ENG_MATERIALS Materials",
                            [this] { ListAttributes(m_context, m_table); });
     AddTable(attributes, m_table.database, m_table.table);
     AddOutput(attributes);
 
     auto* units = Add("units", "list units, their conversions, or unit systems",
-                      "  lumo units ENG_MATERIALS\n"
-                      "  lumo units ENG_MATERIALS --from MPa\n"
-                      "  lumo units ENG_MATERIALS --systems",
+                      "  $ lumo units ENG_MATERIALS\n"
+                      "  $ lumo units ENG_MATERIALS --from MPa\n"
+                      "  $ lumo units ENG_MATERIALS --systems",
                       [this] { ListUnits(m_context, m_units); });
     units->add_option("DATABASE", m_units.database, "key or name of the database")
         ->required()
@@ -297,7 +307,7 @@ class CommandLine {
     AddOutput(units);
 
     auto* links = Add("links", "list the records that records are linked to",
-                      "  lumo links ENG_MATERIALS Materials AW-6061-T6",
+                      "  $ lumo links ENG_MATERIALS Materials AW-6061-T6",
                       [this] { ListLinks(m_context, m_links); });
     AddSelection(links, m_links);
     AddOutput(links);
@@ -306,13 +316,18 @@ class CommandLine {
   void AddSearching() {
     constexpr char kConditions[] =
         "\nConditions:\n"
-        "  ATTRIBUTE < | <= | > | >= | = NUMBER [UNIT]    ATTRIBUTE between A and B [UNIT]\n"
-        "  ATTRIBUTE = WORD|WORD    ATTRIBUTE = yes       ATTRIBUTE contains | lacks TEXT\n"
-        "  ATTRIBUTE exists         ATTRIBUTE is missing  ATTRIBUTE[COLUMN] contains TEXT";
+        "  ATTRIBUTE < NUMBER [UNIT]     also with <=, >, >= and =, and with dates\n"
+        "  ATTRIBUTE between A and B [UNIT]\n"
+        "                                the ends count\n"
+        "  ATTRIBUTE = WORD|WORD         has any of the words; of yes or no: = yes\n"
+        "  ATTRIBUTE contains TEXT       of a table: ATTRIBUTE[COLUMN] contains TEXT\n"
+        "  ATTRIBUTE lacks TEXT          does not contain it\n"
+        "  ATTRIBUTE exists              has a value\n"
+        "  ATTRIBUTE is missing          has none";
     static std::string const searchExamples =
         std::string(
-            "  lumo search ENG_MATERIALS Materials -t \"aircraft\"\n"
-            "  lumo search ENG_MATERIALS Materials -w \"density < 3000 kg/m^3\"\n") +
+            "  $ lumo search ENG_MATERIALS Materials -t \"aircraft\"\n"
+            "  $ lumo search ENG_MATERIALS Materials -w \"density < 3000 kg/m^3\"\n") +
         kConditions;
     auto* search = Add("search", "find records by text, name or conditions", searchExamples.c_str(),
                        [this] { Search(m_context, m_search); });
@@ -324,9 +339,9 @@ class CommandLine {
 
     static std::string const getExamples =
         std::string(
-            "  lumo get ENG_MATERIALS Materials AW-6061-T6 -a Density -a Price\n"
-            "  lumo get ENG_MATERIALS Materials -w \"density < 2 g/cm^3\" -f csv\n"
-            "  lumo get ENG_MATERIALS Materials 304 -f plot\n") +
+            "  $ lumo get ENG_MATERIALS Materials AW-6061-T6 -a Density -a Price\n"
+            "  $ lumo get ENG_MATERIALS Materials -w \"density < 2 g/cm^3\" -f csv\n"
+            "  $ lumo get ENG_MATERIALS Materials 304 -f plot\n") +
         kConditions;
     auto* get = Add("get", "print values of records; of the whole table without a choice",
                     getExamples.c_str(), [this] { Get(m_context, m_get); });
