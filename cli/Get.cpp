@@ -224,10 +224,10 @@ void Get(Context& context, GetOptions const& options) {
     progress.Clear();
     if (*failure.what() == '\0') throw;  // nobody reads on
     writer.Finish();
-    bool const isPartly = progress.Done() > 0 && failure.Code() != ExitCode::Interrupted;
+    if (progress.Done() == 0) throw;
     throw Failure(
-        isPartly ? ExitCode::PartlyDone : failure.Code(),
-        std::string(failure.what()) + " (after " + std::to_string(progress.Done()) + " records)");
+        failure.Code() == ExitCode::Interrupted ? ExitCode::Interrupted : ExitCode::PartlyDone,
+        std::string(failure.what()) + " (after " + Count(progress.Done(), "record") + ")");
   }
   progress.Clear();
   writer.Finish();
@@ -259,7 +259,7 @@ void Search(Context& context, SearchOptions const& options) {
     out.Add({entry.record->GetIdentity(), entry.name, entry.fullName});
   }
   out.Finish();
-  context.Note(std::to_string(found.size()) + (found.size() == 1 ? " record" : " records"));
+  context.Note(Count(found.size(), "record"));
 }
 
 }  // namespace cli

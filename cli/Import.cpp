@@ -212,10 +212,11 @@ class Importer {
       }
     } catch (Failure const& failure) {
       progress.Clear();
-      bool const isPartly = progress.Done() > 0 && failure.Code() != ExitCode::Interrupted;
-      throw Failure(isPartly ? ExitCode::PartlyDone : failure.Code(),
-                    std::string(failure.what()) + " (after " + std::to_string(progress.Done()) +
-                        " of " + std::to_string(records.size()) + " records)");
+      if (progress.Done() == 0) throw;
+      throw Failure(
+          failure.Code() == ExitCode::Interrupted ? ExitCode::Interrupted : ExitCode::PartlyDone,
+          std::string(failure.what()) + " (after " + std::to_string(progress.Done()) + " of " +
+              Count(records.size(), "record") + ")");
     }
   }
 
@@ -347,7 +348,7 @@ void Import(Context& context, ImportOptions const& options) {
   Importer importer(context, *connection, table);
   if (!options.isDryRun) {
     importer.Import(records);
-    context.Note(std::to_string(records.size()) + " records imported");
+    context.Note(Count(records.size(), "record") + " imported");
     return;
   }
   Sink sink(context.output.file);

@@ -86,6 +86,10 @@ bool ReadNumber(std::string_view text, double& value) {
 
 bool ReadInteger(std::string_view text, int& value) { return ReadAll(text, value); }
 
+std::string Count(std::size_t number, std::string const& what) {
+  return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+}
+
 std::string Suggestion(std::string_view text, std::vector<std::string> const& words) {
   std::string best;
   std::size_t least = text.size() / 3 + 2;

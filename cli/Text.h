@@ -22,6 +22,9 @@ std::string NumberText(double value, int digits);
 bool ReadNumber(std::string_view text, double& value);
 bool ReadInteger(std::string_view text, int& value);
 
+/// "1 record", "2 records".
+std::string Count(std::size_t number, std::string const& what);
+
 /// "; did you mean "x"?" for the word that is most like the text, or all of a few words when none
 /// is.
 std::string Suggestion(std::string_view text, std::vector<std::string> const& words);

@@ -613,7 +613,7 @@ Json FromCsvCell(std::string const& cell, AttributeDetail const& attribute,
 std::string ReadableCell(Json const& json, std::string const& columnUnit) {
   if (!json.is_object()) return CsvCell(json, columnUnit);
   auto const count = [&json](char const* list, char const* what) {
-    return std::to_string(json[list].size()) + " " + what + (json[list].size() == 1 ? "" : "s");
+    return Count(json[list].size(), what);
   };
   if (json.contains("rows")) return count("rows", "row");
   if (json.contains("series")) return count("series", "curve");

@@ -1,0 +1,98 @@
+#include "tests/cli/Command.h"
+
+#include <fcntl.h>
+#include <httplib.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+/// Runs in the child: becomes the command, with its streams in files. Does not come back.
+[[noreturn]] void BecomeCommand(std::vector<std::string> const& arguments,
+                                std::vector<std::string> const& environment, std::string const& url,
+                                std::string const& folder) {
+  auto const open = [](std::string const& file, int flags, int stream) {
+    int const descriptor = ::open(file.c_str(), flags, 0600);
+    dup2(descriptor, stream);
+  };
+  open("/dev/null", O_RDONLY, STDIN_FILENO);
+  open(folder + "/out", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
+  open(folder + "/error", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+  setenv("LUMO_URL", url.c_str(), 1);
+  for (std::string const& setting : environment) {
+    std::size_t const sign = setting.find('=');
+    setenv(setting.substr(0, sign).c_str(), setting.substr(sign + 1).c_str(), 1);
+  }
+  std::vector<char*> texts = {const_cast<char*>(LUMO_COMMAND)};
+  for (std::string const& argument : arguments)
+    texts.push_back(const_cast<char*>(argument.c_str()));
+  texts.push_back(nullptr);
+  execv(LUMO_COMMAND, texts.data());
+  _exit(99);
+}
+
+int CodeOf(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + status; }
+
+}  // namespace
+
+CommandTest::CommandTest() {
+  std::string name = std::filesystem::temp_directory_path() / "lumo-test-XXXXXX";
+  m_folder = mkdtemp(name.data());
+}
+
+CommandTest::~CommandTest() {
+  if (m_server) m_server->Stop();
+  std::filesystem::remove_all(m_folder);
+}
+
+void CommandTest::Start(sandbox::Content content, sandbox::ServerOptions const& options) {
+  if (m_server) m_server->Stop();
+  m_store = std::make_unique<sandbox::Store>(":memory:", content);
+  m_server = std::make_unique<sandbox::Server>(*m_store, options);
+  m_url = "http://127.0.0.1:" + std::to_string(m_server->Start(0));
+}
+
+Outcome CommandTest::Run(std::vector<std::string> const& arguments,
+                         std::vector<std::string> const& environment) const {
+  pid_t const child = fork();
+  if (child == 0) BecomeCommand(arguments, environment, m_url, m_folder);
+  int status = 0;
+  waitpid(child, &status, 0);
+  return {CodeOf(status), Read(File("out")), Read(File("error"))};
+}
+
+Outcome CommandTest::RunAndInterrupt(std::vector<std::string> const& arguments) const {
+  Plan("* stall 60");
+  pid_t const child = fork();
+  if (child == 0) BecomeCommand(arguments, {}, m_url, m_folder);
+  httplib::Client control(m_url);
+  while (!control.Get("/control/faults")->body.empty()) usleep(1000);  // the call has arrived
+  auto const begin = std::chrono::steady_clock::now();
+  kill(child, SIGINT);
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
+  return {CodeOf(status), Read(File("out")), Read(File("error"))};
+}
+
+void CommandTest::Plan(std::string const& faults) const {
+  auto const reply = httplib::Client(m_url).Put("/control/faults", faults, "text/plain");
+  ASSERT_TRUE(reply);
+  ASSERT_EQ(reply->status, 200) << reply->body;
+}
+
+std::string CommandTest::Read(std::string const& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+std::string CommandTest::File(std::string const& name, std::string const& content) const {
+  std::ofstream(File(name), std::ios::binary) << content;
+  return File(name);
+}

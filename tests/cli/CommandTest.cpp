@@ -1,0 +1,297 @@
+#include <algorithm>
+
+#include "tests/cli/Command.h"
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+constexpr char kDatabase[] = "ENG_MATERIALS";
+
+Words OnMaterials(std::string const& command, Words const& more) {
+  Words words = {command, kDatabase, "Materials"};
+  words.insert(words.end(), more.begin(), more.end());
+  return words;
+}
+
+std::size_t LinesIn(std::string const& text) {
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+/// A mistake, the code that it ends with and what its one line says.
+struct Mistake {
+  Words arguments;
+  int code;
+  char const* says;
+};
+
+TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
+  Start();
+  Mistake const mistakes[] = {
+      {{}, 2, "no command"},
+      {{"frob"}, 2, "frob"},
+      {{"tables"}, 2, "DATABASE is required"},
+      {{"tables", "GOLD"}, 2, "there is no database \"GOLD\"; there is ENG_MATERIALS, ELEMENTS"},
+      {{"attributes", kDatabase, "Material"}, 2, "did you mean \"Materials\"?"},
+      {OnMaterials("get", {"-a", "Densty"}), 2, "did you mean \"Density\"?"},
+      {OnMaterials("get", {"Unobtainium"}), 2, "there is no record \"Unobtainium\""},
+      {OnMaterials("get", {"--folder", "Polymers/Rubber"}), 2, "there is no folder \"Rubber\""},
+      {OnMaterials("get", {"-f", "xml"}), 2, "--format takes text, csv, json, ndjson"},
+      {OnMaterials("get", {"-j", "0"}), 2, "--jobs"},
+      {OnMaterials("get", {"-o", "/nowhere/file"}), 2, "cannot write /nowhere/file"},
+      {OnMaterials("get", {"--unit-system", "Old"}), 1, "there is no unit system \"Old\""},
+      {OnMaterials("search", {}), 2, "say what to search for"},
+      {OnMaterials("search", {"-w", "density"}), 2, "has no operator"},
+      {OnMaterials("search", {"-w", "density < heavy"}), 2, "\"heavy\" begins with no number"},
+      {OnMaterials("search", {"-w", "density < 3 MPa"}), 1,
+       "the unit \"MPa\" does not fit \"kg/m^3\""},
+      {OnMaterials("search", {"-w", "designation < 3"}), 2, "compares what has no order"},
+      {OnMaterials("search", {"-w", "recyclable = perhaps"}), 2, "needs yes or no"},
+      {OnMaterials("export", {"304", "-e", "gold"}), 1, "there is no exporter"},
+      {OnMaterials("import", {"/nowhere/file"}), 2, "cannot read /nowhere/file"},
+      {{"databases", "--url", "http://127.0.0.1:1"}, 4, "no reply from http://127.0.0.1:1"},
+      {{"databases", "--url", Url() + "/elsewhere"}, 1, "status 404; is"},
+      {{"databases", "--user", "ann"}, 2, "no password: set LUMO_PASSWORD"},
+      {{"databases", "--user", "ann", "--password-file", "/nowhere/file"}, 2, "no password in"},
+  };
+  for (Mistake const& mistake : mistakes) {
+    Outcome const outcome = Run(mistake.arguments);
+    std::string const what = testing::PrintToString(mistake.arguments);
+    EXPECT_EQ(outcome.code, mistake.code) << what;
+    EXPECT_THAT(outcome.error, AllOf(StartsWith("lumo: "), HasSubstr(mistake.says))) << what;
+    EXPECT_EQ(LinesIn(outcome.error), 1u) << what;
+    EXPECT_THAT(outcome.out, IsEmpty()) << what;
+  }
+}
+
+TEST_F(CommandTest, EndsByCodeWhenTheServerFails) {
+  Start();
+  struct Row {
+    char const* fault;
+    int code;
+    char const* says;
+  };
+  constexpr Row kRows[] = {{"GetDatabases fault", 1, "the server says: "},
+                           {"GetDatabases status 503", 1, "status 503"},
+                           {"GetDatabases html", 6, "GetDatabases: "},
+                           {"GetDatabases malformed", 6, "GetDatabases: "},
+                           {"GetDatabases cut 100", 4, "no reply from"},
+                           {"GetDatabases reset x2", 4, "no reply from"}};
+  for (Row const& row : kRows) {
+    Plan(row.fault);
+    Outcome const outcome = Run({"databases"});
+    EXPECT_EQ(outcome.code, row.code) << row.fault;
+    EXPECT_THAT(outcome.error, HasSubstr(row.says)) << row.fault;
+    EXPECT_EQ(LinesIn(outcome.error), 1u) << row.fault;
+  }
+  Plan("GetDatabases stall 60");
+  EXPECT_EQ(Run({"databases", "--timeout", "1"}).code, 4);
+  EXPECT_EQ(RunAndInterrupt({"databases"}).code, 130);
+}
+
+TEST_F(CommandTest, KeepsWhatWasDoneBeforeAFault) {
+  Start();
+  std::string const all = Run(OnMaterials("get", {"-f", "csv"})).out;
+  Plan("GetRecordAttributesByRef stall 0 x3\nGetRecordAttributesByRef fault");
+  Outcome const outcome = Run(OnMaterials("get", {"-f", "csv", "--chunk", "5", "-j", "1"}));
+  EXPECT_EQ(outcome.code, 5);
+  EXPECT_THAT(outcome.error, HasSubstr("(after 15 records)"));
+  EXPECT_THAT(all, StartsWith(outcome.out));
+  EXPECT_THAT(outcome.out, EndsWith("\n"));
+  EXPECT_EQ(Run(OnMaterials("get", {"-f", "csv", "--chunk", "3", "-j", "8"})).out, all);
+}
+
+TEST_F(CommandTest, LogsOnWithAPasswordThatStandsOnNoCommandLine) {
+  sandbox::ServerOptions options;
+  options.logOn = sandbox::LogOn::Digest;
+  options.password = "open sesame";
+  Start(sandbox::Content::Minimal, options);
+  EXPECT_EQ(Run({"databases"}).code, 3);
+  EXPECT_EQ(Run({"databases", "--user", "lumo"}, {"LUMO_PASSWORD=guess"}).code, 3);
+  EXPECT_EQ(Run({"databases"}, {"LUMO_USER=lumo", "LUMO_PASSWORD=open sesame"}).code, 0);
+  std::string const file = File("password", "open sesame\r\n");
+  Outcome const probe = Run({"probe", "--user", "lumo", "--password-file", file});
+  EXPECT_EQ(probe.code, 0);
+  EXPECT_THAT(probe.out, AllOf(HasSubstr("accepted as lumo"), HasSubstr("EngineeringData")));
+  EXPECT_THAT(Run({"probe"}).out, AllOf(HasSubstr("log-on      fails: "), HasSubstr("127.0.0.1")));
+}
+
+/// Names of the records that meet the conditions.
+struct Search {
+  char const* condition;
+  char const* names;
+};
+
+TEST_F(CommandTest, SearchesByConditions) {
+  Start();
+  constexpr Search kSearches[] = {{"density < 1 g/cm^3", "PE-HD\nOak\n"},
+                                  {"melting point >= 2030 degC", "Al2O3-99.5\nSiC\n"},
+                                  {"price between 70 and 80 EUR/kg", "PEEK\n"},
+                                  {"year of first use = 1943", "AW-7075-T6\n"},
+                                  {"durability: sea water = Unacceptable|Good", ""},
+                                  {"durability: sea water = Unacceptable", "AZ91D\n"},
+                                  {"recyclable = no", "Epoxy\nAl2O3-99.5\nSiC\nCFRP QI\nOak\n"},
+                                  {"typical uses contains kitchen", "304\n"},
+                                  {"composition[Element] contains V", "Ti-6Al-4V\n"},
+                                  {"last reviewed > 2026-03-01T00:00:00", "AW-6061-T6\n"},
+                                  {"photo exists", "AW-6061-T6\n"}};
+  for (Search const& search : kSearches) {
+    Outcome const outcome = Run(OnMaterials(
+        "get", {"-w", search.condition, "-a", "Designation", "-f", "csv", "--no-headings"}));
+    std::string names;
+    std::istringstream lines(outcome.out);
+    for (std::string line; std::getline(lines, line);) {
+      std::size_t const begin = line.find(',') + 1;
+      names += line.substr(begin, line.find(',', begin) - begin) + '\n';
+    }
+    EXPECT_EQ(names, search.names) << search.condition << outcome.error;
+  }
+  EXPECT_THAT(Run(OnMaterials("search", {"-t", "aluminium", "-w", "density > 2750 kg/m^3"})).out,
+              AllOf(HasSubstr("AW-7075-T6"), Not(HasSubstr("AW-6061-T6"))));
+}
+
+TEST_F(CommandTest, PrintsValuesInEveryFormat) {
+  Start();
+  Words const what = {"AW-6061-T6",    "-a", "density",   "-a", "composition", "-a",
+                      "last reviewed", "-a", "data sheet"};
+  auto const printed = [&](Words more) {
+    more.insert(more.begin(), what.begin(), what.end());
+    return Run(OnMaterials("get", more)).out;
+  };
+  EXPECT_EQ(printed({}),
+            "Name        Density [kg/m^3]  Composition  Last reviewed        Data sheet\n"
+            "AW-6061-T6  2690 to 2730      5 rows       2026-03-17T09:30:00  "
+            "https://www.example.com/materials/aw-6061\n");
+  EXPECT_THAT(printed({"-f", "csv", "--unit-system", "US customary"}),
+              AllOf(StartsWith("Folder,Name,Full name,Density [lb/in^3],Composition,"),
+                    HasSubstr("\nMetals and alloys/Aluminium alloys,AW-6061-T6,\"Aluminium, EN"),
+                    HasSubstr(",0.09718")));
+  EXPECT_THAT(printed({"-f", "ndjson"}),
+              AllOf(HasSubstr(R"("Density":{"low":2690,"high":2730,"unit":"kg/m^3"})"),
+                    HasSubstr(R"(["Mg",{"value":0.8,"unit":"%"},{"value":1.2,"unit":"%"}])"),
+                    EndsWith("}}\n")));
+  std::string const curve = Run(OnMaterials("get", {"304", "-f", "plot"})).out;
+  EXPECT_THAT(curve, AllOf(StartsWith("304: Yield strength against temperature [MPa]\n"),
+                           HasSubstr("     222.5 |*"), HasSubstr("Temperature")));
+  EXPECT_THAT(Run(OnMaterials("links", {"304"})).out,
+              AllOf(HasSubstr("Producers   "), HasSubstr("Rhine Steel")));
+}
+
+TEST_F(CommandTest, ImportsWhatItReadAndReadsTheSameAgain) {
+  Start(sandbox::Content::Full);
+  std::vector<std::pair<std::string, std::string>> const tables = {
+      {kDatabase, "Materials"},
+      {kDatabase, "Processes"},
+      {kDatabase, "Material Producers"},
+      {kDatabase, "References"},
+      {"ELEMENTS", "Elements"}};
+  Words files;
+  for (auto const& [database, table] : tables) {
+    files.push_back(File(table + ".csv"));
+    ASSERT_EQ(Run({"get", database, table, "-f", "csv", "-o", files.back()}).code, 0);
+    EXPECT_GT(Read(files.back()).size(), 100u);
+  }
+  std::string const lines = Run(OnMaterials("get", {"-f", "ndjson"})).out;
+  Start(sandbox::Content::Empty);
+  for (std::size_t i = 0; i < tables.size(); ++i) {
+    auto const& [database, table] = tables[i];
+    Outcome const outcome = Run({"import", database, table, files[i]});
+    ASSERT_EQ(outcome.code, 0) << outcome.error;
+    EXPECT_EQ(Run({"get", database, table, "-f", "csv"}).out, Read(files[i])) << table;
+  }
+  Start(sandbox::Content::Empty);
+  ASSERT_EQ(Run(OnMaterials("import", {File("lines", lines)})).code, 0);
+  EXPECT_EQ(Run(OnMaterials("get", {"-f", "csv"})).out, Read(files[0]));
+}
+
+TEST_F(CommandTest, ImportsRecordsAndChangesThem) {
+  Start();
+  std::string const file =
+      File("new.csv",
+           "\xEF\xBB\xBF"
+           "Folder,Name,Full name,Density [g/cm^3],Price,Recyclable,Durability: sea water\r\n"
+           "Polymers/Foams,\"EPS, \"\"20\"\"\",Foam,~0.02..0.03,2..,no,Excellent; Acceptable\r\n"
+           "Polymers/Thermoplastics,PEEK,,1.3 kg/m^3,,yes,\r\n");
+  Outcome const dry = Run(OnMaterials("import", {"-n", "-f", "csv", file}));
+  EXPECT_EQ(dry.out,
+            "what,folder,name,values\n"
+            "new folder,Polymers/Foams,Foams,0\n"
+            "new record,Polymers/Foams,\"EPS, \"\"20\"\"\",4\n"
+            "change,Polymers/Thermoplastics,PEEK,2\n");
+  EXPECT_THAT(Run(OnMaterials("get", {"EPS, \"20\""})).error, HasSubstr("there is no record"));
+  ASSERT_EQ(Run(OnMaterials("import", {file})).code, 0);
+  Words const columns = {
+      "-f",         "csv", "--no-headings",        "-a", "density", "-a", "price", "-a",
+      "recyclable", "-a",  "durability: sea water"};
+  auto const read = [&](char const* name) {
+    Words words = columns;
+    words.insert(words.begin(), name);
+    return Run(OnMaterials("get", words)).out;
+  };
+  EXPECT_EQ(read("EPS, \"20\""),
+            "Polymers/Foams,\"EPS, \"\"20\"\"\",Foam,~20..30,2..,no,Excellent; Acceptable\n");
+  EXPECT_EQ(read("PEEK"),
+            "Polymers/Thermoplastics,PEEK,Polyetheretherketone,1.3,75..95,yes,Excellent\n");
+}
+
+TEST_F(CommandTest, FindsFaultWithAFileBeforeAnythingIsWritten) {
+  Start();
+  struct Row {
+    char const* content;
+    int code;
+    char const* says;
+  };
+  constexpr Row kRows[] = {
+      {"Name,Colour\nX,red\n", 2, "there is no attribute \"Colour\""},
+      {"Name,Density\nX,1\nY,heavy\n", 2, "row 3, Density: \"heavy\" is no number"},
+      {"Name,Density\nX,1,2\n", 2, "row 2: 3 cells under 2 headings"},
+      {"Name,Density\nX,1\nX,2\n", 2, "row 3: the record stands in row 2 already"},
+      {"Name,Density\n,1\n", 2, "row 2: the record has no name"},
+      {"Name,Density\n\"X\"Y,1\n", 2, "misplaced quotation mark"},
+      {"Name,Composition\nX,\"{\"\"columns\"\":[\"\"Gold\"\"],\"\"rows\"\":[]}\"\n", 2,
+       "has no column \"Gold\""},
+      {R"([{"name":"X","values":{"Density":{"low":"1"}}}])", 2, "needs a number for \"low\""},
+      {R"({"name":"X","values":{"Recyclable":"yes"}})", 2, "takes true or false"},
+      {R"({"name":"X")", 2, "line 1: is no JSON"},
+      {"Name,Density\nX,1 MPa\n", 1, "does not fit"},
+      {"Name,Durability: sea water\nX,Fair\n", 1, "does not know the word \"Fair\""}};
+  std::string const before = Run(OnMaterials("tree", {})).out;
+  for (Row const& row : kRows) {
+    Outcome const outcome = Run(OnMaterials("import", {File("bad", row.content)}));
+    EXPECT_EQ(outcome.code, row.code) << row.content;
+    EXPECT_THAT(outcome.error, HasSubstr(row.says)) << row.content;
+    EXPECT_EQ(LinesIn(outcome.error), 1u) << row.content;
+  }
+  EXPECT_EQ(Run(OnMaterials("tree", {})).out, before);
+}
+
+TEST_F(CommandTest, StopsAnImportAtTheFirstFaultAndSaysHowFarItCame) {
+  Start();
+  std::string file = "Name,Density\n";
+  for (int i = 0; i < 10; ++i) file += "X" + std::to_string(i) + ",1\n";
+  Plan("SetRecordAttributes stall 0\nSetRecordAttributes fault");
+  Outcome const outcome = Run(OnMaterials("import", {"--chunk", "4", File("ten.csv", file)}));
+  EXPECT_EQ(outcome.code, 5);
+  EXPECT_THAT(outcome.error, HasSubstr("(after 4 of 10 records)"));
+  EXPECT_EQ(Run(OnMaterials("get", {"X3"})).code, 0);
+  EXPECT_EQ(Run(OnMaterials("get", {"X4"})).code, 2);
+}
+
+TEST_F(CommandTest, LetsNoServerSteerTheTerminal) {
+  Start();
+  File("evil.json",
+       "{\"name\":\"E\",\"values\":{\"Designation\":\"a\\nb\xC2\x9B"
+       "c\\td\"}}");
+  ASSERT_EQ(Run(OnMaterials("import", {File("evil.json")})).code, 0);
+  EXPECT_THAT(Run(OnMaterials("get", {"E", "-a", "designation"})).out,
+              HasSubstr("E     a b c d\n"));
+}
+
+}  // namespace
