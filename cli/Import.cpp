@@ -253,14 +253,14 @@ class Importer {
 
   SmartPtr<ImportRecord> Change(NewRecord const& record,
                                 SmartPtr<RecordReference> const& existing) {
-    SmartPtr<ImportRecord> const change(
+    SmartPtr<ImportRecord> change(
         new ImportRecord(existing, record.fullName, ImportRecordModes::Update, false));
     AddValues(record, *change);
     return change;
   }
 
   SmartPtr<ImportRecord> Creation(NewRecord const& record) {
-    SmartPtr<ImportRecord> const made(
+    SmartPtr<ImportRecord> made(
         new ImportRecord(Folder(record.folder), record.name, ImportRecordModes::Create, false));
     AddValues(record, *made);
     return made;

@@ -281,6 +281,7 @@ std::string const& FolderFinder::PathOf(std::string const& dbKey, int history) {
 
 void FolderFinder::Fill(std::vector<Entry>& entries) {
   std::vector<SmartPtr<RecordReference>> records;
+  records.reserve(entries.size());
   for (Entry const& entry : entries) records.push_back(entry.record);
   if (records.empty()) return;
   auto const found = TreeRecordsOf(m_connection, records);

@@ -104,6 +104,7 @@ void TableWriter::Add(std::vector<Json> const& cells) {
     return AddObject(object);
   }
   std::vector<std::string> texts;
+  texts.reserve(cells.size());
   for (Json const& cell : cells) texts.push_back(CellText(cell));
   if (m_options.format == Format::Csv) return m_sink.Write(CsvLine(texts));
   for (std::string& text : texts) text = Shortened(OneLine(text));

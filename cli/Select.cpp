@@ -57,7 +57,7 @@ std::vector<Entry> SearchTable(Connection& connection, TableOf& table, Selection
 }
 
 RecordSource::RecordSource(Connection& connection, TableOf& table, Selection const& what, int chunk)
-    : m_connection(connection), m_chunk(static_cast<std::size_t>(chunk)), m_folders(connection) {
+    : m_chunk(static_cast<std::size_t>(chunk)), m_folders(connection) {
   bool const isSearch = !what.text.empty() || !what.conditions.empty();
   for (std::string const& name : what.records) {
     m_entries.push_back(FindRecord(connection, table, name));

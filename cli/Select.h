@@ -28,7 +28,6 @@ class RecordSource {
  private:
   std::vector<Entry> NextOfTree();
 
-  Connection& m_connection;
   std::size_t m_chunk;
   std::vector<Entry> m_entries;
   std::size_t m_next = 0;

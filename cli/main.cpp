@@ -24,6 +24,7 @@ std::unique_ptr<Connection> Context::Connect() {
 
 std::vector<std::unique_ptr<Connection>> Context::ConnectAll() {
   std::vector<std::unique_ptr<Connection>> connections;
+  connections.reserve(static_cast<std::size_t>(jobs));
   for (int i = 0; i < jobs; ++i) connections.push_back(Connect());
   return connections;
 }
@@ -380,19 +381,19 @@ class CommandLine {
 }  // namespace
 }  // namespace cli
 
-int main(int count, char** texts) {
+int main(int count, char** texts) try {
+  cli::CatchInterrupts();
   cli::CommandLine line;
   try {
-    cli::CatchInterrupts();
     line.Run(count, texts);
-    return 0;
   } catch (CLI::ParseError const& error) {
     return line.Explain(error);
-  } catch (cli::Failure const& failure) {
-    if (*failure.what() != '\0') std::cerr << "lumo: " << failure.what() << '\n';
-    return static_cast<int>(failure.Code());
-  } catch (std::exception const& error) {
-    std::cerr << "lumo: " << error.what() << '\n';
-    return static_cast<int>(cli::ExitCode::ServerFault);
   }
+  return 0;
+} catch (cli::Failure const& failure) {
+  if (*failure.what() != '\0') std::cerr << "lumo: " << failure.what() << '\n';
+  return static_cast<int>(failure.Code());
+} catch (std::exception const& error) {
+  std::cerr << "lumo: " << error.what() << '\n';
+  return static_cast<int>(cli::ExitCode::ServerFault);
 }
