@@ -1,5 +1,7 @@
 #include <unistd.h>
 
+#include <nlohmann/json.hpp>
+
 #include <map>
 #include <string>
 #include <utility>

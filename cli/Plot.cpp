@@ -1,5 +1,7 @@
 #include "cli/Plot.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>

@@ -1,4 +1,5 @@
 #include <curl/curl.h>
+#include <nlohmann/json.hpp>
 
 #include <functional>
 #include <iostream>

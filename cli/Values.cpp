@@ -1,5 +1,7 @@
 #include "cli/Values.h"
 
+#include <nlohmann/json.hpp>
+
 #include <cmath>
 #include <utility>
 
