@@ -9,6 +9,7 @@ namespace sandbox {
 
 /// The data files, made part of the program when it is built.
 extern char const kUnitData[];
+extern char const kMetalData[];
 extern char const kMaterialData[];
 extern char const kProcessData[];
 extern char const kProducerData[];

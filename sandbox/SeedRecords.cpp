@@ -478,6 +478,7 @@ void AddRecords(Store& store, Content content) {
     fillers.push_back(std::make_unique<TableFiller>(store, kKey, name));
     tables[name] = fillers.back().get();
   }
+  tables.at("Materials")->AddLines(kMetalData, content);
   tables.at("Materials")->AddLines(kMaterialData, content);
   tables.at("Processes")->AddLines(kProcessData, content);
   tables.at("Material Producers")->AddLines(kProducerData, content);
