@@ -14,6 +14,10 @@ if(LUMO_BUILD_SANDBOX)
   target_link_libraries(sandbox_tests PRIVATE CURL::libcurl)
   add_test(NAME sandbox.KeepsItsPromises COMMAND ${PROJECT_SOURCE_DIR}/scripts/with-sandbox
     $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:sandbox_tests>)
+  lumo_add_tests(sandbox_data_tests sandbox/Sandbox.cpp sandbox/DataTest.cpp)
+  add_test(NAME sandbox.HoldsSensibleData COMMAND ${CMAKE_COMMAND} -E env SANDBOX_SEED=full
+    ${PROJECT_SOURCE_DIR}/scripts/with-sandbox
+    $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:sandbox_data_tests>)
 endif()
 if(LUMO_BUILD_SANDBOX AND LUMO_BUILD_EXAMPLES)
   add_test(NAME examples.WorkOnTheSandbox COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumer/example.sh
