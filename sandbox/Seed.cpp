@@ -149,7 +149,7 @@ std::vector<SeedDatabase> Databases() {
           {"Photo", "PICT"},
           {"Processing note", "FILE"}},
          {"All materials", "Metals and alloys", "Polymers", "Ceramics and glasses", "Composites",
-          "Structural metals", "Education level 1"}},
+          "Structural metals", "Education level 1", "Natural materials"}},
         {"Processes",
          {"ProcessesTablesOnly", "UniverseTablesOnly"},
          {{"Process class", "DISC", "", "", nullptr, "Shaping|Joining|Surface treatment"},
