@@ -132,7 +132,7 @@ std::vector<SeedDatabase> Databases() {
           {"Embodied energy, primary production", "RNGE", "MJ/kg"},
           {"CO2 footprint, primary production", "RNGE", "kg/kg"},
           {"Recyclable", "LOGI"},
-          {"Stress strain curve", "FUNC", "MPa", "", nullptr, "Temperature"},
+          {"Stress strain curve", "FUNC", "MPa", "", nullptr, "Strain|Temperature"},
           {"Typical uses", "LTXT"},
           {"Composition", "TABL", "", "Composition", nullptr,
            "Element:STXT:|Least:POIN:%|Most:POIN:%"},
@@ -149,7 +149,7 @@ std::vector<SeedDatabase> Databases() {
           {"Photo", "PICT"},
           {"Processing note", "FILE"}},
          {"All materials", "Metals and alloys", "Polymers", "Ceramics and glasses", "Composites",
-          "Structural metals", "Education level 1"}},
+          "Structural metals", "Education level 1", "Natural materials"}},
         {"Processes",
          {"ProcessesTablesOnly", "UniverseTablesOnly"},
          {{"Process class", "DISC", "", "", nullptr, "Shaping|Joining|Surface treatment"},
@@ -163,7 +163,10 @@ std::vector<SeedDatabase> Databases() {
         {"Material Producers",
          {"ProducersTablesOnly"},
          {{"Address", "LTXT"},
-          {"Country", "DISC", "", "", nullptr, "Germany|Netherlands|Norway|United Kingdom"},
+          {"Country", "DISC", "", "", nullptr,
+           "Germany|Netherlands|Norway|United "
+           "Kingdom|Austria|Belgium|Canada|Czechia|Denmark|Finland|"
+           "France|Italy|Japan|Poland|Spain|Sweden|Switzerland|United States"},
           {"Web site", "HLNK"}},
          {"All producers"}},
         {"References",
@@ -182,7 +185,8 @@ std::vector<SeedDatabase> Databases() {
           {"Melting point", "POIN", "K", "Melting point"},
           {"Boiling point", "POIN", "K"},
           {"Crystal structure", "DISC", "", "", nullptr,
-           "Body-centred cubic|Cubic|Diamond cubic|Face-centred cubic|Hexagonal|Tetragonal"},
+           "Body-centred cubic|Cubic|Diamond cubic|Face-centred cubic|Hexagonal|Tetragonal|"
+           "Orthorhombic|Monoclinic|Rhombohedral"},
           {"Electronegativity (Pauling)", "POIN"},
           {"Discovered", "DTTM"}},
          {"All elements", "Metals", "Metalloids", "Nonmetals", "Noble gases", "Lanthanides",
@@ -265,11 +269,21 @@ INSERT INTO unit_system_unit VALUES
   ('US customary', 'specific heat', 'BTU/lb.degF'), ('US customary', 'mass', 'lb'),
   ('US customary', 'thermal expansion', 'ustrain/degF'), ('US customary', 'length', 'in'),
   ('US customary', 'fracture toughness', 'ksi.in^0.5'),
-  ('US customary', 'energy per mass', 'BTU/lb');
+  ('US customary', 'energy per mass', 'BTU/lb'), ('US customary', 'resistivity', 'uohm.in'),
+  ('US customary', 'mass per mass', 'lb/lb'),
+  ('SI', 'density', 'kg/m^3'), ('SI', 'specific heat', 'J/kg.K'),
+  ('SI', 'thermal expansion', 'ustrain/K'), ('SI', 'fracture toughness', 'Pa.m^0.5'),
+  ('SI', 'energy per mass', 'J/kg'), ('SI', 'mass per mass', 'kg/kg'), ('SI', 'mass', 'kg'),
+  ('SI', 'price per mass', 'EUR/kg'),
+  ('Metric', 'density', 'kg/m^3'), ('Metric', 'thermal conductivity', 'W/m.degC'),
+  ('Metric', 'specific heat', 'J/kg.degC'), ('Metric', 'thermal expansion', 'ustrain/degC'),
+  ('Metric', 'resistivity', 'uohm.cm'), ('Metric', 'fracture toughness', 'MPa.m^0.5'),
+  ('Metric', 'energy per mass', 'MJ/kg'), ('Metric', 'mass per mass', 'kg/kg'),
+  ('Metric', 'mass', 'kg'), ('Metric', 'length', 'mm'), ('Metric', 'price per mass', 'EUR/kg');
 )");
 }
 
-void AddParameters(Store& store) {
+void AddParameters(Store& store, Content content) {
   store.Run(R"(
 INSERT INTO parameter (database_id, name, unit, type, scale, interpolation)
   SELECT id, 'Temperature', 'degC', 'NumericUnrestricted', 'Linear', 'Linear' FROM database;
@@ -277,11 +291,23 @@ INSERT INTO parameter (database_id, name, unit, type, scale, interpolation)
   SELECT id, 'Time', 's', 'NumericRestricted', 'Log', 'CubicSpline' FROM database;
 INSERT INTO parameter (database_id, name, unit, type, scale, interpolation)
   SELECT id, 'Condition', '', 'Discrete', 'NotSet', 'None' FROM database;
+INSERT INTO parameter (database_id, name, unit, type, scale, interpolation)
+  SELECT id, 'Strain', '%', 'NumericUnrestricted', 'Linear', 'Linear' FROM database;
 INSERT INTO parameter_value SELECT id, 0, '1' FROM parameter WHERE name = 'Time';
 INSERT INTO parameter_value SELECT id, 1, '1000' FROM parameter WHERE name = 'Time';
 INSERT INTO parameter_value SELECT id, 0, 'O' FROM parameter WHERE name = 'Condition';
 INSERT INTO parameter_value SELECT id, 1, 'T3' FROM parameter WHERE name = 'Condition';
 INSERT INTO parameter_value SELECT id, 2, 'T6' FROM parameter WHERE name = 'Condition';
+)");
+  if (content != Content::Full) return;
+  store.Run(R"(
+INSERT INTO parameter_value SELECT id, 3, 'Annealed' FROM parameter WHERE name = 'Condition';
+INSERT INTO parameter_value SELECT id, 4, 'Normalised' FROM parameter WHERE name = 'Condition';
+INSERT INTO parameter_value SELECT id, 5, 'Cold worked' FROM parameter WHERE name = 'Condition';
+INSERT INTO parameter_value SELECT id, 6, 'Quenched and tempered' FROM parameter
+  WHERE name = 'Condition';
+INSERT INTO parameter_value SELECT id, 7, 'Aged' FROM parameter WHERE name = 'Condition';
+INSERT INTO parameter_value SELECT id, 8, 'As cast' FROM parameter WHERE name = 'Condition';
 )");
 }
 
@@ -295,7 +321,7 @@ void Seed(Store& store, Content content) {
   for (SeedDatabase const& database : databases) {
     store.Insert("INSERT INTO database (key, name) VALUES (?, ?)", {database.key, database.name});
   }
-  AddParameters(store);
+  AddParameters(store, content);
   for (SeedDatabase const& database : databases) {
     for (SeedTable const& table : database.tables) AddTable(store, database, table);
   }

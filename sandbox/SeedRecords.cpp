@@ -155,10 +155,11 @@ class ValueBuilder {
 
   // ---- parameters and curves
 
+  /// In the order in which the attribute names them; the first is the x axis of its curves.
   std::vector<Row> ParametersOfAttribute() {
     return m_store.Rows(
         "SELECT p.name, p.unit, p.type FROM attribute_parameter a JOIN parameter p"
-        " ON p.id = a.parameter_id WHERE a.attribute_id = ? ORDER BY p.id",
+        " ON p.id = a.parameter_id WHERE a.attribute_id = ? ORDER BY a.rowid",
         {std::to_string(m_attribute.id)});
   }
 
@@ -285,13 +286,33 @@ class TableFiller {
     return record;
   }
 
+  /// "subsets" names, with commas between, the subsets that the record is in besides.
   void SetValue(int record, std::string const& name, std::string const& text) {
     if (text.empty() || text == "-") return;
-    auto const found =
-        Attributes(m_store, "a.table_id = ? AND a.name = ?", {std::to_string(m_table.id), name});
-    if (found.empty()) throw std::runtime_error("no attribute " + name + " in " + m_table.name);
-    ValueBuilder builder(m_store, found[0], m_table.dbKey);
-    StoreValue(m_store, record, found[0].id, builder.Build(text));
+    if (name == "subsets") return PutInto(record, Split(text, ','));
+    auto const [entry, isNew] = m_attributes.try_emplace(name);
+    if (isNew) {
+      auto const found =
+          Attributes(m_store, "a.table_id = ? AND a.name = ?", {std::to_string(m_table.id), name});
+      if (found.empty()) throw std::runtime_error("no attribute " + name + " in " + m_table.name);
+      entry->second = found[0];
+    }
+    ValueBuilder builder(m_store, entry->second, m_table.dbKey);
+    StoreValue(m_store, record, entry->second.id, builder.Build(text));
+  }
+
+  /// One record to a line, the first line names the columns. Lines may leave out the last ones.
+  void AddLines(char const* data, Content content) {
+    auto const lines = Lines(data, content);
+    if (lines.empty()) return;
+    std::vector<std::string> const& columns = lines[0];
+    for (auto line = lines.begin() + 1; line != lines.end(); ++line) {
+      int const record = AddIn(line->at(0), line->at(1), line->at(2));
+      if (line->size() > columns.size()) {
+        throw std::runtime_error("too many columns for " + line->at(1));
+      }
+      for (std::size_t i = 3; i < line->size(); ++i) SetValue(record, columns[i], line->at(i));
+    }
   }
 
   /// The record of that name, made at the top when it is new.
@@ -300,7 +321,25 @@ class TableFiller {
     return found != m_records.end() ? found->second : AddIn("", name, name);
   }
 
+  /// The record of that name, which is there.
+  int Known(std::string const& name) const {
+    auto const found = m_records.find(name);
+    if (found == m_records.end()) throw std::runtime_error(m_table.name + " lack " + name);
+    return found->second;
+  }
+
  private:
+  void PutInto(int record, std::vector<std::string> const& subsets) {
+    for (std::string const& name : subsets) {
+      std::string const subset = m_store
+                                     .Only("SELECT id FROM subset WHERE table_id = ? AND name = ?",
+                                           {std::to_string(m_table.id), name})
+                                     .Text(0);
+      m_store.Insert("INSERT OR IGNORE INTO record_subset VALUES (?, ?)",
+                     {std::to_string(record), subset});
+    }
+  }
+
   std::string State() const { return m_table.dbKey == kKey ? "Released" : "Unversioned"; }
 
   Store& m_store;
@@ -308,19 +347,8 @@ class TableFiller {
   int m_root = 0;
   std::map<std::string, int> m_folders;
   std::map<std::string, int> m_records;
+  std::map<std::string, Attribute> m_attributes;
 };
-
-void AddMaterials(TableFiller& materials, Content content) {
-  auto const lines = Lines(kMaterialData, content);
-  if (lines.empty()) return;
-  std::vector<std::string> const& columns = lines[0];
-  for (auto line = lines.begin() + 1; line != lines.end(); ++line) {
-    int const record = materials.AddIn(line->at(0), line->at(1), line->at(2));
-    for (std::size_t i = 3; i < columns.size(); ++i) {
-      materials.SetValue(record, columns[i], line->at(i));
-    }
-  }
-}
 
 void AddElements(TableFiller& elements, Content content) {
   char const* const names[] = {
@@ -335,6 +363,7 @@ void AddElements(TableFiller& elements, Content content) {
       if (columns[i] == 9 && text != "-") text += "-01-01T00:00:00";
       elements.SetValue(record, names[i], text);
     }
+    if (line.size() > 10) elements.SetValue(record, "subsets", line[10]);
   }
 }
 
@@ -363,22 +392,30 @@ void AddLinks(Store& store, std::map<std::string, TableFiller*> const& tables, C
       {"Producers", "Material Producers", "Materials produced", "Producers"},
       {"Processes", "Processes", "Materials processed", ""},
       {"References", "References", "Materials described", "References"}};
+  struct Made {
+    std::string id;
+    char const* to;
+  };
+  std::map<std::string, Made> groups;
   for (Group const& group : kGroups) {
     store.Insert(
         "INSERT INTO record_link_group (from_table_id, to_table_id, name, reverse_name, kind,"
         " standard_name) SELECT f.id, t.id, ?, ?, 'static', ? FROM data_table f, data_table t"
         " WHERE f.name = 'Materials' AND t.name = ?",
         {group.name, group.reverse, group.standardName, group.to});
-    std::string const id = store.LastId();
-    for (std::vector<std::string> const& line : Lines(kLinkData, content)) {
-      if (line.at(0) != group.name) continue;
+    groups[group.name] = {store.LastId(), group.to};
+  }
+  for (std::vector<std::string> const& line : Lines(kLinkData, content)) {
+    Made const& group = groups.at(line.at(0));
+    TableFiller const& targets = *tables.at(group.to);
+    for (std::string const& target : Split(line.at(2), ';')) {
       // The first version of a record gives its history the identity.
       store.Insert(
           "INSERT INTO record_link SELECT ?, f.history_id, t.history_id, ?, '' FROM record f,"
           " record t WHERE f.id = ? AND t.id = ?",
-          {id, line.size() > 3 ? line[3] : "",
-           std::to_string(tables.at("Materials")->Named(line[1])),
-           std::to_string(tables.at(group.to)->Named(line.at(2)))});
+          {group.id, line.size() > 3 ? line[3] : "",
+           std::to_string(tables.at("Materials")->Known(line[1])),
+           std::to_string(targets.Known(target))});
     }
   }
 }
@@ -442,10 +479,17 @@ void AddRecords(Store& store, Content content) {
     fillers.push_back(std::make_unique<TableFiller>(store, kKey, name));
     tables[name] = fillers.back().get();
   }
-  AddMaterials(*tables.at("Materials"), content);
+  tables.at("Materials")->AddLines(kMetalData, content);
+  tables.at("Materials")->AddLines(kMaterialData, content);
+  tables.at("Processes")->AddLines(kProcessData, content);
+  tables.at("Material Producers")->AddLines(kProducerData, content);
+  tables.at("References")->AddLines(kReferenceData, content);
   for (std::vector<std::string> const& line : Lines(kValueData, content)) {
     TableFiller& table = *tables.at(line.at(0));
-    table.SetValue(table.Named(line.at(1)), line.at(2), line.at(3));
+    // What has no file of its own in the minimal content begins with its first value.
+    bool const isNew = content == Content::Minimal && line.at(0) != "Materials";
+    int const record = isNew ? table.Named(line.at(1)) : table.Known(line.at(1));
+    table.SetValue(record, line.at(2), line.at(3));
   }
   if (content != Content::Empty) AddVersions(store);
   AddLinks(store, tables, content);

@@ -19,6 +19,10 @@ if(LUMO_BUILD_SANDBOX)
     --unset=LUMO_SANDBOX_PASSWORD $<TARGET_FILE:lumo-sandbox> --log-on digest --ttl 1)
   set_tests_properties(sandbox.AsksForAPassword PROPERTIES
     PASS_REGULAR_EXPRESSION "the log-on needs a password")
+  lumo_add_tests(sandbox_data_tests sandbox/Sandbox.cpp sandbox/DataTest.cpp)
+  add_test(NAME sandbox.HoldsSensibleData COMMAND ${CMAKE_COMMAND} -E env SANDBOX_SEED=full
+    ${PROJECT_SOURCE_DIR}/scripts/with-sandbox
+    $<TARGET_FILE:lumo-sandbox> $<TARGET_FILE:sandbox_data_tests>)
 endif()
 if(LUMO_BUILD_SANDBOX AND LUMO_BUILD_EXAMPLES)
   add_test(NAME examples.WorkOnTheSandbox COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/consumer/example.sh
