@@ -168,6 +168,13 @@ std::vector<NewRecord> JsonRecords(TableOf& table, std::string const& text) {
   return records;
 }
 
+/// "Metals//Steels/" means "Metals/Steels".
+std::string Tidied(std::string const& folder) {
+  std::string path;
+  for (std::string const& name : PathParts(folder)) path = PathBelow(path, name);
+  return path;
+}
+
 bool LooksLikeJson(std::string const& text) {
   std::size_t const begin = text.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
   return begin != std::string::npos && (text[begin] == '[' || text[begin] == '{');
@@ -344,8 +351,9 @@ void Import(Context& context, ImportOptions const& options) {
   std::string const text = ContentOf(options.file);
   auto const connection = context.Connect();
   TableOf table(*connection, options.database, options.table);
-  std::vector<NewRecord> const records =
+  std::vector<NewRecord> records =
       LooksLikeJson(text) ? JsonRecords(table, text) : CsvRecords(table).Read(text);
+  for (NewRecord& record : records) record.folder = Tidied(record.folder);
   CheckAll(records, table);
   Importer importer(context, *connection, table);
   if (!options.isDryRun) {
