@@ -125,7 +125,8 @@ Store::Statement Store::Prepare(std::string const& sql, std::vector<std::string>
   Statement statement(known.get());
   for (std::size_t i = 0; i < values.size(); ++i) {
     int const length = static_cast<int>(values[i].size());
-    sqlite3_bind_text(known.get(), static_cast<int>(i) + 1, values[i].data(), length, SQLITE_TRANSIENT);
+    sqlite3_bind_text(known.get(), static_cast<int>(i) + 1, values[i].data(), length,
+                      SQLITE_TRANSIENT);
   }
   return statement;
 }
