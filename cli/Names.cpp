@@ -187,18 +187,25 @@ bool IsFolder(TreeRecord const& record) {
   return record.GetHasChildren() || EqualIgnoringCase(record.GetType(), "Folder");
 }
 
+FolderAt FindFolder(Connection& connection, TableOf const& table, std::string const& path) {
+  FolderAt at = {RootOf(connection, table), ""};
+  for (std::string const& name : PathParts(path)) {
+    auto children = ChildrenOf(connection, at.record);
+    children.erase(std::remove_if(children.begin(), children.end(),
+                                  [](auto const& child) { return !IsFolder(*child); }),
+                   children.end());
+    auto const child =
+        Pick(children, "folder", name, [](TreeRecord const& one) { return one.GetShortName(); });
+    at = {child->GetRecordReference(), PathBelow(at.path, child->GetShortName())};
+  }
+  return at;
+}
+
 TreeWalk::TreeWalk(Connection& connection, TableOf const& table, std::string const& folder,
                    std::string const& subset)
     : m_connection(connection), m_filter(FilterOf(table, subset)) {
-  SmartPtr<RecordReference> at = RootOf(connection, table);
-  std::string path;
-  for (std::string const& name : PathParts(folder)) {
-    auto const child = Pick(ChildrenOf(connection, at), "folder", name,
-                            [](TreeRecord const& one) { return one.GetShortName(); });
-    at = child->GetRecordReference();
-    path = PathBelow(path, child->GetShortName());
-  }
-  Enter(at, path);
+  FolderAt const begin = FindFolder(connection, table, folder);
+  Enter(begin.record, begin.path);
 }
 
 void TreeWalk::Enter(SmartPtr<RecordReference> const& folder, std::string const& path) {

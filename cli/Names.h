@@ -51,11 +51,20 @@ struct Entry {
 std::string PathBelow(std::string const& folder, std::string const& name);
 std::vector<std::string> PathParts(std::string const& path);
 
+/// A folder with its path as the server spells it.
+struct FolderAt {
+  SmartPtr<RecordReference> record;
+  std::string path;
+};
+/// The folder with that path; the top of the tree for an empty one. Throws `UsageFailure` when
+/// there is no such folder.
+FolderAt FindFolder(Connection& connection, TableOf const& table, std::string const& path);
+
 /// Walks the tree of a table, one folder at a call, so that a tree of any size takes little memory.
 class TreeWalk {
  public:
-  /// Begins at the folder, or at the top for an empty path; of the records only those of the subset
-  /// for one that is not empty. Throws `UsageFailure` when there is no such folder.
+  /// Begins at what `FindFolder` finds; of the records only those of the subset for one that is not
+  /// empty.
   TreeWalk(Connection& connection, TableOf const& table, std::string const& folder,
            std::string const& subset);
 

@@ -63,10 +63,20 @@ RecordSource::RecordSource(Connection& connection, TableOf& table, Selection con
     m_entries.push_back(FindRecord(connection, table, name));
   }
   if (isSearch) {
-    for (Entry& entry : SearchTable(connection, table, what)) m_entries.push_back(std::move(entry));
+    m_entries = SearchTable(connection, table, what);
+    if (!what.folder.empty()) KeepBelow(FindFolder(connection, table, what.folder).path);
   }
-  if (!isSearch && what.records.empty())
+  if (!isSearch && what.records.empty()) {
     m_walk.emplace(connection, table, what.folder, what.subset);
+  }
+}
+
+void RecordSource::KeepBelow(std::string const& folder) {
+  m_folders.Fill(m_entries);
+  auto const isElsewhere = [&folder](Entry const& entry) {
+    return entry.folder != folder && entry.folder.compare(0, folder.size() + 1, folder + "/") != 0;
+  };
+  m_entries.erase(std::remove_if(m_entries.begin(), m_entries.end(), isElsewhere), m_entries.end());
 }
 
 std::vector<Entry> RecordSource::NextOfTree() {

@@ -26,6 +26,7 @@ class RecordSource {
   std::size_t Total() const { return m_entries.size(); }
 
  private:
+  void KeepBelow(std::string const& folder);
   std::vector<Entry> NextOfTree();
 
   std::size_t m_chunk;

@@ -210,11 +210,17 @@ class CommandLine {
 
   static void AddSelection(CLI::App* command, Selection& what) {
     AddTable(command, what.database, what.table);
-    command->add_option("RECORD", what.records, "short or full name, #identity or GUID of a record")
-        ->type_name("");
-    command->add_option("--folder", what.folder, "what is below a folder, \"/\" between the names")
+    CLI::Option* const records =
+        command
+            ->add_option("RECORD", what.records,
+                         "short or full name, #identity or GUID of a record")
+            ->type_name("");
+    command->add_option("--folder", what.folder, "records below a folder, \"/\" between the names")
         ->type_name("PATH");
     AddConditions(command, what);
+    for (char const* const choice : {"--folder", "--text", "--where", "--subset"}) {
+      records->excludes(command->get_option(choice));
+    }
   }
 
   template <class Options>

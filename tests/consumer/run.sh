@@ -15,7 +15,7 @@ case $way in
   find_package | add_subdirectory)
     [ "$way" = add_subdirectory ] || cmake --install "$build" --prefix "$prefix" >/dev/null
     cmake -S "$source/tests/consumer/$way" -B "$work/build" -G Ninja \
-      -DCMAKE_PREFIX_PATH="$prefix" -DLUMO_SOURCE="$source" -DPROGRAM="$work/first.cpp" >/dev/null
+      -DCMAKE_PREFIX_PATH="$prefix" -DLUMO_SOURCE="$source" -DPROGRAM="$work/first.cpp" -DLUMO_JOIN_SOURCES=ON >/dev/null
     cmake --build "$work/build"
     program=$work/build/first
     ;;
