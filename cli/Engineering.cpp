@@ -129,12 +129,7 @@ void Export(Context& context, ExportOptions const& options) {
   for (std::string const& parameter : options.parameters) {
     request->AddParameterValue(ParameterOf(parameter, table.Key()));
   }
-  if (!options.unitSystem.empty() || !options.currency.empty()) {
-    auto units = UnitConversionContext::CreateOne();
-    units->SetUnitSystem(options.unitSystem);
-    units->SetCurrency(options.currency);
-    request->SetUnitConversionContext(units);
-  }
+  request->SetUnitConversionContext(UnitsOf(options.unitSystem, options.currency));
   auto const found = connection->Ask<ExportRecordDataResponse>([&](auto* into) {
     connection->Engineering()->GetExportRecordDataImpl()->ExportRecordData(request, into);
   });

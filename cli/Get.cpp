@@ -33,14 +33,6 @@ struct Column {
   }
 };
 
-SmartPtr<UnitConversionContext> UnitsOf(GetOptions const& options) {
-  if (options.unitSystem.empty() && options.currency.empty()) return nullptr;
-  auto units = UnitConversionContext::CreateOne();
-  units->SetUnitSystem(options.unitSystem);
-  units->SetCurrency(options.currency);
-  return units;
-}
-
 /// Replaces the units of the columns by those that the values will come in.
 void ConvertUnits(Connection& connection, std::string const& dbKey,
                   SmartPtr<UnitConversionContext> const& units, std::vector<Column>& columns) {
@@ -200,7 +192,7 @@ void Get(Context& context, GetOptions const& options) {
   auto const connection = context.Connect();
   TableOf table(*connection, options.what.database, options.what.table);
   std::vector<Column> columns = ColumnsOf(table, options.attributes);
-  auto const units = UnitsOf(options);
+  auto const units = UnitsOf(options.unitSystem, options.currency);
   ConvertUnits(*connection, table.Key(), units, columns);
   bool const isText = context.output.format == Format::Text;
   Reader const reader(columns, units, !options.withoutFiles && !isText);

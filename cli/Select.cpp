@@ -42,6 +42,15 @@ std::vector<Entry> EntriesOf(SimpleTextSearchResponse const& found) {
   return entries;
 }
 
+SmartPtr<UnitConversionContext> UnitsOf(std::string const& unitSystem,
+                                        std::string const& currency) {
+  if (unitSystem.empty() && currency.empty()) return nullptr;
+  auto units = UnitConversionContext::CreateOne();
+  units->SetUnitSystem(unitSystem);
+  units->SetCurrency(currency);
+  return units;
+}
+
 std::vector<Entry> SearchTable(Connection& connection, TableOf& table, Selection const& what) {
   if (what.conditions.empty()) return FindByText(connection, table, what);
   std::vector<Entry> found = FindByConditions(connection, table, what);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "cli/Commands.h"
@@ -11,6 +11,9 @@
 namespace cli {
 
 std::vector<Entry> EntriesOf(SimpleTextSearchResponse const& found);
+
+/// The units that values are wanted in; null, the attributes' own, when both names are empty.
+SmartPtr<UnitConversionContext> UnitsOf(std::string const& unitSystem, std::string const& currency);
 
 /// What a text search or a search by conditions finds in a table.
 std::vector<Entry> SearchTable(Connection& connection, TableOf& table, Selection const& what);
