@@ -479,7 +479,8 @@ Json FigureFrom(std::string text, bool isRange, std::string const& columnUnit) {
   if (!isRange) {
     json["value"] = number(text);
   } else if (joint == std::string::npos) {
-    json["low"] = json["high"] = number(text);
+    json["low"] = number(text);
+    json["high"] = json["low"];
   } else {
     std::string const low = text.substr(0, joint);
     std::string const high = text.substr(joint + 2);
