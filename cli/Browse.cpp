@@ -124,20 +124,21 @@ void PrintTree(Context& context, TreeOptions const& options) {
   Sink sink(context.output.file);
   bool const isText = context.output.format == Format::Text;
   TableWriter out(context.output, sink, {"identity", "kind", "folder", "name", "fullName"});
-  TreeWalk::Step step;
-  while (walk.Next(step, options.depth - 1)) {
-    Entry const& entry = step.entry;
-    if (!isText) {
-      out.Add({entry.record->GetIdentity(), step.isFolder ? "folder" : "record", entry.folder,
-               entry.name, entry.fullName});
-      continue;
+  Fill(out, [&] {
+    TreeWalk::Step step;
+    while (walk.Next(step, options.depth - 1)) {
+      Entry const& entry = step.entry;
+      if (!isText) {
+        out.Add({entry.record->GetIdentity(), step.isFolder ? "folder" : "record", entry.folder,
+                 entry.name, entry.fullName});
+        continue;
+      }
+      std::string line(static_cast<std::size_t>(step.depth) * 2, ' ');
+      line += OneLine(entry.name) + (step.isFolder ? "/" : "");
+      if (!step.isFolder && entry.fullName != entry.name) line += "  " + OneLine(entry.fullName);
+      out.AddLine(line);
     }
-    std::string line(static_cast<std::size_t>(step.depth) * 2, ' ');
-    line += OneLine(entry.name) + (step.isFolder ? "/" : "");
-    if (!step.isFolder && entry.fullName != entry.name) line += "  " + OneLine(entry.fullName);
-    sink.Write(line + '\n');
-  }
-  if (!isText) out.Finish();
+  });
 }
 
 void ListAttributes(Context& context, Selection const& from) {

@@ -1,5 +1,7 @@
 #include "cli/Connection.h"
 
+#include <curl/curl.h>
+#include <fcntl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -15,19 +17,30 @@
 namespace cli {
 namespace {
 
-/// Asks on the terminal, without showing what is typed.
+/// Asks on the terminal, without showing what is typed; standard input may hold data.
 std::string AskForPassword(std::string const& user) {
-  std::cerr << "Password of " << user << ": " << std::flush;
+  int const terminal = open("/dev/tty", O_RDWR | O_CLOEXEC);
+  if (terminal < 0) {
+    throw UsageFailure("no password: set LUMO_PASSWORD or name a file with --password-file");
+  }
+  auto const write = [terminal](std::string const& text) {
+    return ::write(terminal, text.data(), text.size()) >= 0;
+  };
+  write("Password of " + user + ": ");
   termios shown{};
-  tcgetattr(STDIN_FILENO, &shown);
+  tcgetattr(terminal, &shown);
   termios hidden = shown;
   hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-  tcsetattr(STDIN_FILENO, TCSAFLUSH, &hidden);
+  tcsetattr(terminal, TCSAFLUSH, &hidden);
   std::string password;
-  std::getline(std::cin, password);
-  tcsetattr(STDIN_FILENO, TCSAFLUSH, &shown);
-  std::cerr << '\n';
+  char c = 0;
+  ssize_t got = 0;
+  while ((got = read(terminal, &c, 1)) == 1 && c != '\n') password += c;
+  tcsetattr(terminal, TCSAFLUSH, &shown);
+  write("\n");
+  close(terminal);
   StopWhenInterrupted();
+  if (got != 1) throw UsageFailure("no password");
   return password;
 }
 
@@ -39,6 +52,32 @@ SmartPtr<ILumoSLAuthModule> LogOnOf(ServerOptions const& options, std::string co
              : LumoSLAuth_Authenticated::CreateOne(options.domain, options.user, password);
 }
 
+/// Throws `Failure` unless the reply holds a response: an HTML page may well be well-formed XML,
+/// and a fault may come with the status of success.
+void CheckBody(std::string const& reply) {
+  std::size_t const body = reply.find("<s:Body");
+  std::size_t const begin = body == std::string::npos ? body : reply.find('<', body + 1);
+  std::string const name =
+      begin == std::string::npos
+          ? ""
+          : reply.substr(begin + 1, reply.find_first_of(" />", begin + 1) - begin - 1);
+  std::string const local = name.substr(name.find(':') + 1);
+  std::size_t const text = reply.find("<faultstring");
+  if (local == "Fault" && text != std::string::npos) {
+    std::size_t const from = reply.find('>', text) + 1;
+    throw Failure(ExitCode::ServerFault,
+                  "the server says: " + OneLine(reply.substr(from, reply.find('<', from) - from)));
+  }
+  constexpr std::string_view kResponse = "Response";
+  bool const isResponse = local == "text" || (local.size() > kResponse.size() &&
+                                              local.compare(local.size() - kResponse.size(),
+                                                            kResponse.size(), kResponse) == 0);
+  if (isResponse) return;
+  throw Failure(ExitCode::NotUnderstood,
+                reply.empty() ? "the reply is empty"
+                              : "the reply holds no response: " + OneLine(reply.substr(0, 80)));
+}
+
 constexpr int kOk = 200;
 constexpr int kUnauthorized = 401;
 constexpr int kForbidden = 403;
@@ -46,7 +85,7 @@ constexpr int kForbidden = 403;
 }  // namespace
 
 std::string PasswordOf(ServerOptions const& options) {
-  if (options.user.empty()) return "";
+  if (options.user.empty() || options.useTicket) return "";
   if (!options.passwordFile.empty()) {
     std::ifstream file(options.passwordFile);
     std::string password;
@@ -57,8 +96,18 @@ std::string PasswordOf(ServerOptions const& options) {
     return password;
   }
   if (char const* const password = std::getenv("LUMO_PASSWORD")) return password;
-  if (isatty(STDIN_FILENO) == 1) return AskForPassword(options.user);
-  throw UsageFailure("no password: set LUMO_PASSWORD or name a file with --password-file");
+  return AskForPassword(options.user);
+}
+
+void CheckUrl(std::string const& url) {
+  std::unique_ptr<CURLU, void (*)(CURLU*)> const parts(curl_url(), curl_url_cleanup);
+  CURLUcode const code =
+      curl_url_set(parts.get(), CURLUPART_URL, url.c_str(), CURLU_DEFAULT_SCHEME);
+  char* scheme = nullptr;
+  if (code == CURLUE_OK) curl_url_get(parts.get(), CURLUPART_SCHEME, &scheme, 0);
+  std::string const name = scheme == nullptr ? "" : scheme;
+  curl_free(scheme);
+  if (name != "http" && name != "https") throw UsageFailure(url + " is no address of a server");
 }
 
 struct InnerSandbox::Parts {
@@ -68,8 +117,10 @@ struct InnerSandbox::Parts {
   std::string url;
 };
 
-InnerSandbox::InnerSandbox(std::string const& file) : m_parts(std::make_unique<Parts>(file)) {
+InnerSandbox::InnerSandbox(std::string const& file) try : m_parts(std::make_unique<Parts>(file)) {
   m_parts->url = "http://127.0.0.1:" + std::to_string(m_parts->server.Start(0));
+} catch (std::exception const& error) {
+  throw UsageFailure("cannot keep a sandbox in " + file + ": " + error.what());
 }
 
 InnerSandbox::~InnerSandbox() { m_parts->server.Stop(); }
@@ -118,13 +169,7 @@ void Connection::Check(ServiceLayerResponse const& outcome) const {
                                              "; is " + m_url + " its service layer?");
   }
   if (!m_log.Error().empty()) throw Failure(ExitCode::NotUnderstood, OneLine(m_log.Error()));
-  // An HTML page may well be well-formed XML, and holds nothing.
-  std::string const& reply = outcome.GetResponseMessage();
-  std::size_t const body = reply.find("<s:Body");
-  if (body == std::string::npos || reply.compare(body, 9, "<s:Body/>") == 0) {
-    throw Failure(ExitCode::NotUnderstood,
-                  "the reply is no SOAP envelope: " + OneLine(reply.substr(0, 80)));
-  }
+  CheckBody(outcome.GetResponseMessage());
 }
 
 }  // namespace cli

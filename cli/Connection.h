@@ -25,14 +25,18 @@ struct ServerOptions {
   bool isVerbose = false;
 };
 
-/// The password from the file, from LUMO_PASSWORD or, on a terminal, from the user, in this order.
-/// Throws `Failure` when there is none.
+/// The password from the file, from LUMO_PASSWORD or, on a terminal, from the user, in this order;
+/// empty where none is needed. Throws `Failure` when there is none.
 std::string PasswordOf(ServerOptions const& options);
+
+/// Throws `UsageFailure` unless the text is an address for http or https.
+void CheckUrl(std::string const& url);
 
 /// A sandbox server inside this process; it ends with the object.
 class InnerSandbox {
  public:
-  /// Keeps the data in that file, or in memory for ":memory:".
+  /// Keeps the data in that file, or in memory for ":memory:". Throws `UsageFailure` when it
+  /// cannot.
   explicit InnerSandbox(std::string const& file);
   ~InnerSandbox();
   std::string const& Url() const;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <sstream>
 #include <utility>
 #include <vector>
 
@@ -48,16 +49,21 @@ Condition Parsed(std::string const& text) {
   bool const takesOperand = condition.operation != "exists" && condition.operation != "is missing";
   if (condition.attribute.empty()) Refuse(text, "names no attribute");
   if (takesOperand && condition.operand.empty()) Refuse(text, "says nothing to compare with");
+  if (!takesOperand && !condition.operand.empty()) Refuse(text, "goes on after its end");
+  if (!condition.column.empty() && condition.operation != "contains") {
+    Refuse(text, "names a column, which only goes with \"contains\"");
+  }
   return condition;
 }
 
 /// "NUMBER UNIT"; the unit may stand close to the number.
 std::pair<double, std::string> NumberAndUnit(std::string const& text) {
-  std::size_t length = text.size();
   double number = 0;
-  while (length > 0 && !ReadNumber(std::string_view(text).substr(0, length), number)) --length;
-  if (length == 0) throw UsageFailure("\"" + text + "\" begins with no number");
-  return {number, Trimmed(text.substr(length))};
+  std::string_view unit;
+  if (!ReadNumber(text, number, unit)) {
+    throw UsageFailure("\"" + text + "\" begins with no number that can be sent");
+  }
+  return {number, Trimmed(unit)};
 }
 
 template <class Value>
@@ -105,28 +111,49 @@ SmartPtr<SearchValue> NumberCondition(Condition const& condition, std::string co
   return Between(condition, text);
 }
 
+/// "2026-03-17" or "2026-03-17T09:30:00".
+bool IsDate(std::string const& text) {
+  constexpr std::string_view kForm = "dddd-dd-ddTdd:dd:dd";
+  if (text.size() != 10 && text.size() != kForm.size()) return false;
+  return std::equal(text.begin(), text.end(), kForm.begin(), [](char c, char form) {
+    return form == 'd' ? c >= '0' && c <= '9' : c == form;
+  });
+}
+
 SmartPtr<SearchValue> DateCondition(Condition const& condition, std::string const& text) {
+  if (condition.operation == "<" || condition.operation == ">") {
+    Refuse(text, "compares dates, which goes with <=, >=, = and between");
+  }
   auto const [low, high] = EndsOf(condition, text);
+  for (std::string const& end : {low, high}) {
+    if (!end.empty() && !IsDate(end)) Refuse(text, "needs dates such as 2026-03-17T09:30:00");
+  }
   auto between = BetweenDateTimesSearchValue::CreateOne();
   between->SetLowEnd(low);
   between->SetHighEnd(high);
   return between;
 }
 
-SmartPtr<SearchValue> WordCondition(Condition const& condition) {
+SmartPtr<SearchValue> WordCondition(Condition const& condition, AttributeDetail const& attribute) {
   auto any = ContainsAnySearchValue::CreateOne();
-  std::string rest = condition.operand;
-  for (std::size_t bar = 0; bar != std::string::npos; rest.erase(0, bar + 1)) {
-    bar = rest.find('|');
-    any->AddValue(Trimmed(rest.substr(0, bar)));
-    if (bar == std::string::npos) break;
+  auto const& known = attribute.AccessDiscreteValues();
+  std::istringstream words(condition.operand);
+  for (std::string word; std::getline(words, word, '|');) {
+    word = Trimmed(word);
+    if (!known.empty() && std::find(known.begin(), known.end(), word) == known.end()) {
+      throw UsageFailure("the attribute \"" + attribute.GetName() + "\" has no word \"" + word +
+                         "\"" + Suggestion(word, known));
+    }
+    any->AddValue(word);
   }
   return any;
 }
 
-SmartPtr<SearchValue> EqualityOf(Condition const& condition, std::string const& type,
+/// What "=" means for types without an order; null for the others.
+SmartPtr<SearchValue> EqualityOf(Condition const& condition, AttributeDetail const& attribute,
                                  std::string const& text) {
-  if (type == AttributeTypes::DISCRETE_TYPE_STRING) return WordCondition(condition);
+  std::string const& type = attribute.GetType();
+  if (type == AttributeTypes::DISCRETE_TYPE_STRING) return WordCondition(condition, attribute);
   if (type == AttributeTypes::INTEGER_TYPE_STRING) {
     int number = 0;
     if (!ReadInteger(condition.operand, number)) Refuse(text, "needs a whole number");
@@ -142,26 +169,36 @@ SmartPtr<SearchValue> EqualityOf(Condition const& condition, std::string const& 
   return nullptr;
 }
 
+SmartPtr<SearchValue> ColumnCondition(Condition const& condition,
+                                      AttributeDetail const& attribute) {
+  std::vector<std::string> names;
+  for (auto const& column : attribute.AccessColumns()) names.push_back(column->GetName());
+  if (std::find(names.begin(), names.end(), condition.column) == names.end()) {
+    throw UsageFailure("the attribute \"" + attribute.GetName() + "\" has no column \"" +
+                       condition.column + "\"" + Suggestion(condition.column, names));
+  }
+  auto contains = WithText<TabularColumnContainsSearchValue>(condition.operand);
+  contains->SetColName(condition.column);
+  return contains;
+}
+
 bool IsNumeric(std::string const& type) {
   return type == AttributeTypes::RANGE_TYPE_STRING || type == AttributeTypes::POINT_TYPE_STRING ||
          type == AttributeTypes::INTEGER_TYPE_STRING ||
          type == AttributeTypes::FLOAT_FUNCTIONAL_TYPE_STRING;
 }
 
-SmartPtr<SearchValue> ValueOf(Condition const& condition, std::string const& type,
+SmartPtr<SearchValue> ValueOf(Condition const& condition, AttributeDetail const& attribute,
                               std::string const& text) {
+  std::string const& type = attribute.GetType();
   std::string const& operation = condition.operation;
   if (operation == "exists") return ExistsSearchValue::CreateOne();
   if (operation == "is missing") return DoesNotExistSearchValue::CreateOne();
   if (operation == "lacks") return WithText<DoesNotContainSearchValue>(condition.operand);
-  if (operation == "contains" && !condition.column.empty()) {
-    auto contains = WithText<TabularColumnContainsSearchValue>(condition.operand);
-    contains->SetColName(condition.column);
-    return contains;
-  }
+  if (!condition.column.empty()) return ColumnCondition(condition, attribute);
   if (operation == "contains") return WithText<ContainsSearchValue>(condition.operand);
   if (operation == "=") {
-    if (auto value = EqualityOf(condition, type, text)) return value;
+    if (auto value = EqualityOf(condition, attribute, text)) return value;
   }
   if (IsNumeric(type)) return NumberCondition(condition, text);
   if (type == AttributeTypes::DATE_TIME_TYPE_STRING) return DateCondition(condition, text);
@@ -175,7 +212,7 @@ SmartPtr<RecordSearchCriterion> CriterionOf(TableOf& table, std::string const& t
   auto const attribute = table.Attribute(condition.attribute);
   auto criterion = RecordSearchCriterion::CreateOne();
   criterion->SetSearchAttribute(table.ReferenceTo(*attribute));
-  criterion->SetSearchValue(ValueOf(condition, attribute->GetType(), text));
+  criterion->SetSearchValue(ValueOf(condition, *attribute, text));
   return criterion;
 }
 

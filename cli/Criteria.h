@@ -8,7 +8,7 @@ namespace cli {
 
 /// A condition such as "density < 3000 kg/m^3" as the search service takes it:
 ///
-///     ATTRIBUTE < | <= | > | >= NUMBER|DATE [UNIT]
+///     ATTRIBUTE < | <= | > | >= NUMBER [UNIT]      of dates only <= and >=
 ///     ATTRIBUTE = NUMBER|WORD|yes|no       several words with "|" between them: any of these
 ///     ATTRIBUTE between A and B [UNIT]
 ///     ATTRIBUTE contains TEXT              of a table: ATTRIBUTE[COLUMN] contains TEXT

@@ -38,11 +38,8 @@ void ReadCsv(std::string const& text,
     static_cast<Reading*>(to)->AddCell(static_cast<char const*>(cell), length);
   };
   auto const endRow = [](int, void* to) { static_cast<Reading*>(to)->EndRow(); };
-  constexpr char kMark[] = "\xEF\xBB\xBF";
-  std::size_t const begin = text.compare(0, 3, kMark) == 0 ? 3 : 0;
-  std::size_t const length = text.size() - begin;
   bool const isWhole =
-      csv_parse(&parser, text.data() + begin, length, addCell, endRow, &reading) == length &&
+      csv_parse(&parser, text.data(), text.size(), addCell, endRow, &reading) == text.size() &&
       csv_fini(&parser, addCell, endRow, &reading) == 0;
   csv_free(&parser);
   if (reading.fault) std::rethrow_exception(reading.fault);

@@ -85,30 +85,31 @@ void ListLinks(Context& context, Selection const& what) {
   Sink sink(context.output.file);
   TableWriter out(context.output, sink, {"record", "group", "identity", "name", "fullName"});
   RecordSource source(*connection, table, what, context.chunk);
-  while (auto const chunk = source.Next()) {
-    auto const request = GetLinkedRecordsRequest::CreateOne();
-    std::map<int, std::string> sources;
-    for (Entry const& entry : *chunk) {
-      request->AddRecordReference(entry.record);
-      sources[entry.record->GetIdentity()] = entry.name;
-    }
-    auto const found = connection->Ask<GetLinkedRecordsResponse>([&](auto* into) {
-      connection->Browse()->GetGetLinkedRecordsImpl()->GetLinkedRecords(request, into);
-    });
-    auto const names = NamesOf(*connection, *found);
-    for (auto const& one : found->AccessSourceRecords()) {
-      std::string const name =
-          one->GetRecord() ? sources[one->GetRecord()->GetIdentity()] : std::string();
-      for (auto const& group : one->AccessRecordLinkGroups()) {
-        for (auto const& record : group->AccessLinkedRecords()) {
-          auto const& target = names.at(record->GetIdentity());
-          out.Add({name, group->GetName(), record->GetIdentity(),
-                   target ? target->GetShortName() : "", target ? target->GetLongName() : ""});
+  Fill(out, [&] {
+    while (auto const chunk = source.Next()) {
+      auto const request = GetLinkedRecordsRequest::CreateOne();
+      std::map<int, std::string> sources;
+      for (Entry const& entry : *chunk) {
+        request->AddRecordReference(entry.record);
+        sources[entry.record->GetIdentity()] = entry.name;
+      }
+      auto const found = connection->Ask<GetLinkedRecordsResponse>([&](auto* into) {
+        connection->Browse()->GetGetLinkedRecordsImpl()->GetLinkedRecords(request, into);
+      });
+      auto const names = NamesOf(*connection, *found);
+      for (auto const& one : found->AccessSourceRecords()) {
+        std::string const name =
+            one->GetRecord() ? sources[one->GetRecord()->GetIdentity()] : std::string();
+        for (auto const& group : one->AccessRecordLinkGroups()) {
+          for (auto const& record : group->AccessLinkedRecords()) {
+            auto const& target = names.at(record->GetIdentity());
+            out.Add({name, group->GetName(), record->GetIdentity(),
+                     target ? target->GetShortName() : "", target ? target->GetLongName() : ""});
+          }
         }
       }
     }
-  }
-  out.Finish();
+  });
 }
 
 void Export(Context& context, ExportOptions const& options) {
@@ -126,6 +127,7 @@ void Export(Context& context, ExportOptions const& options) {
   while (auto const chunk = source.Next()) {
     for (Entry const& entry : *chunk) request->AddRecord(entry.record);
   }
+  if (request->AccessRecords().empty()) return context.Note("0 records");
   for (std::string const& parameter : options.parameters) {
     request->AddParameterValue(ParameterOf(parameter, table.Key()));
   }

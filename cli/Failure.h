@@ -22,6 +22,11 @@ class Failure : public std::runtime_error {
  public:
   Failure(ExitCode code, std::string const& text) : std::runtime_error(text), m_code(code) {}
   ExitCode Code() const { return m_code; }
+  /// The same failure after so much was done, such as "3 records".
+  Failure After(std::string const& done) const {
+    return {m_code == ExitCode::Interrupted ? m_code : ExitCode::PartlyDone,
+            std::string(what()) + " (after " + done + ")"};
+  }
 
  private:
   ExitCode m_code;

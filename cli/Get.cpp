@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <utility>
@@ -58,6 +59,10 @@ void ConvertUnits(Connection& connection, std::string const& dbKey,
 std::vector<Column> ColumnsOf(TableOf& table, std::vector<std::string> const& names) {
   std::vector<Column> columns;
   auto const add = [&](SmartPtr<AttributeDetail> const& attribute) {
+    bool const isThere = std::any_of(columns.begin(), columns.end(), [&](Column const& column) {
+      return column.attribute == attribute;
+    });
+    if (isThere) return;
     columns.push_back({attribute, table.ReferenceTo(*attribute), attribute->GetDatabaseUnit()});
   };
   for (std::string const& name : names) add(table.Attribute(name));
@@ -219,9 +224,7 @@ void Get(Context& context, GetOptions const& options) {
     if (*failure.what() == '\0') throw;  // nobody reads on
     writer.Finish();
     if (progress.Done() == 0) throw;
-    throw Failure(
-        failure.Code() == ExitCode::Interrupted ? ExitCode::Interrupted : ExitCode::PartlyDone,
-        std::string(failure.what()) + " (after " + Count(progress.Done(), "record") + ")");
+    throw failure.After(Count(progress.Done(), "record"));
   }
   progress.Clear();
   writer.Finish();

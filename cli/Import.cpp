@@ -1,8 +1,12 @@
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <fstream>
-#include <iostream>
+#include <cerrno>
+#include <cstring>
 #include <iterator>
 #include <limits>
 #include <map>
@@ -21,6 +25,8 @@
 namespace cli {
 namespace {
 
+constexpr int kPollMs = 100;
+
 /// A record as the file has it.
 struct NewRecord {
   std::string where;  ///< "line 12" or "record 12", for complaints
@@ -30,11 +36,27 @@ struct NewRecord {
   std::vector<std::pair<SmartPtr<AttributeDetail>, Json>> values;
 };
 
+/// All of a file, without a byte order mark. Ctrl-C ends the wait for a writer that says nothing.
 std::string ContentOf(std::string const& file) {
-  if (file == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
-  std::ifstream in(file, std::ios::binary);
-  if (!in) throw UsageFailure("cannot read " + file);
-  return {std::istreambuf_iterator<char>(in), {}};
+  auto const fail = [&file](int error) {
+    StopWhenInterrupted();
+    throw UsageFailure("cannot read " + file + ": " + std::strerror(error));
+  };
+  int const in = file == "-" ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC);
+  if (in < 0) fail(errno);
+  std::string text;
+  char bytes[65536];
+  ssize_t got = 1;
+  while (got != 0) {
+    StopWhenInterrupted();
+    pollfd ready{in, POLLIN, 0};
+    if (poll(&ready, 1, kPollMs) <= 0) continue;
+    got = read(in, bytes, sizeof bytes);
+    if (got < 0 && errno != EINTR) fail(errno);
+    if (got > 0) text.append(bytes, static_cast<std::size_t>(got));
+  }
+  if (in != STDIN_FILENO) close(in);
+  return text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? text.substr(3) : text;
 }
 
 [[noreturn]] void Refuse(std::string const& where, std::string const& why) {
@@ -60,8 +82,9 @@ class CsvRecords {
     ReadCsv(text, [this](std::vector<std::string> const& cells) {
       ++m_row;
       if (m_columns.empty()) {
-        for (std::string const& heading : cells) m_columns.push_back(ColumnOf(heading));
-      } else {
+        for (std::string const& heading : cells) AddColumn(heading);
+      } else if (std::any_of(cells.begin(), cells.end(),
+                             [](auto const& c) { return !c.empty(); })) {
         AddRecord(cells);
       }
     });
@@ -75,6 +98,16 @@ class CsvRecords {
     std::string unit;
   };
 
+  void AddColumn(std::string const& heading) {
+    Column const column = ColumnOf(heading);
+    bool const isRepeated =
+        std::any_of(m_columns.begin(), m_columns.end(), [&column](Column const& other) {
+          return other.name == column.name && other.attribute == column.attribute;
+        });
+    if (isRepeated) throw UsageFailure("the heading \"" + heading + "\" comes twice");
+    m_columns.push_back(column);
+  }
+
   /// "Density [kg/m^3]" or "Density"; also a name that ends in brackets of its own.
   Column ColumnOf(std::string const& heading) {
     if (EqualIgnoringCase(heading, "Folder")) return {&NewRecord::folder, nullptr, ""};
@@ -85,6 +118,9 @@ class CsvRecords {
         return {nullptr, attribute, attribute->GetDatabaseUnit()};
       }
     }
+    if (heading.find(';') != std::string::npos || heading.find('\t') != std::string::npos) {
+      throw UsageFailure("the headings need commas between them");
+    }
     std::size_t const bracket = heading.rfind(" [");
     if (bracket == std::string::npos || heading.back() != ']') {
       return {nullptr, m_table.Attribute(heading), ""};  // which complains
@@ -94,6 +130,7 @@ class CsvRecords {
   }
 
   void AddRecord(std::vector<std::string> const& cells) {
+    StopWhenInterrupted();
     NewRecord record;
     record.where = "row " + std::to_string(m_row);
     if (cells.size() != m_columns.size()) {
@@ -134,6 +171,13 @@ NewRecord RecordOf(TableOf& table, Json const& json, std::string const& where) {
   record.name = text("name");
   record.fullName = text("fullName");
   Json const values = json.value("values", Json::object());
+  for (auto const& [name, value] : json.items()) {
+    constexpr std::string_view kMembers[] = {"folder", "name", "fullName", "identity", "values"};
+    if (std::find(std::begin(kMembers), std::end(kMembers), name) == std::end(kMembers)) {
+      Refuse(where, "there is no member \"" + name + "\"; values stand in \"values\"");
+    }
+  }
+  if (!values.is_object()) Refuse(where, "\"values\" is no object");
   for (auto const& [name, value] : values.items()) {
     auto const attributeName = name;
     auto const& attributeValue = value;
@@ -142,18 +186,19 @@ NewRecord RecordOf(TableOf& table, Json const& json, std::string const& where) {
   return record;
 }
 
-/// An array of objects, or one object to a line.
+/// An array of objects, one object, or one object to a line.
 std::vector<NewRecord> JsonRecords(TableOf& table, std::string const& text) {
   std::vector<NewRecord> records;
-  auto const parsed = [](std::string const& part, std::string const& where) {
-    Json json = Json::parse(part, nullptr, false);
-    if (json.is_discarded()) Refuse(where, "is no JSON");
-    return json;
+  auto const add = [&](Json const& json, std::string const& where) {
+    StopWhenInterrupted();
+    records.push_back(RecordOf(table, json, where));
   };
-  std::size_t const begin = text.find_first_not_of(" \t\r\n");
-  if (begin != std::string::npos && text[begin] == '[') {
-    for (Json const& one : parsed(text, "the file")) {
-      records.push_back(RecordOf(table, one, "record " + std::to_string(records.size() + 1)));
+  bool const isArray = text[text.find_first_not_of(" \t\r\n")] == '[';
+  if (isArray || Json::accept(text)) {
+    Json const all = ParseJson(text);
+    if (!isArray) add(all, "the record");
+    for (std::size_t i = 0; isArray && i < all.size(); ++i) {
+      add(all[i], "record " + std::to_string(i + 1));
     }
     return records;
   }
@@ -163,7 +208,7 @@ std::vector<NewRecord> JsonRecords(TableOf& table, std::string const& text) {
     ++number;
     if (Trimmed(line).empty()) continue;
     std::string const where = "line " + std::to_string(number);
-    records.push_back(RecordOf(table, parsed(line, where), where));
+    At(where, [&] { add(ParseJson(line), where); });
   }
   return records;
 }
@@ -176,7 +221,7 @@ std::string Tidied(std::string const& folder) {
 }
 
 bool LooksLikeJson(std::string const& text) {
-  std::size_t const begin = text.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
+  std::size_t const begin = text.find_first_not_of(" \t\r\n");
   return begin != std::string::npos && (text[begin] == '[' || text[begin] == '{');
 }
 
@@ -192,6 +237,19 @@ class Importer {
     while (walk.Next(step, std::numeric_limits<int>::max())) {
       std::string const path = PathBelow(step.entry.folder, step.entry.name);
       (step.isFolder ? m_folders : m_records).emplace(path, step.entry.record);
+    }
+  }
+
+  /// Throws `UsageFailure` when a record is to lie in what is no folder.
+  void Check(std::vector<NewRecord> const& records) const {
+    for (NewRecord const& record : records) {
+      std::string path;
+      for (std::string const& name : PathParts(record.folder)) {
+        path = PathBelow(path, name);
+        if (m_records.count(path) > 0 && m_folders.count(path) == 0) {
+          Refuse(record.where, "\"" + path + "\" is a record and holds no others");
+        }
+      }
     }
   }
 
@@ -221,11 +279,10 @@ class Importer {
       }
     } catch (Failure const& failure) {
       progress.Clear();
+      if (m_hasWritten && progress.Done() == 0) throw failure.After("part of the first records");
       if (progress.Done() == 0) throw;
-      throw Failure(
-          failure.Code() == ExitCode::Interrupted ? ExitCode::Interrupted : ExitCode::PartlyDone,
-          std::string(failure.what()) + " (after " + std::to_string(progress.Done()) + " of " +
-              Count(records.size(), "record") + ")");
+      throw failure.After(std::to_string(progress.Done()) + " of " +
+                          Count(records.size(), "record"));
     }
   }
 
@@ -312,6 +369,7 @@ class Importer {
       m_connection.Import()->SetRecordAttributesImplPtr()->SetRecordAttributes_Request(request,
                                                                                        into);
     });
+    m_hasWritten = true;
     std::vector<SmartPtr<RecordReference>> records;
     for (auto const& record : done->AccessRecordsImported()) {
       records.push_back(record->GetRecordReference());
@@ -327,13 +385,18 @@ class Importer {
   TableOf& m_table;
   std::map<std::string, SmartPtr<RecordReference>> m_folders;  // by path
   std::map<std::string, SmartPtr<RecordReference>> m_records;
+  bool m_hasWritten = false;
 };
 
 /// Finds fault before anything is sent.
 void CheckAll(std::vector<NewRecord> const& records, TableOf& table) {
   std::map<std::string, std::string> places;
   for (NewRecord const& record : records) {
+    StopWhenInterrupted();
     if (record.name.empty()) Refuse(record.where, "the record has no name");
+    if (!CanBeSent(record.name + record.fullName + record.folder)) {
+      Refuse(record.where, "a name holds a character that cannot be sent");
+    }
     auto const [first, isNew] = places.emplace(PathBelow(record.folder, record.name), record.where);
     if (!isNew) Refuse(record.where, "the record stands in " + first->second + " already");
     At(record.where, [&] {
@@ -348,14 +411,15 @@ void CheckAll(std::vector<NewRecord> const& records, TableOf& table) {
 }  // namespace
 
 void Import(Context& context, ImportOptions const& options) {
+  auto const connection = context.Connect();  // asks for the password before the file is read
   std::string const text = ContentOf(options.file);
-  auto const connection = context.Connect();
   TableOf table(*connection, options.database, options.table);
   std::vector<NewRecord> records =
       LooksLikeJson(text) ? JsonRecords(table, text) : CsvRecords(table).Read(text);
   for (NewRecord& record : records) record.folder = Tidied(record.folder);
   CheckAll(records, table);
   Importer importer(context, *connection, table);
+  importer.Check(records);
   if (!options.isDryRun) {
     importer.Import(records);
     context.Note(Count(records.size(), "record") + " imported");

@@ -1,21 +1,25 @@
 #include "cli/Output.h"
 
+#include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
 
-#include "cli/Failure.h"
-#include "cli/Text.h"
+#include "cli/Interrupt.h"
 
 namespace cli {
 namespace {
 
+constexpr std::size_t kBuffered = 65536;
+constexpr int kPollMs = 100;
 constexpr std::size_t kHeldRows = 500;
 constexpr std::size_t kWidest = 60;
 
@@ -38,37 +42,55 @@ std::string Shortened(std::string text) {
 }  // namespace
 
 Sink::Sink(std::string const& file)
-    : m_file(file.empty() ? stdout : std::fopen(file.c_str(), "wb")),
+    : m_file(file.empty() ? STDOUT_FILENO
+                          : open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)),
       m_name(file.empty() ? "standard output" : file) {
-  if (m_file == nullptr) {
+  if (m_file < 0) {
     throw UsageFailure("cannot write " + file + ": " + std::strerror(errno));
   }
 }
 
 Sink::~Sink() {
-  if (m_file == stdout) {
-    std::fflush(stdout);
-  } else {
-    std::fclose(m_file);
+  try {
+    Flush();
+  } catch (Failure const&) {
+    // Another failure is on its way, or nobody would read this one.
   }
+  if (m_file != STDOUT_FILENO) close(m_file);
 }
 
 void Sink::Write(std::string const& text) {
-  if (std::fwrite(text.data(), 1, text.size(), m_file) == text.size()) return;
-  // A reader that has seen enough is nothing to talk about.
-  throw Failure(ExitCode::PartlyDone,
-                errno == EPIPE ? "" : "cannot write " + m_name + ": " + std::strerror(errno));
+  m_buffer += text;
+  if (m_buffer.size() >= kBuffered) Flush();
 }
 
 void Sink::Flush() {
-  if (std::fflush(m_file) == 0) return;
-  throw Failure(ExitCode::PartlyDone,
-                errno == EPIPE ? "" : "cannot write " + m_name + ": " + std::strerror(errno));
+  std::size_t done = 0;
+  while (done < m_buffer.size()) {
+    // A pipe that is ready takes this much at once, so that writing never waits for its reader.
+    std::size_t const count = std::min<std::size_t>(m_buffer.size() - done, PIPE_BUF);
+    pollfd room{m_file, POLLOUT, 0};
+    if (poll(&room, 1, IsInterrupted() ? 0 : kPollMs) <= 0) {
+      if (!IsInterrupted()) continue;
+      m_buffer.clear();
+      StopWhenInterrupted();
+    }
+    ssize_t const written = write(m_file, m_buffer.data() + done, count);
+    if (written < 0 && (errno == EINTR || errno == EAGAIN)) continue;
+    if (written < 0) {
+      m_buffer.clear();
+      // A reader that has seen enough is nothing to talk about.
+      throw Failure(ExitCode::PartlyDone,
+                    errno == EPIPE ? "" : "cannot write " + m_name + ": " + std::strerror(errno));
+    }
+    done += static_cast<std::size_t>(written);
+  }
+  m_buffer.clear();
 }
 
 bool Sink::HasColor() const {
   char const* const no = std::getenv("NO_COLOR");
-  return isatty(fileno(m_file)) == 1 && (no == nullptr || *no == '\0');
+  return isatty(m_file) == 1 && (no == nullptr || *no == '\0');
 }
 
 std::string CsvLine(std::vector<std::string> const& cells) {
@@ -99,6 +121,11 @@ TableWriter::TableWriter(OutputOptions const& options, Sink& sink, std::vector<s
   if (m_options.format == Format::Csv && !m_options.isBare) m_sink.Write(CsvLine(m_columns));
 }
 
+void TableWriter::AddLine(std::string const& line) {
+  ++m_count;
+  m_sink.Write(line + '\n');
+}
+
 void TableWriter::Add(std::vector<Json> const& cells) {
   if (m_options.format == Format::JsonArray || m_options.format == Format::NdJson) {
     Json object = Json::object();
@@ -108,13 +135,18 @@ void TableWriter::Add(std::vector<Json> const& cells) {
   std::vector<std::string> texts;
   texts.reserve(cells.size());
   for (Json const& cell : cells) texts.push_back(CellText(cell));
+  ++m_count;
   if (m_options.format == Format::Csv) return m_sink.Write(CsvLine(texts));
-  for (std::string& text : texts) text = Shortened(OneLine(text));
+  for (std::string& text : texts) {
+    bool const isLast = &text == &texts.back();  // which makes no other wider
+    text = isLast && texts.size() == 2 ? OneLine(text) : Shortened(OneLine(text));
+  }
   m_held.push_back(std::move(texts));
   if (m_held.size() >= kHeldRows) FlushText();
 }
 
 void TableWriter::AddObject(Json const& object) {
+  ++m_count;
   std::string const text = object.dump(-1, ' ', false, Json::error_handler_t::replace);
   if (m_options.format == Format::NdJson) return m_sink.Write(text + '\n');
   m_sink.Write((m_isBegun ? ",\n" : "[\n") + text);

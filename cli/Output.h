@@ -2,9 +2,11 @@
 
 #include <nlohmann/json_fwd.hpp>
 
-#include <cstdio>
 #include <string>
 #include <vector>
+
+#include "cli/Failure.h"
+#include "cli/Text.h"
 
 namespace cli {
 
@@ -20,7 +22,7 @@ struct OutputOptions {
 };
 
 /// Writes bytes to standard output or a file; what was written stays when the command is stopped.
-/// Throws `Failure` when writing fails.
+/// Throws `Failure` when writing fails, and on Ctrl-C when nobody reads on.
 class Sink {
  public:
   explicit Sink(std::string const& file);
@@ -34,8 +36,9 @@ class Sink {
   bool HasColor() const;
 
  private:
-  std::FILE* m_file;
+  int m_file;  ///< descriptor
   std::string m_name;
+  std::string m_buffer;
 };
 
 /// One line of CSV as RFC 4180 has it, ending in a line feed.
@@ -51,6 +54,10 @@ class TableWriter {
   void Add(std::vector<Json> const& cells);
   /// An object of its own making, for the JSON formats only.
   void AddObject(Json const& object);
+  /// A line of its own making, for text format only.
+  void AddLine(std::string const& line);
+  /// Rows so far.
+  std::size_t Count() const { return m_count; }
   void Finish();
 
  private:
@@ -61,8 +68,23 @@ class TableWriter {
   std::vector<std::string> m_columns;
   std::vector<std::vector<std::string>> m_held;
   std::vector<std::size_t> m_widths;
+  std::size_t m_count = 0;
   bool m_isBegun = false;
 };
+
+/// Does work that fills a list, and finishes the list, also when the work ends in the middle: then
+/// the failure says how many rows there are.
+template <class Work>
+void Fill(TableWriter& out, Work work) {
+  try {
+    work();
+  } catch (Failure const& failure) {
+    if (out.Count() == 0 || *failure.what() == '\0') throw;
+    out.Finish();
+    throw failure.After(Count(out.Count(), "row"));
+  }
+  out.Finish();
+}
 
 /// Text of a cell: a text as it is, anything else as JSON writes it, null as nothing.
 std::string CellText(Json const& cell);

@@ -32,7 +32,7 @@ class Report {
 std::string Milliseconds(CURL* easy, CURLINFO what) {
   curl_off_t microseconds = 0;
   curl_easy_getinfo(easy, what, &microseconds);
-  return NumberText(static_cast<double>(microseconds) / 1000, 3) + " ms";
+  return NumberText(static_cast<double>(microseconds) / 1000, 6) + " ms";
 }
 
 /// Connects and ends the connection: name, connection and TLS.

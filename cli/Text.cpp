@@ -1,8 +1,11 @@
 #include "cli/Text.h"
 
+#include <boost/locale/encoding_utf.hpp>
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <cmath>
 #include <iterator>
 #include <numeric>
 
@@ -38,12 +41,6 @@ std::string ToText(Number value, Format... format) {
   return {text, std::to_chars(std::begin(text), std::end(text), value, format...).ptr};
 }
 
-template <class Number>
-bool ReadAll(std::string_view text, Number& value) {
-  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  return error == std::errc() && end == text.data() + text.size();
-}
-
 }  // namespace
 
 std::string OneLine(std::string_view text) {
@@ -73,18 +70,36 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
                     [](char x, char y) { return Lower(x) == Lower(y); });
 }
 
+bool CanBeSent(std::string const& text) {
+  auto const isControl = [](char c) {
+    return static_cast<unsigned char>(c) < 0x20U && c != '\t' && c != '\n' && c != '\r';
+  };
+  return std::none_of(text.begin(), text.end(), isControl) &&
+         boost::locale::conv::utf_to_utf<char>(text) == text;  // which drops what is no UTF-8
+}
+
 std::string NumberText(double value) { return ToText(value); }
 
 std::string NumberText(double value, int digits) {
   return ToText(value, std::chars_format::general, digits);
 }
 
-bool ReadNumber(std::string_view text, double& value) {
+bool ReadNumber(std::string_view text, double& value, std::string_view& rest) {
   if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-  return ReadAll(text, value);
+  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  rest = text.substr(static_cast<std::size_t>(end - text.data()));
+  return error == std::errc() && std::isfinite(value);
 }
 
-bool ReadInteger(std::string_view text, int& value) { return ReadAll(text, value); }
+bool ReadNumber(std::string_view text, double& value) {
+  std::string_view rest;
+  return ReadNumber(text, value, rest) && rest.empty();
+}
+
+bool ReadInteger(std::string_view text, int& value) {
+  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() && end == text.data() + text.size();
+}
 
 std::string Count(std::size_t number, std::string const& what) {
   return std::to_string(number) + " " + what + (number == 1 ? "" : "s");

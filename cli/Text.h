@@ -18,8 +18,13 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b);
 std::string NumberText(double value);
 /// At most that many significant digits, for reading.
 std::string NumberText(double value, int digits);
-/// Reads the whole text as a number; false when it is none. "1,5" and "1e3x" are none.
+/// Whether the text is UTF-8 without characters that XML cannot carry.
+bool CanBeSent(std::string const& text);
+
+/// Reads the whole text as a number; false when it is none. "1,5", "1e3x" and "inf" are none.
 bool ReadNumber(std::string_view text, double& value);
+/// The number that the text begins with, and what follows it; false when there is none.
+bool ReadNumber(std::string_view text, double& value, std::string_view& rest);
 bool ReadInteger(std::string_view text, int& value);
 
 /// "1 record", "2 records".

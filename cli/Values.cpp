@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "cli/Text.h"
@@ -12,6 +13,7 @@ namespace {
 
 constexpr double kExactIntegers = 1e15;
 constexpr char kEllipsis[] = "..";
+constexpr int kDeepestJson = 100;
 
 Json ParametersOf(std::vector<SmartPtr<ParameterReferenceAndValue>> const& parameters) {
   Json json = Json::object();
@@ -37,6 +39,8 @@ void AddUnit(Json& json, UnittedRealDataType const& value) {
 }
 
 Json JsonOfRange(RangeDataType const& range) {
+  bool const isOpen = !std::isfinite(range.GetLow()) && !std::isfinite(range.GetHigh());
+  if (isOpen) return nullptr;
   Json json = {{"low", range.GetLowSet() ? JsonOf(range.GetLow()) : Json()},
                {"high", range.GetHighSet() ? JsonOf(range.GetHigh()) : Json()}};
   AddUnit(json, range);
@@ -149,7 +153,7 @@ class Builder {
     if (type == AttributeTypes::LONG_TEXT_TYPE_STRING) return Text<LongTextDataType>(json);
     if (type == AttributeTypes::DATE_TIME_TYPE_STRING) return Text<DateTimeDataType>(json);
     if (type == AttributeTypes::INTEGER_TYPE_STRING) {
-      return Simple<IntegerDataType>(Take<int>(json, json.is_number_integer(), "a whole number"));
+      return Simple<IntegerDataType>(Take<int>(json, IsInt(json), "a whole number of 32 bits"));
     }
     if (type == AttributeTypes::LOGICAL_TYPE_STRING) {
       return Simple<LogicalDataType>(Take<bool>(json, json.is_boolean(), "true or false"));
@@ -173,13 +177,20 @@ class Builder {
     throw UsageFailure("the attribute \"" + m_attribute.GetName() + "\" " + why);
   }
 
+  static bool IsInt(Json const& json) {
+    return json.is_number_integer() && json >= std::numeric_limits<int>::min() &&
+           json <= std::numeric_limits<int>::max();
+  }
+
   template <class T>
   T Take(Json const& json, bool fits, char const* what) const {
     if (!fits) Refuse(std::string("takes ") + what);
     return json.get<T>();
   }
   std::string TextIn(Json const& json) const {
-    return Take<std::string>(json, json.is_string(), "a text");
+    std::string text = Take<std::string>(json, json.is_string(), "a text");
+    if (!CanBeSent(text)) Refuse("holds a character that cannot be sent");
+    return text;
   }
   std::string TextAt(Json const& json, char const* name) const {
     return json.contains(name) ? TextIn(json[name]) : "";
@@ -237,8 +248,11 @@ class Builder {
   SmartPtr<IDataValue> Range(Json const& json) const {
     auto value = RangeDataType::CreateOne();
     FillUnit(*value, json);
-    if (json.contains("low") && !json["low"].is_null()) value->SetLow(NumberAt(json, "low"));
-    if (json.contains("high") && !json["high"].is_null()) value->SetHigh(NumberAt(json, "high"));
+    auto const isSet = [&json](char const* end) {
+      return json.contains(end) && !json[end].is_null();
+    };
+    if (isSet("low") || !isSet("high")) value->SetLow(NumberAt(json, "low"));
+    if (isSet("high")) value->SetHigh(NumberAt(json, "high"));
     return value;
   }
 
@@ -316,7 +330,7 @@ class Builder {
 
   template <class Value>
   SmartPtr<Value> Binary(Json const& json) const {
-    if (!json.contains("data")) Refuse("needs \"data\"; read it with --files inline");
+    if (!json.contains("data")) Refuse("needs \"data\"; read it without --no-files");
     auto value = Value::CreateOne();
     value->SetContentType(TextAt(json, "contentType"));
     value->SetEncodedData(TextAt(json, "data"));
@@ -448,8 +462,14 @@ std::string FigureText(Json const& json, std::string const& columnUnit, std::str
   return unit == columnUnit ? figure : figure + " " + unit;
 }
 
+/// What a cell of CSV would be taken for.
+bool LooksLikeJson(std::string const& cell) {
+  return !cell.empty() && (cell[0] == '{' || cell[0] == '[');
+}
+
 bool IsPlainLink(Json const& json) {
   return json.contains("url") && json.contains("description") && json.size() == 2 &&
+         !LooksLikeJson(json["url"].get_ref<std::string const&>()) &&
          json["description"].get_ref<std::string const&>().empty();
 }
 
@@ -460,7 +480,7 @@ std::string WordsText(Json const& json) {
     if (!word.is_string() || word.get<std::string>().find(';') != std::string::npos) return "";
     text += (text.empty() ? "" : "; ") + word.get<std::string>();
   }
-  return text;
+  return LooksLikeJson(text) ? "" : text;
 }
 
 Json FigureFrom(std::string text, bool isRange, std::string const& columnUnit) {
@@ -503,6 +523,25 @@ Json WordsFrom(std::string const& text) {
 }
 
 }  // namespace
+
+Json ParseJson(std::string const& text) {
+  int depth = 0;
+  bool isInText = false;
+  for (std::size_t i = 0; i < text.size() && depth <= kDeepestJson; ++i) {
+    if (text[i] == '"') isInText = !isInText;
+    if (isInText && text[i] == '\\') ++i;
+    if (isInText) continue;
+    if (text[i] == '[' || text[i] == '{') ++depth;
+    if (text[i] == ']' || text[i] == '}') --depth;
+  }
+  Json json =
+      depth > kDeepestJson ? Json(Json::value_t::discarded) : Json::parse(text, nullptr, false);
+  if (json.is_discarded()) {
+    throw UsageFailure("\"" + text.substr(0, 30) + (text.size() > 30 ? "...\"" : "\"") +
+                       (depth > kDeepestJson ? " is nested too deeply" : " is no JSON"));
+  }
+  return json;
+}
 
 Json JsonOf(double number) {
   if (!std::isfinite(number)) return nullptr;
@@ -589,11 +628,7 @@ Json FromCsvCell(std::string const& cell, AttributeDetail const& attribute,
       type == AttributeTypes::DATE_TIME_TYPE_STRING) {
     return cell;
   }
-  if (cell[0] == '{' || cell[0] == '[') {
-    Json json = Json::parse(cell, nullptr, false);
-    if (json.is_discarded()) throw UsageFailure("\"" + cell.substr(0, 30) + "...\" is no JSON");
-    return json;
-  }
+  if (LooksLikeJson(cell)) return ParseJson(cell);
   if (type == AttributeTypes::INTEGER_TYPE_STRING) {
     int value = 0;
     if (!ReadInteger(cell, value)) throw UsageFailure("\"" + cell + "\" is no whole number");

@@ -29,6 +29,9 @@ Json JsonOf(IDataValue const* value);
 /// Whole numbers without a decimal point; null for what is no number.
 Json JsonOf(double number);
 
+/// Throws `UsageFailure` for what is no JSON, or nested beyond reason.
+Json ParseJson(std::string const& text);
+
 /// The value that such JSON describes, for an attribute of that table. Throws `UsageFailure` that
 /// says what does not fit.
 SmartPtr<IDataValue> ValueOf(Json const& json, TableOf& table, AttributeDetail const& attribute);

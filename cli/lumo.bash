@@ -50,8 +50,12 @@ _lumo() {
         choices=$(_lumo_names tables "${places[0]//\\/}")
       fi ;;
   esac
-  COMPREPLY=($(compgen -W "$choices" -- "$word"))
-  COMPREPLY=("${COMPREPLY[@]// /\\ }")
+  # Names come from a server: they are never evaluated, only quoted.
+  local choice plain=${word//\\/}
+  COMPREPLY=()
+  while IFS= read -r choice; do
+    [ -n "$choice" ] && [[ $choice == "$plain"* ]] && COMPREPLY+=("$(printf %q "$choice")")
+  done <<<"$choices"
 }
 
 complete -F _lumo lumo

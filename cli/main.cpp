@@ -1,16 +1,17 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 
-#include <cerrno>
-#include <clocale>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <map>
 #include <memory>
-#include <new>
 
 #include "cli/Commands.h"
 #include "cli/Interrupt.h"
+#include "cli/Text.h"
 
 namespace cli {
 
@@ -68,9 +69,33 @@ class HelpFormatter : public CLI::Formatter {
   std::string make_option_opts(CLI::Option const* option) const override {
     if (option->get_type_size() == 0) return "";
     std::string const type = option->get_type_name();
-    return (type.empty() ? "" : " " + type) + (option->get_expected_max() > 1 ? " ..." : "");
+    bool const isList = option->get_positional() && option->get_expected_max() > 1;
+    return (type.empty() ? "" : " " + type) + (isList ? " ..." : "");
   }
 };
+
+constexpr std::size_t kLongestMessage = 500;
+
+/// Tells of a failure in one line, whatever the texts of users and servers in it; gives the code.
+int Told(ExitCode code, std::string const& message) {
+  std::string const line = OneLine(message);
+  if (!line.empty()) std::cerr << "lumo: " << line.substr(0, kLongestMessage) << '\n';
+  return static_cast<int>(code);
+}
+
+/// Gives a standard stream that is closed to the null device, for reading only, lest data go to
+/// whatever is opened in its place.
+void FillStandardStreams() {
+  for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+    if (fcntl(stream, F_GETFD) < 0 && open("/dev/null", O_RDONLY) < 0) std::abort();
+  }
+}
+
+/// An empty text is no choice, and mostly the mistake of a script.
+CLI::Validator NotEmpty() {
+  return CLI::Validator(
+      [](std::string const& text) { return text.empty() ? std::string("is empty") : ""; }, "");
+}
 
 /// A range that help texts do not repeat.
 CLI::Validator Between(int least, int most) { return CLI::Range(least, most).description(""); }
@@ -101,9 +126,11 @@ class CommandLine {
     }
     std::unique_ptr<InnerSandbox> sandbox;
     if (server.useSandbox) {
+      server.user.clear();  // it wants none
       sandbox = std::make_unique<InnerSandbox>(server.sandboxFile);
       server.url = sandbox->Url();
     }
+    CheckUrl(server.url);
     kpxtkLumoServiceLayer::Initialize();
     m_run();
     kpxtkLumoServiceLayer::Shutdown();
@@ -111,8 +138,7 @@ class CommandLine {
 
   int Explain(CLI::ParseError const& error) {
     if (error.get_exit_code() == 0) return m_app.exit(error);  // help and version
-    std::cerr << "lumo: " << error.what() << "; see lumo --help\n";
-    return static_cast<int>(ExitCode::Usage);
+    return Told(ExitCode::Usage, std::string(error.what()) + "; see lumo --help");
   }
 
  private:
@@ -199,13 +225,17 @@ class CommandLine {
   }
 
   static void AddConditions(CLI::App* command, Selection& what) {
-    command->add_option("-t,--text", what.text, "records that hold these words")->type_name("TEXT");
+    command->add_option("-t,--text", what.text, "records that hold these words")
+        ->type_name("TEXT")
+        ->check(NotEmpty());
     command
         ->add_option("-w,--where", what.conditions,
-                     "records that meet a condition; several must all be met")
+                     "records that meet a condition; given again, all must be met")
         ->type_name("CONDITION")
         ->allow_extra_args(false);
-    command->add_option("--subset", what.subset, "records of a subset")->type_name("NAME");
+    command->add_option("--subset", what.subset, "records of a subset")
+        ->type_name("NAME")
+        ->check(NotEmpty());
   }
 
   static void AddSelection(CLI::App* command, Selection& what) {
@@ -216,7 +246,8 @@ class CommandLine {
                          "short or full name, #identity or GUID of a record")
             ->type_name("");
     command->add_option("--folder", what.folder, "records below a folder, \"/\" between the names")
-        ->type_name("PATH");
+        ->type_name("PATH")
+        ->check(NotEmpty());
     AddConditions(command, what);
     for (char const* const choice : {"--folder", "--text", "--where", "--subset"}) {
       records->excludes(command->get_option(choice));
@@ -259,7 +290,7 @@ class CommandLine {
         ->type_name("KEY");
     exporting
         ->add_option("-p,--parameter", m_export.parameters,
-                     "value of a parameter, \"Temperature=100 degC\"")
+                     "value of a parameter, \"Temperature=100 degC\"; may be given again")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false);
     AddUnits(exporting, m_export);
@@ -288,8 +319,11 @@ class CommandLine {
                      [this] { PrintTree(m_context, m_tree); });
     AddTable(tree, m_tree.from.database, m_tree.from.table);
     tree->add_option("--folder", m_tree.from.folder, "begin here, \"/\" between the names")
-        ->type_name("PATH");
-    tree->add_option("--subset", m_tree.from.subset, "records of a subset")->type_name("NAME");
+        ->type_name("PATH")
+        ->check(NotEmpty());
+    tree->add_option("--subset", m_tree.from.subset, "records of a subset")
+        ->type_name("NAME")
+        ->check(NotEmpty());
     tree->add_option("--depth", m_tree.depth, "levels to print")
         ->check(Between(1, 1'000'000))
         ->type_name("N");
@@ -310,7 +344,8 @@ class CommandLine {
         ->required()
         ->type_name("");
     units->add_option("--from", m_units.from, "what this unit converts into")->type_name("UNIT");
-    units->add_flag("--systems", m_units.systems, "unit systems and currencies");
+    units->add_flag("--systems", m_units.systems, "unit systems and currencies")
+        ->excludes("--from");
     AddOutput(units);
 
     auto* links = Add("links", "list the records that records are linked to",
@@ -342,6 +377,8 @@ class CommandLine {
     search->add_option("-n,--name", m_search.name, "records with this short or full name")
         ->type_name("NAME");
     AddConditions(search, m_search.what);
+    search->get_option("--name")->excludes(search->get_option("--text"));
+    search->get_option("--name")->excludes(search->get_option("--where"));
     AddOutput(search);
 
     static std::string const getExamples =
@@ -353,7 +390,8 @@ class CommandLine {
     auto* get = Add("get", "print values of records; of the whole table without a choice",
                     getExamples.c_str(), [this] { Get(m_context, m_get); });
     AddSelection(get, m_get.what);
-    get->add_option("-a,--attribute", m_get.attributes, "attribute to print; all by default")
+    get->add_option("-a,--attribute", m_get.attributes,
+                    "attribute to print, once for each; all by default")
         ->type_name("NAME")
         ->allow_extra_args(false);
     AddUnits(get, m_get);
@@ -388,6 +426,7 @@ class CommandLine {
 }  // namespace cli
 
 int main(int count, char** texts) try {
+  cli::FillStandardStreams();
   cli::CatchInterrupts();
   cli::CommandLine line;
   try {
@@ -397,9 +436,7 @@ int main(int count, char** texts) try {
   }
   return 0;
 } catch (cli::Failure const& failure) {
-  if (*failure.what() != '\0') std::cerr << "lumo: " << failure.what() << '\n';
-  return static_cast<int>(failure.Code());
+  return cli::Told(failure.Code(), failure.what());
 } catch (std::exception const& error) {
-  std::cerr << "lumo: " << error.what() << '\n';
-  return static_cast<int>(cli::ExitCode::ServerFault);
+  return cli::Told(cli::ExitCode::ServerFault, error.what());
 }

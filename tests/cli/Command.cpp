@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <thread>
+#include <utility>
 
 namespace {
 
@@ -21,6 +23,7 @@ namespace {
     int const descriptor = ::open(file.c_str(), flags, 0600);
     dup2(descriptor, stream);
   };
+  setsid();  // no terminal to ask for passwords
   open("/dev/null", O_RDONLY, STDIN_FILENO);
   open(folder + "/out", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
   open(folder + "/error", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
@@ -79,6 +82,22 @@ Outcome CommandTest::RunAndInterrupt(std::vector<std::string> const& arguments) 
   waitpid(child, &status, 0);
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1));
   return {CodeOf(status), Read(File("out")), Read(File("error"))};
+}
+
+Outcome CommandTest::RunOnServerThatSays(std::string const& body,
+                                         std::vector<std::string> const& arguments) {
+  httplib::Server server;
+  server.Post(".*", [&body](httplib::Request const&, httplib::Response& response) {
+    response.set_content(body, "text/xml");
+  });
+  int const port = server.bind_to_any_port("127.0.0.1");
+  std::thread thread([&server] { server.listen_after_bind(); });
+  std::string const url = std::exchange(m_url, "http://127.0.0.1:" + std::to_string(port));
+  Outcome outcome = Run(arguments);
+  m_url = url;
+  server.stop();
+  thread.join();
+  return outcome;
 }
 
 void CommandTest::Plan(std::string const& faults) const {

@@ -26,6 +26,8 @@ class CommandTest : public testing::Test {
               std::vector<std::string> const& environment = {}) const;
   /// The same, with Ctrl-C once the server has received the first call.
   Outcome RunAndInterrupt(std::vector<std::string> const& arguments) const;
+  /// The same, on a server that answers every call with status 200 and that body.
+  Outcome RunOnServerThatSays(std::string const& body, std::vector<std::string> const& arguments);
   /// Makes the next calls go wrong, a line for each.
   void Plan(std::string const& faults) const;
 

@@ -54,10 +54,22 @@ TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
        "the unit \"MPa\" does not fit \"kg/m^3\""},
       {OnMaterials("search", {"-w", "designation < 3"}), 2, "compares what has no order"},
       {OnMaterials("search", {"-w", "recyclable = perhaps"}), 2, "needs yes or no"},
+      {OnMaterials("search", {"-w", "density < 1e999"}), 2, "begins with no number"},
+      {OnMaterials("search", {"-w", "density[x] < 1"}), 2, "only goes with \"contains\""},
+      {OnMaterials("search", {"-w", "composition[Gold] contains 1"}), 2, "has no column \"Gold\""},
+      {OnMaterials("search", {"-w", "density exists at all"}), 2, "goes on after its end"},
+      {OnMaterials("search", {"-w", "last reviewed <= tomorrow"}), 2, "needs dates such as"},
+      {OnMaterials("search", {"-w", "durability: sea water = Good"}), 2, "has no word \"Good\""},
+      {OnMaterials("search", {"-n", "304", "-t", "steel"}), 2, "excludes"},
+      {OnMaterials("get", {"-t", ""}), 2, "is empty"},
+      {OnMaterials("get", {"304", "--folder", "Polymers"}), 2, "excludes"},
+      {{"tables", "a\nb\x1b[31m"}, 2, "\"a b [31m\""},
       {OnMaterials("export", {"304", "-e", "gold"}), 1, "there is no exporter"},
       {OnMaterials("import", {"/nowhere/file"}), 2, "cannot read /nowhere/file"},
       {{"databases", "--url", "http://127.0.0.1:1"}, 4, "no reply from http://127.0.0.1:1"},
       {{"databases", "--url", Url() + "/elsewhere"}, 1, "status 404; is"},
+      {{"databases", "--url", "ftp://127.0.0.1/"}, 2, "is no address of a server"},
+      {{"databases", "--sandbox-file", "/nowhere/file"}, 2, "cannot keep a sandbox in"},
       {{"databases", "--user", "ann"}, 2, "no password: set LUMO_PASSWORD"},
       {{"databases", "--user", "ann", "--password-file", "/nowhere/file"}, 2, "no password in"},
   };
@@ -94,6 +106,28 @@ TEST_F(CommandTest, EndsByCodeWhenTheServerFails) {
   Plan("GetDatabases stall 60");
   EXPECT_EQ(Run({"databases", "--timeout", "1"}).code, 4);
   EXPECT_EQ(RunAndInterrupt({"databases"}).code, 130);
+}
+
+TEST_F(CommandTest, UnderstandsOnlyResponses) {
+  Start();
+  struct Row {
+    char const* body;
+    int code;
+    char const* says;
+  };
+  constexpr Row kRows[] = {
+      {"", 6, "the reply is empty"},
+      {"<html><body>Log on, please</body></html>", 6, "holds no response: <html>"},
+      {"<s:Envelope xmlns:s=\"x\"><s:Body><Other/></s:Body></s:Envelope>", 6, "holds no response"},
+      {"<s:Envelope xmlns:s=\"x\"><s:Body/></s:Envelope>", 6, "holds no response"},
+      {"<s:Envelope xmlns:s=\"x\"><s:Body><s:Fault><faultcode>c</faultcode>"
+       "<faultstring>broken</faultstring></s:Fault></s:Body></s:Envelope>",
+       1, "the server says: broken"}};
+  for (Row const& row : kRows) {
+    Outcome const outcome = RunOnServerThatSays(row.body, {"databases"});
+    EXPECT_EQ(outcome.code, row.code) << row.body;
+    EXPECT_THAT(outcome.error, HasSubstr(row.says)) << row.body;
+  }
 }
 
 TEST_F(CommandTest, KeepsWhatWasDoneBeforeAFault) {
@@ -135,11 +169,11 @@ TEST_F(CommandTest, SearchesByConditions) {
                                   {"melting point >= 2030 degC", "Al2O3-99.5\nSiC\n"},
                                   {"price between 70 and 80 EUR/kg", "PEEK\n"},
                                   {"year of first use = 1943", "AW-7075-T6\n"},
-                                  {"durability: sea water = Unacceptable|Fair", "AZ91D\n"},
+                                  {"durability: sea water = Unacceptable", "AZ91D\n"},
                                   {"recyclable = no", "Epoxy\nAl2O3-99.5\nSiC\nCFRP QI\nOak\n"},
                                   {"typical uses contains kitchen", "304\n"},
                                   {"composition[Element] contains V", "Ti-6Al-4V\n"},
-                                  {"last reviewed > 2026-03-01T00:00:00", "AW-6061-T6\n"},
+                                  {"last reviewed >= 2026-03-01", "AW-6061-T6\n"},
                                   {"photo exists", "AW-6061-T6\n"}};
   for (Search const& search : kSearches) {
     Outcome const outcome = Run(OnMaterials(
@@ -253,12 +287,18 @@ TEST_F(CommandTest, FindsFaultWithAFileBeforeAnythingIsWritten) {
       {"Name,Density\nX,1,2\n", 2, "row 2: 3 cells under 2 headings"},
       {"Name,Density\nX,1\nX,2\n", 2, "row 3: the record stands in row 2 already"},
       {"Name,Density\n,1\n", 2, "row 2: the record has no name"},
+      {"Name,Density,density\nX,1,2\n", 2, "the heading \"density\" comes twice"},
+      {"Name;Density\nX;1\n", 2, "need commas"},
+      {"Name,Designation\nX,J\xE4ger\n", 2, "a character that cannot be sent"},
+      {"Folder,Name\nPolymers/Thermoplastics/PEEK,X\n", 2, "is a record and holds no others"},
+      {R"({"name":"X","Density":3})", 2, "there is no member \"Density\""},
+      {R"({"name":"X","values":[]})", 2, "\"values\" is no object"},
       {"Name,Density\n\"X\"Y,1\n", 2, "misplaced quotation mark"},
       {"Name,Composition\nX,\"{\"\"columns\"\":[\"\"Gold\"\"],\"\"rows\"\":[]}\"\n", 2,
        "has no column \"Gold\""},
       {R"([{"name":"X","values":{"Density":{"low":"1"}}}])", 2, "needs a number for \"low\""},
       {R"({"name":"X","values":{"Recyclable":"yes"}})", 2, "takes true or false"},
-      {R"({"name":"X")", 2, "line 1: is no JSON"},
+      {R"({"name":"X")", 2, "line 1: \"{\"name\":\"X\"\" is no JSON"},
       {"Name,Density\nX,1 MPa\n", 1, "does not fit"},
       {"Name,Durability: sea water\nX,Fair\n", 1, "does not know the word \"Fair\""}};
   std::string const before = Run(OnMaterials("tree", {})).out;
@@ -268,7 +308,20 @@ TEST_F(CommandTest, FindsFaultWithAFileBeforeAnythingIsWritten) {
     EXPECT_THAT(outcome.error, HasSubstr(row.says)) << row.content;
     EXPECT_EQ(LinesIn(outcome.error), 1u) << row.content;
   }
+  std::string const deep(100'000, '[');
+  std::string const nested = R"([{"name":"X","values":{"Composition":)" + deep;
+  EXPECT_THAT(Run(OnMaterials("import", {File("deep", nested)})).error,
+              HasSubstr("nested too deeply"));
   EXPECT_EQ(Run(OnMaterials("tree", {})).out, before);
+}
+
+TEST_F(CommandTest, TakesJsonAsPeopleWriteIt) {
+  Start();
+  std::string const pretty = "\xEF\xBB\xBF{\n  \"name\": \"P\",\n  \"values\": {}\n}\n";
+  EXPECT_EQ(Run(OnMaterials("import", {File("one", pretty)})).code, 0);
+  EXPECT_EQ(Run(OnMaterials("import", {File("none", "[]")})).code, 0);
+  EXPECT_EQ(Run(OnMaterials("get", {"P", "-a", "density", "-a", "Density", "-f", "csv"})).out,
+            "Folder,Name,Full name,Density [kg/m^3]\n,P,P,\n");
 }
 
 TEST_F(CommandTest, StopsAnImportAtTheFirstFaultAndSaysHowFarItCame) {
@@ -281,6 +334,11 @@ TEST_F(CommandTest, StopsAnImportAtTheFirstFaultAndSaysHowFarItCame) {
   EXPECT_THAT(outcome.error, HasSubstr("(after 4 of 10 records)"));
   EXPECT_EQ(Run(OnMaterials("get", {"X3"})).code, 0);
   EXPECT_EQ(Run(OnMaterials("get", {"X4"})).code, 2);
+
+  Plan("SetRecordAttributes stall 0\nSetRecordAttributes fault");  // the folder, then the record
+  std::string const inFolder = File("folder.csv", "Folder,Name\nNew,Y\n");
+  EXPECT_EQ(Run(OnMaterials("import", {inFolder})).code, 5);
+  EXPECT_THAT(Run(OnMaterials("tree", {})).out, HasSubstr("New/\n"));
 }
 
 TEST_F(CommandTest, LetsNoServerSteerTheTerminal) {

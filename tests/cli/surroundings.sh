@@ -31,6 +31,17 @@ for command in "${commands[@]}"; do
 done
 [ "$(complete_words lumo get --format n)" = ndjson ] || fail "formats are not completed"
 
+# Names that a server gives are quoted, never run.
+(
+  lumo() { printf '%s\n' '$(touch "$folder/run")x' "It's"; }
+  timeout() { shift; "$@"; }
+  folder=$(mktemp -d) LUMO_URL=http://127.0.0.1:1
+  names=$(complete_words lumo tables '')
+  [ ! -e "$folder/run" ] && [ "$names" = $'\\$\\(touch\\ \\"\\$folder/run\\"\\)x\nIt\\\'s' ] ||
+    fail "completed $names"
+  rmdir "$folder"
+)
+
 # The tour in docs is what the tour puts out today; addresses differ.
 plain() { sed -E -e 's/127\.0\.0\.1:[0-9]+/127.0.0.1:PORT/g' -e 's/"port":[0-9]+,"pid":[0-9]+/"port":PORT,"pid":PID/'; }
 diff <(plain <"$source/docs/tour.txt") <("$source/scripts/tour" | plain) >&2 ||
