@@ -1,6 +1,5 @@
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <map>
 #include <string>
 
@@ -11,12 +10,6 @@
 
 namespace cli {
 namespace {
-
-std::string Joined(std::vector<std::string> const& parts) {
-  std::string text;
-  for (std::string const& part : parts) text += (text.empty() ? "" : ", ") + part;
-  return text;
-}
 
 Json MinMaxOf(SmartPtr<MinMaxValue> const& value) {
   if (!value) return nullptr;
@@ -33,14 +26,12 @@ std::string Remarks(TableOf& table, AttributeDetail const& attribute) {
   std::string const& type = attribute.GetType();
   std::vector<std::string> parts = attribute.AccessDiscreteValues();
   for (auto const& column : attribute.AccessColumns()) {
-    std::string const& unit = column->GetDatabaseUnit();
-    parts.push_back(column->GetName() + (unit.empty() ? "" : " [" + unit + "]"));
+    parts.push_back(WithUnit(column->GetName(), column->GetDatabaseUnit()));
   }
   if (type == AttributeTypes::FLOAT_FUNCTIONAL_TYPE_STRING ||
       type == AttributeTypes::POINT_TYPE_STRING) {
     for (auto const& [name, detail] : table.Parameters(attribute)) {
-      std::string const unit = detail->GetUnit()->GetUnitSymbol();
-      parts.push_back(name + (unit.empty() ? "" : " [" + unit + "]"));
+      parts.push_back(WithUnit(name, detail->GetUnit()->GetUnitSymbol()));
     }
   }
   return Joined(parts);

@@ -58,19 +58,17 @@ UnittedParameterValue ParameterOf(std::string const& text, std::string const& db
 /// Names of the records that links lead to, by identity.
 std::map<int, SmartPtr<TreeRecord>> NamesOf(Connection& connection,
                                             GetLinkedRecordsResponse const& links) {
-  auto const request = GetTreeRecordsRequest::CreateOne();
+  std::vector<SmartPtr<RecordReference>> records;
   std::map<int, SmartPtr<TreeRecord>> names;
   for (auto const& source : links.AccessSourceRecords()) {
     for (auto const& group : source->AccessRecordLinkGroups()) {
       for (auto const& record : group->AccessLinkedRecords()) {
-        if (names.try_emplace(record->GetIdentity()).second) request->AddRecord(record);
+        if (names.try_emplace(record->GetIdentity()).second) records.push_back(record);
       }
     }
   }
   if (names.empty()) return names;
-  auto const found = connection.Ask<GetTreeRecordsResponse>([&](auto* into) {
-    connection.Browse()->GetGetTreeRecordsImpl()->RequestTreeNodes(request, into);
-  });
+  auto const found = TreeRecordsOf(connection, records);
   for (auto const& record : found->AccessTreeRecords()) {
     if (record->GetRecordReference()) names[record->GetRecordReference()->GetIdentity()] = record;
   }

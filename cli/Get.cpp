@@ -29,9 +29,7 @@ struct Column {
   SmartPtr<AttributeReference> reference;
   std::string unit;
 
-  std::string Heading() const {
-    return unit.empty() ? attribute->GetName() : attribute->GetName() + " [" + unit + "]";
-  }
+  std::string Heading() const { return WithUnit(attribute->GetName(), unit); }
 };
 
 /// Replaces the units of the columns by those that the values will come in.
@@ -236,20 +234,9 @@ void Search(Context& context, SearchOptions const& options) {
   }
   auto const connection = context.Connect();
   TableOf table(*connection, options.what.database, options.what.table);
-  std::vector<Entry> found;
-  if (options.name.empty()) {
-    found = SearchTable(*connection, table, options.what);
-  } else {
-    auto const request = RecordNameSearchRequest::CreateOne();
-    request->SetTable(table.Reference());
-    request->SetRecordName(options.name);
-    request->SetSearchShortNames(true);
-    request->SetFilter(FilterOf(table, options.what.subset));
-    auto const response = connection->Ask<SimpleTextSearchResponse>([&](auto* into) {
-      connection->Search()->GetRecordNameSearchImpl()->RecordNameSearch(request, into);
-    });
-    found = EntriesOf(*response);
-  }
+  std::vector<Entry> const found =
+      options.name.empty() ? SearchTable(*connection, table, options.what)
+                           : FindByName(*connection, table, options.name, options.what.subset);
   Sink sink(context.output.file);
   TableWriter out(context.output, sink, {"identity", "name", "fullName"});
   for (Entry const& entry : found) {

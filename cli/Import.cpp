@@ -59,6 +59,11 @@ std::string ContentOf(std::string const& file) {
   return text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? text.substr(3) : text;
 }
 
+/// Whether there is something to write; what does not apply has no form in an import.
+bool HoldsValue(Json const& json) {
+  return !json.is_null() && !(json.is_object() && json.contains("notApplicable"));
+}
+
 [[noreturn]] void Refuse(std::string const& where, std::string const& why) {
   throw UsageFailure(where + ": " + why);
 }
@@ -294,27 +299,26 @@ class Importer {
 
   void ImportChunk(NewRecord const* records, std::size_t count) {
     auto const first = SetRecordAttributesRequest::CreateOne();
-    auto const rename = SetRecordAttributesRequest::CreateOne();
-    std::vector<NewRecord const*> named;  // new records whose full name is another
-    std::vector<std::size_t> places;
-    for (NewRecord const* record = records; record != records + count; ++record) {
-      SmartPtr<RecordReference> const existing = Existing(*record);
-      bool const isOther = !record->fullName.empty() && record->fullName != record->name;
-      first->AddImportRecord(existing ? Change(*record, existing) : Creation(*record));
-      if (existing || !isOther) continue;
-      named.push_back(record);
-      places.push_back(first->AccessImportRecords().size() - 1);
+    std::vector<std::size_t> named;  // new records whose full name is another
+    for (std::size_t i = 0; i < count; ++i) {
+      NewRecord const& record = records[i];
+      SmartPtr<RecordReference> const existing = Existing(record);
+      first->AddImportRecord(existing ? Change(record, existing) : Creation(record));
+      bool const isOther = !record.fullName.empty() && record.fullName != record.name;
+      if (!existing && isOther) named.push_back(i);
     }
     auto const made = Send(first);
     for (std::size_t i = 0; i < count; ++i) {
       m_records.emplace(PathBelow(records[i].folder, records[i].name), made.at(i));
     }
+    if (named.empty()) return;
     // A record gets one name when it is made; the full name follows.
-    for (std::size_t i = 0; i < named.size(); ++i) {
-      rename->AddImportRecord(new ImportRecord(made.at(places[i]), named[i]->fullName,
-                                               ImportRecordModes::Update, false));
+    auto const rename = SetRecordAttributesRequest::CreateOne();
+    for (std::size_t const i : named) {
+      rename->AddImportRecord(
+          new ImportRecord(made.at(i), records[i].fullName, ImportRecordModes::Update, false));
     }
-    if (!named.empty()) Send(rename);
+    Send(rename);
   }
 
   SmartPtr<ImportRecord> Change(NewRecord const& record,
@@ -335,7 +339,7 @@ class Importer {
   void AddValues(NewRecord const& record, ImportRecord& into) {
     At(record.where, [&] {
       for (auto const& [attribute, json] : record.values) {
-        if (json.is_null() || (json.is_object() && json.contains("notApplicable"))) continue;
+        if (!HoldsValue(json)) continue;
         into.AddImportAttributeValue(new ImportAttributeValue(ValueOf(json, m_table, *attribute),
                                                               m_table.ReferenceTo(*attribute)));
       }
@@ -401,7 +405,7 @@ void CheckAll(std::vector<NewRecord> const& records, TableOf& table) {
     if (!isNew) Refuse(record.where, "the record stands in " + first->second + " already");
     At(record.where, [&] {
       for (auto const& [attribute, json] : record.values) {
-        if (json.is_null() || (json.is_object() && json.contains("notApplicable"))) continue;
+        if (!HoldsValue(json)) continue;
         ValueOf(json, table, *attribute);
       }
     });

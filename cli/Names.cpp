@@ -20,15 +20,6 @@ auto Pick(List const& list, std::string const& what, std::string const& name, Na
   throw UsageFailure("there is no " + what + " \"" + name + "\"" + Suggestion(name, names));
 }
 
-SmartPtr<GetTreeRecordsResponse> TreeRecordsOf(
-    Connection& connection, std::vector<SmartPtr<RecordReference>> const& records) {
-  auto const request = GetTreeRecordsRequest::CreateOne();
-  for (auto const& record : records) request->AddRecord(record);
-  return connection.Ask<GetTreeRecordsResponse>([&](auto* into) {
-    connection.Browse()->GetGetTreeRecordsImpl()->RequestTreeNodes(request, into);
-  });
-}
-
 SmartPtr<RecordReference> RecordWithIdentity(std::string const& dbKey, int identity) {
   auto record = RecordReference::CreateOne();
   record->SetDBKey(dbKey);
@@ -183,6 +174,15 @@ std::vector<SmartPtr<TreeRecord>> ChildrenOf(Connection& connection,
   return children;
 }
 
+SmartPtr<GetTreeRecordsResponse> TreeRecordsOf(
+    Connection& connection, std::vector<SmartPtr<RecordReference>> const& records) {
+  auto const request = GetTreeRecordsRequest::CreateOne();
+  for (auto const& record : records) request->AddRecord(record);
+  return connection.Ask<GetTreeRecordsResponse>([&](auto* into) {
+    connection.Browse()->GetGetTreeRecordsImpl()->RequestTreeNodes(request, into);
+  });
+}
+
 bool IsFolder(TreeRecord const& record) {
   return record.GetHasChildren() || EqualIgnoringCase(record.GetType(), "Folder");
 }
@@ -227,6 +227,26 @@ bool TreeWalk::Next(Step& step, int maxDepth) {
   return true;
 }
 
+std::vector<Entry> EntriesOf(SimpleTextSearchResponse const& found) {
+  std::vector<Entry> entries;
+  for (auto const& result : found.AccessSearchResults()) {
+    if (result && result->GetRecordReference()) entries.push_back(EntryOf(*result));
+  }
+  return entries;
+}
+
+std::vector<Entry> FindByName(Connection& connection, TableOf const& table, std::string const& name,
+                              std::string const& subset) {
+  auto const request = RecordNameSearchRequest::CreateOne();
+  request->SetTable(table.Reference());
+  request->SetRecordName(name);
+  request->SetSearchShortNames(true);
+  request->SetFilter(FilterOf(table, subset));
+  return EntriesOf(*connection.Ask<SimpleTextSearchResponse>([&](auto* into) {
+    connection.Search()->GetRecordNameSearchImpl()->RecordNameSearch(request, into);
+  }));
+}
+
 Entry FindRecord(Connection& connection, TableOf const& table, std::string const& name) {
   int identity = 0;
   bool const isIdentity = !name.empty() && name[0] == '#' && ReadInteger(name.substr(1), identity);
@@ -237,26 +257,19 @@ Entry FindRecord(Connection& connection, TableOf const& table, std::string const
     if (found->AccessTreeRecords().empty()) throw UsageFailure("there is no record " + name);
     return EntryOf(*found->AccessTreeRecords()[0]);
   }
-  auto const request = RecordNameSearchRequest::CreateOne();
-  request->SetTable(table.Reference());
-  request->SetRecordName(name);
-  request->SetSearchShortNames(true);
-  auto const found = connection.Ask<SimpleTextSearchResponse>([&](auto* into) {
-    connection.Search()->GetRecordNameSearchImpl()->RecordNameSearch(request, into);
-  });
-  auto const& results = found->AccessSearchResults();
+  std::vector<Entry> const results = FindByName(connection, table, name, "");
   if (results.empty()) {
     throw UsageFailure("there is no record \"" + name + "\" in " + table.Name() +
                        "; see lumo search");
   }
   if (results.size() > 1) {
     std::string identities;
-    for (auto const& result : results) {
-      identities += " #" + std::to_string(result->GetRecordReference()->GetIdentity());
+    for (Entry const& result : results) {
+      identities += " #" + std::to_string(result.record->GetIdentity());
     }
     throw UsageFailure("several records have the name \"" + name + "\":" + identities);
   }
-  return EntryOf(*results[0]);
+  return results[0];
 }
 
 FolderFinder::Folder FolderFinder::FolderOf(std::string const& dbKey, int history) {

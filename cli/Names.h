@@ -98,8 +98,15 @@ SmartPtr<RecordReference> RootOf(Connection& connection, TableOf const& table);
 std::vector<SmartPtr<TreeRecord>> ChildrenOf(Connection& connection,
                                              SmartPtr<RecordReference> const& parent,
                                              SmartPtr<RecordFilter> const& filter = nullptr);
+/// The records themselves as the tree shows them.
+SmartPtr<GetTreeRecordsResponse> TreeRecordsOf(
+    Connection& connection, std::vector<SmartPtr<RecordReference>> const& records);
 bool IsFolder(TreeRecord const& record);
 
+std::vector<Entry> EntriesOf(SimpleTextSearchResponse const& found);
+/// The records with that short or full name; of a subset only, unless its name is empty.
+std::vector<Entry> FindByName(Connection& connection, TableOf const& table, std::string const& name,
+                              std::string const& subset);
 /// The one record with that short or full name, with that identity for "#123", or with that GUID.
 Entry FindRecord(Connection& connection, TableOf const& table, std::string const& name);
 /// Fills in the folders of the entries, asking for each folder once.

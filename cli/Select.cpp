@@ -32,16 +32,6 @@ std::vector<Entry> FindByConditions(Connection& connection, TableOf& table, Sele
 
 }  // namespace
 
-std::vector<Entry> EntriesOf(SimpleTextSearchResponse const& found) {
-  std::vector<Entry> entries;
-  for (auto const& result : found.AccessSearchResults()) {
-    if (!result || !result->GetRecordReference()) continue;
-    entries.push_back(
-        {result->GetRecordReference(), result->GetShortName(), result->GetLongName(), ""});
-  }
-  return entries;
-}
-
 SmartPtr<UnitConversionContext> UnitsOf(std::string const& unitSystem,
                                         std::string const& currency) {
   if (unitSystem.empty() && currency.empty()) return nullptr;

@@ -10,8 +10,6 @@
 
 namespace cli {
 
-std::vector<Entry> EntriesOf(SimpleTextSearchResponse const& found);
-
 /// The units that values are wanted in; null, the attributes' own, when both names are empty.
 SmartPtr<UnitConversionContext> UnitsOf(std::string const& unitSystem, std::string const& currency);
 

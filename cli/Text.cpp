@@ -101,6 +101,16 @@ bool ReadInteger(std::string_view text, int& value) {
   return error == std::errc() && end == text.data() + text.size();
 }
 
+std::string Joined(std::vector<std::string> const& parts) {
+  std::string text;
+  for (std::string const& part : parts) text += (text.empty() ? "" : ", ") + part;
+  return text;
+}
+
+std::string WithUnit(std::string const& name, std::string const& unit) {
+  return unit.empty() ? name : name + " [" + unit + "]";
+}
+
 std::string Count(std::size_t number, std::string const& what) {
   return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
 }
@@ -116,9 +126,7 @@ std::string Suggestion(std::string_view text, std::vector<std::string> const& wo
   }
   if (!best.empty()) return "; did you mean \"" + best + "\"?";
   if (words.empty() || words.size() > kFewWords) return "";
-  std::string all;
-  for (std::string const& word : words) all += (all.empty() ? "; there is " : ", ") + word;
-  return all;
+  return "; there is " + Joined(words);
 }
 
 }  // namespace cli

@@ -27,6 +27,10 @@ bool ReadNumber(std::string_view text, double& value);
 bool ReadNumber(std::string_view text, double& value, std::string_view& rest);
 bool ReadInteger(std::string_view text, int& value);
 
+/// The parts with ", " between them.
+std::string Joined(std::vector<std::string> const& parts);
+/// "Density [kg/m^3]", or the name alone for an empty unit.
+std::string WithUnit(std::string const& name, std::string const& unit);
 /// "1 record", "2 records".
 std::string Count(std::size_t number, std::string const& what);
 
