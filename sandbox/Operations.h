@@ -1,8 +1,12 @@
 #pragma once
 
 #include <pugixml.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "Checker.h"
+#include "Soap.h"
 #include "Store.h"
 
 namespace sandbox {
@@ -10,6 +14,27 @@ namespace sandbox {
 /// Answers one operation: reads and checks the request's element, fills the response's. Throws
 /// `Fault` when the request makes no sense.
 using Handler = void (*)(Store& store, Checker& request, pugi::xml_node response);
+
+/// An operation of the service layer.
+struct Operation {
+  std::string_view service;
+  std::string_view name;
+  std::string_view rootTag;  ///< empty: the body must be empty
+  Handler handler;
+
+  /// Name of the reply's element.
+  std::string ResponseTag() const;
+  /// The SOAPAction by which it is called.
+  std::string Action(Namespaces const& namespaces) const;
+};
+
+std::vector<Service> const& Services();
+std::vector<Operation> const& Operations();
+/// The operation of that name; null when there is none.
+Operation const* FindOperation(std::string_view name);
+/// The operation that a SOAPAction calls; null when the service has no such one.
+Operation const* FindByAction(Service const& service, Namespaces const& namespaces,
+                              std::string const& action);
 
 void GetDatabases(Store& store, Checker& request, pugi::xml_node response);
 void GetTables(Store& store, Checker& request, pugi::xml_node response);

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <iterator>
 #include <mutex>
 #include <optional>
 #include <ostream>
@@ -22,57 +21,10 @@
 #include "RequestLog.h"
 #include "Soap.h"
 #include "WellFormed.h"
+#include "Wsdl.h"
 
 namespace sandbox {
 namespace {
-
-constexpr Service kServices[] = {{"Browse", "brow"},
-                                 {"Search", "sear"},
-                                 {"DataExport", "exp"},
-                                 {"DataImport", "dat"},
-                                 {"EngineeringData", "eng"}};
-
-/// An operation of the service layer.
-struct Operation {
-  std::string_view service;
-  std::string_view name;
-  std::string_view rootTag;  ///< empty: the body must be empty
-  Handler handler;
-};
-
-constexpr Operation kOperations[] = {
-    {"Browse", "GetDatabases", "", GetDatabases},
-    {"Browse", "GetTables", "GetTables", GetTables},
-    {"Browse", "GetSubsets", "GetSubsets", GetSubsets},
-    {"Browse", "GetUnits", "GetUnitsRequest", GetUnits},
-    {"Browse", "GetUnitSystems", "GetUnitSystems", GetUnitSystems},
-    {"Browse", "GetCurrencies", "", GetCurrencies},
-    {"Browse", "GetUnitConversions", "GetUnitConversionsRequest", GetUnitConversions},
-    {"Browse", "GetRootNode", "GetRootNode", GetRootNode},
-    {"Browse", "GetChildNodes", "GetChildNodes", GetChildNodes},
-    {"Browse", "GetTreeRecords", "GetTreeRecords", GetTreeRecords},
-    {"Browse", "GetRecordVersions", "GetRecordVersions", GetRecordVersions},
-    {"Browse", "GetAttributeDetails", "GetAttributeDetails", GetAttributeDetails},
-    {"Browse", "GetAttributeParameters", "GetAttributeParameters", GetAttributeParameters},
-    {"Browse", "GetParameterDetails", "GetParameterDetails", GetParameterDetails},
-    {"Browse", "GetAttributeMinMax", "GetAttributeMinMax", GetAttributeMinMax},
-    {"Browse", "GetMetaAttributes", "GetMetaAttributes", GetMetaAttributes},
-    {"Browse", "GetRecordAttributes", "GetRecordAttributes", GetRecordAttributes},
-    {"Browse", "GetRecordLinkGroups", "GetRecordLinkGroups", GetRecordLinkGroups},
-    {"Browse", "GetLinkedRecords", "GetLinkedRecords", GetLinkedRecords},
-    {"Search", "SimpleTextSearch", "SimpleTextSearch", SimpleTextSearch},
-    {"Search", "CriteriaSearch", "CriteriaSearch", CriteriaSearch},
-    {"Search", "RecordNameSearch", "RecordNameSearch", RecordNameSearch},
-    {"DataExport", "GetRecordAttributesByRef", "GetRecordAttributesByRef",
-     GetRecordAttributesByRef},
-    {"DataImport", "SetRecordAttributes", "SetRecordAttributesRequest", SetRecordAttributes},
-    {"DataImport", "GetUploadAddresses", "GetUploadAddressesRequest", GetUploadAddresses},
-    {"DataImport", "ModifyRecordLinks", "ModifyRecordLinksRequest", ModifyRecordLinks},
-    {"EngineeringData", "GetAvailableExporters", "GetAvailableExporters", GetAvailableExporters},
-    {"EngineeringData", "ExportersForRecords", "ExportersForRecords", ExportersForRecords},
-    {"EngineeringData", "GetExporterParameters", "GetExporterParameters", GetExporterParameters},
-    {"EngineeringData", "ExportRecordData", "ExportRecordData", ExportRecordData},
-};
 
 constexpr std::size_t kMaxRequestBytes = 64UL * 1024 * 1024;
 constexpr std::size_t kConnections = 16;
@@ -82,18 +34,6 @@ constexpr char kDataPath[] = R"(/data/(\d{1,9})/(\d{1,9}))";
 constexpr char kFaultsPath[] = "/control/faults";
 constexpr char kPlainType[] = "text/plain; charset=utf-8";
 constexpr char kReplyType[] = "text/xml; charset=utf-8";
-
-/// The operation that a SOAPAction names; null when the service has no such one.
-Operation const* FindOperation(Service const& service, std::string const& action) {
-  for (Operation const& operation : kOperations) {
-    if (operation.service != service.name) continue;
-    if (action ==
-        VersionedNamespace(service.name) + "/" + std::string(operation.name) + "Request") {
-      return &operation;
-    }
-  }
-  return nullptr;
-}
 
 /// The request's body, which is read to its end even when it is refused, so that the connection can
 /// go on.
@@ -117,64 +57,38 @@ std::string ReadBody(httplib::Request const& request, httplib::ContentReader con
   return body;
 }
 
-/// All searches answer alike, and an export with nothing but its text.
-std::string ResponseTag(Operation const& operation) {
-  if (operation.service == "Search") return "SimpleTextSearchResponse";
-  if (operation.name == "ExportRecordData") return "text";
-  return std::string(operation.name) + "Response";
-}
-
-/// The reply to one request; throws `Fault` when the request makes no sense.
-std::string Answer(Store& store, std::mutex& storeMutex, Service const& service,
-                   Operation const* known, httplib::Request const& request,
-                   std::string const& text) {
+/// Refuses a request by what its headers say.
+void CheckHeaders(httplib::Request const& request, Operation const* operation) {
   std::string const type = request.get_header_value("Content-Type");
   if (type != "text/xml;charset=UTF-8") throw Fault("unexpected Content-Type \"" + type + "\"");
-  if (known == nullptr) {
-    throw Fault("the service " + std::string(service.name) + " does not know the SOAPAction \"" +
-                request.get_header_value("SOAPAction") + "\"");
-  }
-  Operation const& operation = *known;
+  if (operation != nullptr) return;
+  throw Fault("The message with Action '" + request.get_header_value("SOAPAction") +
+                  "' cannot be processed at the receiver, due to a ContractFilter mismatch at the"
+                  " EndpointDispatcher. Sender and receiver do not share this action.",
+              Blame::Action);
+}
 
+/// The element that the body of a request must hold; throws `Fault` for anything else.
+pugi::xml_node CheckRequest(pugi::xml_document& document, std::string const& text,
+                            Service const& service, Namespaces const& namespaces,
+                            Operation const& operation) {
   CheckWellFormed(text);
-  pugi::xml_document document;
   // Text outside the root element and blanks that are an element's only content are kept, so that
   // they can be refused; blanks between elements do not matter.
   unsigned const flags = pugi::parse_default | pugi::parse_declaration | pugi::parse_fragment |
                          pugi::parse_ws_pcdata_single;
   auto const parsed = document.load_buffer(text.data(), text.size(), flags, pugi::encoding_utf8);
   if (!parsed) throw Fault(std::string("the request is not XML: ") + parsed.description());
-  pugi::xml_node const body = CheckEnvelope(document, service);
-
-  pugi::xml_node content = body;
-  if (!operation.rootTag.empty()) {
-    std::string const name = std::string(service.prefix) + ":" + std::string(operation.rootTag);
-    Checker in(body);
-    content = in.Required(name);
+  pugi::xml_node const body = CheckEnvelope(document, service, namespaces);
+  Checker in(body);
+  if (operation.rootTag.empty()) {
     in.End();
-  } else {
-    Checker(body).End();
+    return body;
   }
-  pugi::xml_document reply;
-  Checker in(content);
-  std::lock_guard<std::mutex> const lock(storeMutex);
-  operation.handler(store, in, StartReply(reply, service, ResponseTag(operation)));
-  return Print(reply);
-}
-
-bool IsOperation(std::string_view name) {
-  return std::any_of(std::begin(kOperations), std::end(kOperations),
-                     [&](Operation const& operation) { return operation.name == name; });
-}
-
-/// The operation that a request calls; method and address for any other request.
-std::string NameOf(httplib::Request const& request) {
-  for (Service const& service : kServices) {
-    if (request.path != "/" + std::string(service.name) + ".svc") continue;
-    auto const* const operation = FindOperation(service, request.get_header_value("SOAPAction"));
-    if (operation != nullptr) return std::string(operation->name);
-  }
-  return request.method + " " + request.target;
+  pugi::xml_node const content =
+      in.Required(std::string(service.prefix) + ":" + std::string(operation.rootTag));
+  in.End();
+  return content;
 }
 
 /// Answers with the planned fault where the call itself is not to be done.
@@ -231,9 +145,12 @@ void SetReply(httplib::Response& response, std::string reply,
 struct Server::Http {
   Http(Store& dataStore, ServerOptions const& options);
   void AnswerCalls(Service const& service);
+  void Describe(Service const& service);
+  std::string Reply(Service const& service, Operation const& operation, std::string const& text);
   void AnswerData();
   void AnswerControl();
   void JudgeLogOn();
+  std::string NameOf(httplib::Request const& request) const;
   void Report(std::ostream& out);
 
   Store& store;
@@ -241,12 +158,15 @@ struct Server::Http {
   std::mutex storeMutex;  // held by the operation that uses the store
   FaultScript faults;
   LogOnCheck logOn;
+  Namespaces namespaces;
   std::unique_ptr<RequestLog> log;
   std::thread thread;
 };
 
 Server::Http::Http(Store& dataStore, ServerOptions const& options)
-    : store(dataStore), logOn(options.logOn, options.user, options.password) {
+    : store(dataStore),
+      logOn(options.logOn, options.user, options.password),
+      namespaces(options.namespaceBase) {
   server.new_task_queue = [] { return new httplib::ThreadPool(kConnections); };
   server.set_tcp_nodelay(true);
   server.set_keep_alive_max_count(kCallsPerConnection);
@@ -260,7 +180,10 @@ Server::Http::Http(Store& dataStore, ServerOptions const& options)
   server.Get("/", [](httplib::Request const&, httplib::Response& response) {
     response.set_content("lumo-sandbox\n", kPlainType);
   });
-  for (Service const& service : kServices) AnswerCalls(service);
+  for (Service const& service : Services()) {
+    AnswerCalls(service);
+    Describe(service);
+  }
   AnswerData();
   AnswerControl();
   if (options.logOn != LogOn::None) JudgeLogOn();
@@ -272,7 +195,7 @@ void Server::Http::AnswerCalls(Service const& service) {
               [this, &service](httplib::Request const& request, httplib::Response& response,
                                httplib::ContentReader const& read) {
                 Operation const* const operation =
-                    FindOperation(service, request.get_header_value("SOAPAction"));
+                    FindByAction(service, namespaces, request.get_header_value("SOAPAction"));
                 auto const planned = faults.Next(operation != nullptr ? operation->name : "");
                 int status = 500;
                 std::string reply;
@@ -280,16 +203,40 @@ void Server::Http::AnswerCalls(Service const& service) {
                   std::string& text = Connection::Current().OfRequest().body;
                   text = ReadBody(request, read);
                   if (planned && ReplacesReply(*planned, response)) return;
-                  reply = Answer(store, storeMutex, service, operation, request, text);
+                  CheckHeaders(request, operation);
+                  reply = Reply(service, *operation, text);
                   status = 200;
                 } catch (Fault const& fault) {
-                  reply = FaultReply(Blame::Client, fault.what());
+                  reply = FaultReply(fault.WhoIsToBlame(), fault.what());
                 } catch (std::exception const& error) {
                   reply = FaultReply(Blame::Server, error.what());
                 }
                 response.status = status;  // the reader of the body may have set another one
                 SetReply(response, std::move(reply), planned);
               });
+}
+
+/// The reply to one request; throws `Fault` when the request makes no sense.
+std::string Server::Http::Reply(Service const& service, Operation const& operation,
+                                std::string const& text) {
+  pugi::xml_document request;
+  Checker in(CheckRequest(request, text, service, namespaces, operation));
+  pugi::xml_document reply;
+  std::lock_guard<std::mutex> const lock(storeMutex);
+  operation.handler(store, in, StartReply(reply, service, namespaces, operation.ResponseTag()));
+  return Print(reply);
+}
+
+/// The service's description, from which a client learns the namespace.
+void Server::Http::Describe(Service const& service) {
+  server.Get("/" + std::string(service.name) + ".svc",
+             [this, &service](httplib::Request const& request, httplib::Response& response) {
+               if (!request.has_param("wsdl")) {
+                 response.status = 404;
+                 return;
+               }
+               response.set_content(Wsdl(service, namespaces, store.Url()), kReplyType);
+             });
 }
 
 /// Files and pictures, under the addresses that replies name.
@@ -324,7 +271,8 @@ void Server::Http::AnswerData() {
 void Server::Http::AnswerControl() {
   server.Put(kFaultsPath, [this](httplib::Request const& request, httplib::Response& response) {
     try {
-      faults.Set(request.body, IsOperation);
+      faults.Set(request.body,
+                 [](std::string_view name) { return FindOperation(name) != nullptr; });
       response.set_content(faults.Text(), kPlainType);
     } catch (std::invalid_argument const& error) {
       response.status = 400;
@@ -357,6 +305,17 @@ void Server::Http::JudgeLogOn() {
     response.set_header("WWW-Authenticate", *challenge);
     return Outcome::Handled;
   });
+}
+
+/// The operation that a request calls; method and address for any other request.
+std::string Server::Http::NameOf(httplib::Request const& request) const {
+  for (Service const& service : Services()) {
+    if (request.path != "/" + std::string(service.name) + ".svc") continue;
+    auto const* const operation =
+        FindByAction(service, namespaces, request.get_header_value("SOAPAction"));
+    if (operation != nullptr) return std::string(operation->name);
+  }
+  return request.method + " " + request.target;
 }
 
 void Server::Http::Report(std::ostream& out) {

@@ -13,6 +13,7 @@ struct ServerOptions {
   LogOn logOn = LogOn::None;
   std::string user = "lumo";
   std::string password;
+  std::string namespaceBase;    ///< the vendor's; empty for the one that the build set
   std::ostream* log = nullptr;  ///< takes a report of every request; outlives the server
 };
 

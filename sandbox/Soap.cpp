@@ -10,9 +10,10 @@
 namespace sandbox {
 namespace {
 
-constexpr std::string_view kBase = LUMO_NAMESPACE_BASE;
 constexpr char kSoapNamespace[] = "http://schemas.xmlsoap.org/soap/envelope/";
 constexpr char kSchemaInstance[] = "http://www.w3.org/2001/XMLSchema-instance";
+/// The namespace of the code by which service hosts refuse an action.
+constexpr char kAddressing[] = "http://schemas.microsoft.com/ws/2005/05/addressing/none";
 
 using Attributes = std::vector<std::pair<std::string, std::string>>;
 
@@ -32,6 +33,15 @@ void CheckAttributes(pugi::xml_node node, Attributes const& expected) {
   }
 }
 
+char const* CodeOf(Blame blame) {
+  switch (blame) {
+    case Blame::Client: return "s:Client";
+    case Blame::Action: return "a:ActionNotSupported";
+    case Blame::Server: break;
+  }
+  return "s:Server";
+}
+
 void CheckHeader(pugi::xml_node header) {
   Checker in(header);
   if (auto const flag = in.Optional("header:actAsReadUser"); flag && flag.first_child()) {
@@ -43,11 +53,17 @@ void CheckHeader(pugi::xml_node header) {
 
 }  // namespace
 
-std::string VersionedNamespace(std::string_view name) {
-  return std::string(kBase) + "16/01/" + std::string(name);
+Namespaces::Namespaces(std::string base)
+    : m_base(base.empty() ? LUMO_NAMESPACE_BASE : std::move(base)) {
+  if (m_base.back() != '/') m_base += '/';
 }
 
-pugi::xml_node CheckEnvelope(pugi::xml_document const& document, Service const& service) {
+std::string Namespaces::Versioned(std::string_view name) const {
+  return m_base + "16/01/" + std::string(name);
+}
+
+pugi::xml_node CheckEnvelope(pugi::xml_document const& document, Service const& service,
+                             Namespaces const& namespaces) {
   pugi::xml_node const declaration = document.first_child();
   if (declaration.type() != pugi::node_declaration) throw Fault("the XML declaration is broken");
   CheckAttributes(declaration, {{"version", "1.0"}, {"encoding", "UTF-8"}});
@@ -57,11 +73,11 @@ pugi::xml_node CheckEnvelope(pugi::xml_document const& document, Service const& 
     throw Fault("the document must hold one <soapenv:Envelope> and nothing else");
   }
   CheckAttributes(envelope,
-                  {{"xmlns:zbt", VersionedNamespace("ZorandBaseTypes")},
+                  {{"xmlns:zbt", namespaces.Versioned("ZorandBaseTypes")},
                    {"xmlns:soapenv", kSoapNamespace},
                    {"xmlns:xsi", kSchemaInstance},
-                   {"xmlns:header", std::string(kBase) + "headers"},
-                   {"xmlns:" + std::string(service.prefix), VersionedNamespace(service.name)}});
+                   {"xmlns:header", namespaces.Headers()},
+                   {"xmlns:" + std::string(service.prefix), namespaces.Versioned(service.name)}});
   Checker in(envelope);
   CheckHeader(in.Required("soapenv:Header"));
   pugi::xml_node const body = in.Required("soapenv:Body");
@@ -70,12 +86,12 @@ pugi::xml_node CheckEnvelope(pugi::xml_document const& document, Service const& 
 }
 
 pugi::xml_node StartReply(pugi::xml_document& document, Service const& service,
-                          std::string const& element) {
+                          Namespaces const& namespaces, std::string const& element) {
   pugi::xml_node envelope = document.append_child("s:Envelope");
   envelope.append_attribute("xmlns:s") = kSoapNamespace;
   pugi::xml_node response = envelope.append_child("s:Body").append_child(element.c_str());
-  response.append_attribute("xmlns") = VersionedNamespace(service.name).c_str();
-  response.append_attribute("xmlns:b") = VersionedNamespace("ZorandBaseTypes").c_str();
+  response.append_attribute("xmlns") = namespaces.Versioned(service.name).c_str();
+  response.append_attribute("xmlns:b") = namespaces.Versioned("ZorandBaseTypes").c_str();
   response.append_attribute("xmlns:i") = kSchemaInstance;
   return response;
 }
@@ -85,7 +101,8 @@ std::string FaultReply(Blame blame, std::string const& text) {
   pugi::xml_node envelope = document.append_child("s:Envelope");
   envelope.append_attribute("xmlns:s") = kSoapNamespace;
   pugi::xml_node fault = envelope.append_child("s:Body").append_child("s:Fault");
-  AddText(fault, "faultcode", blame == Blame::Client ? "s:Client" : "s:Server");
+  pugi::xml_node code = AddText(fault, "faultcode", CodeOf(blame));
+  if (blame == Blame::Action) code.append_attribute("xmlns:a") = kAddressing;
   AddText(fault, "faultstring", Legible(text)).append_attribute("xml:lang") = "en";
   return Print(document);
 }

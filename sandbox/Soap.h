@@ -7,10 +7,18 @@
 
 namespace sandbox {
 
+/// Who is to blame for a fault: the client, its SOAPAction, or the server.
+enum class Blame { Client, Action, Server };
+
 /// What is wrong with a request; its text becomes the fault's.
 class Fault : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit Fault(std::string const& text, Blame blame = Blame::Client)
+      : std::runtime_error(text), m_blame(blame) {}
+  Blame WhoIsToBlame() const { return m_blame; }
+
+ private:
+  Blame m_blame;
 };
 
 /// One of the five services as its requests name it.
@@ -19,20 +27,29 @@ struct Service {
   std::string_view prefix;  ///< bound to the namespace in requests
 };
 
-/// Namespace URI below the vendor's base and the interface version, such as ".../16/01/Browse".
-std::string VersionedNamespace(std::string_view name);
+/// The namespaces that a server speaks, all below the vendor's base.
+class Namespaces {
+ public:
+  /// A base without "/" at its end gets one; an empty one is the base that the build set.
+  explicit Namespaces(std::string base = "");
+  /// Below the base and the interface version, such as ".../16/01/Browse".
+  std::string Versioned(std::string_view name) const;
+  std::string Headers() const { return m_base + "headers"; }
+
+ private:
+  std::string m_base;
+};
 
 /// The body of a well-formed envelope for this service; throws `Fault` for anything that the
 /// client must not send: names, prefixes, namespaces, order and declaration are all held.
-pugi::xml_node CheckEnvelope(pugi::xml_document const& document, Service const& service);
+pugi::xml_node CheckEnvelope(pugi::xml_document const& document, Service const& service,
+                             Namespaces const& namespaces);
 
 /// Adds an envelope to the empty `document` and in it the response's element, which is returned.
 /// Base types take the prefix "b".
 pugi::xml_node StartReply(pugi::xml_document& document, Service const& service,
-                          std::string const& element);
+                          Namespaces const& namespaces, std::string const& element);
 
-/// Who is to blame for a fault.
-enum class Blame { Client, Server };
 std::string FaultReply(Blame blame, std::string const& text);
 std::string Print(pugi::xml_document const& document);
 

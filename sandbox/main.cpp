@@ -36,6 +36,8 @@ usage: lumo-sandbox [options]
   --password-file FILE
                    the password is the first line of this file; otherwise it is the value of the
                    environment variable LUMO_SANDBOX_PASSWORD
+  --namespace BASE the vendor namespace base that it speaks, such as http://www.example.com/lumo/;
+                   default is the one it was built for
   --log[=FILE]     report every request on standard error or at the end of this file
   --ttl SECONDS    stop after this time; 0, the default, runs until stopped
   --stop-on-eof    stop when standard input is closed
@@ -88,6 +90,13 @@ sandbox::LogOn LogOnOf(std::string_view word) {
   throw UsageError("--log-on takes none, basic or digest");
 }
 
+std::string NamespaceBase(std::string_view text) {
+  if (text.empty() || text.find_first_of(" \t\r\n\"<>") != std::string_view::npos) {
+    throw UsageError("--namespace takes a URI such as http://www.example.com/lumo/");
+  }
+  return std::string(text);
+}
+
 /// The password is never an option's value: everybody on the machine can read those.
 std::string Password(std::string const& file) {
   std::string password;
@@ -135,6 +144,8 @@ Options ReadOptions(int count, char** texts) {
       if (options.server.user.empty() || options.server.user.find(':') != std::string::npos) {
         throw UsageError("--user takes a name without a colon");
       }
+    } else if (option == "--namespace") {
+      options.server.namespaceBase = NamespaceBase(value());
     } else if (option == "--password-file") {
       options.passwordFile = value();
       if (options.passwordFile.empty()) throw UsageError("--password-file takes a file's name");

@@ -221,6 +221,68 @@ TEST(Faults, AreRefusedWhenTheyMakeNoSense) {
   EXPECT_EQ(client.Send("GET", url).body, "* cut 0 x2\n");
 }
 
+/// The text with every `from` replaced.
+std::string Replaced(std::string text, std::string const& from, std::string const& to) {
+  for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+TEST(Namespace, IsTheOneThatTheServerWasGiven) {
+  sandbox::ServerOptions options;
+  options.namespaceBase = "http://vendor.example/x&y";
+  OwnServer const server(options);
+  std::string const ours = LumoSession::GetVendorNamespaceBase();
+  Outcome const stranger(server.Url());
+  EXPECT_EQ(stranger.code, 500);
+  EXPECT_THAT(stranger.reply, HasSubstr(">a:ActionNotSupported</faultcode>"));
+  EXPECT_THAT(stranger.fault, HasSubstr("Action '" + ours + "16/01/Browse/GetTablesRequest'"));
+
+  auto const request = GetTables::CreateOne();
+  request->SetDBKey(kMaterials);
+  auto const session = LumoSession::CreateOne(server.Url(), nullptr);
+  std::string const text =
+      GetTablesImpl(session.get()).BuildRequestHandle(request)->GetRequestBuffer()->GetBytes();
+  Client client;
+  std::unique_ptr<curl_slist, void (*)(curl_slist*)> const headers(
+      curl_slist_append(curl_slist_append(nullptr, "Content-Type: text/xml;charset=UTF-8"),
+                        "SOAPAction: http://vendor.example/x&y/16/01/Browse/GetTablesRequest"),
+      curl_slist_free_all);
+  curl_easy_setopt(client.easy.get(), CURLOPT_HTTPHEADER, headers.get());
+  EXPECT_THAT(client.Send("POST", server.Url() + "/Browse.svc", text).body,
+              AllOf(HasSubstr("<faultcode>s:Client<"),
+                    HasSubstr("xmlns:zbt=\"http://vendor.example/x&amp;y/16/01/")));
+  auto const reply = client.Send("POST", server.Url() + "/Browse.svc",
+                                 Replaced(text, ours, "http://vendor.example/x&amp;y/"));
+  EXPECT_EQ(reply.status, 200);
+  EXPECT_THAT(reply.body, HasSubstr("xmlns=\"http://vendor.example/x&amp;y/16/01/Browse\""));
+}
+
+TEST(Namespace, StandsInTheDescriptionOfEachService) {
+  OwnServer const server;
+  std::string const ours = LumoSession::GetVendorNamespaceBase();
+  Client client;
+  for (auto const& [service, operation] :
+       std::vector<std::pair<std::string, std::string>>{{"Browse", "GetTables"},
+                                                        {"Search", "RecordNameSearch"},
+                                                        {"DataExport", "GetRecordAttributesByRef"},
+                                                        {"DataImport", "SetRecordAttributes"},
+                                                        {"EngineeringData", "ExportRecordData"}}) {
+    auto const reply = client.Send("GET", server.Url() + "/" + service + ".svc?wsdl");
+    EXPECT_EQ(reply.status, 200);
+    XmlDocument<char> document;
+    ASSERT_TRUE(
+        XMLUtilites::Parse(reply.body.data(), reply.body.data() + reply.body.size(), document));
+    auto const* const target = document.first_node()->first_attribute("targetNamespace");
+    ASSERT_NE(target, nullptr);
+    EXPECT_EQ(target->value(), ours + "16/01/" + service);
+    EXPECT_THAT(reply.body, HasSubstr("soapAction=\"" + ours + "16/01/" + service + "/" +
+                                      operation + "Request\""));
+  }
+  EXPECT_EQ(client.Send("GET", server.Url() + "/Browse.svc").status, 404);
+}
+
 TEST(Stop, DoesNotWaitForClients) {
   OwnServer server;
   Client idle;
