@@ -25,8 +25,10 @@ constexpr Word kWords[] = {{"fault", PlannedFault::Kind::Fault, 0, 0},
                            {"stall", PlannedFault::Kind::Stall, 0, 3600},
                            {"cut", PlannedFault::Kind::Cut, 0, 1'000'000'000},
                            {"reset", PlannedFault::Kind::Reset, 0, 0},
+                           {"swallow", PlannedFault::Kind::Swallow, 0, 0},
                            {"malformed", PlannedFault::Kind::Malformed, 0, 0}};
 constexpr int kMostCalls = 1'000'000;
+constexpr int kMostSeconds = 1'000'000'000;
 
 int Number(std::string const& what, std::string_view text, int least, int most) {
   int value = -1;
@@ -38,30 +40,58 @@ int Number(std::string const& what, std::string_view text, int least, int most) 
   return value;
 }
 
-PlannedFault FaultOf(std::vector<std::string> const& words, bool (*isOperation)(std::string_view)) {
+/// Reads the words of a line one after the other.
+class Reader {
+ public:
+  explicit Reader(std::vector<std::string> const& words) : m_words(words) {}
+  std::string Next() { return m_at < m_words.size() ? m_words[m_at++] : ""; }
+  /// Takes the word when it is the next one.
+  bool Takes(std::string_view word) {
+    bool const isNext = m_at < m_words.size() && m_words[m_at] == word;
+    if (isNext) ++m_at;
+    return isNext;
+  }
+  bool IsNextCount() const { return m_at < m_words.size() && m_words[m_at][0] == 'x'; }
+  bool HasMore() const { return m_at < m_words.size(); }
+
+ private:
+  std::vector<std::string> const& m_words;
+  std::size_t m_at = 0;
+};
+
+PlannedFault FaultOf(Reader in, bool (*isOperation)(std::string_view)) {
   PlannedFault fault;
-  fault.operation = words[0];
+  fault.operation = in.Next();
   if (fault.operation != "*" && !isOperation(fault.operation)) {
     throw std::invalid_argument("there is no operation \"" + fault.operation + "\"");
   }
-  std::string const kind = words.size() > 1 ? words[1] : "";
+  std::string const kind = in.Next();
   auto const* const word = std::find_if(std::begin(kWords), std::end(kWords),
                                         [&](Word const& known) { return known.text == kind; });
   if (word == std::end(kWords)) throw std::invalid_argument("there is no fault \"" + kind + "\"");
   fault.kind = word->kind;
-  std::size_t next = 2;
-  if (word->most > 0) {
-    std::string const number = words.size() > next ? words[next++] : "";
-    fault.number = Number(kind, number, word->least, word->most);
+  if (word->most > 0) fault.number = Number(kind, in.Next(), word->least, word->most);
+  if (fault.kind == PlannedFault::Kind::Status && in.Takes("retry-after")) {
+    fault.retryAfter = Number("retry-after", in.Next(), 0, kMostSeconds);
   }
-  if (words.size() > next && words[next][0] == 'x') {
-    fault.count = Number("x", words[next++].substr(1), 1, kMostCalls);
+  if (in.Takes("every")) {
+    fault.every = Number("every", in.Next(), 1, kMostCalls);
+    fault.count = 0;
   }
-  if (words.size() > next) throw std::invalid_argument("\"" + words[next] + "\" is too much");
+  if (in.IsNextCount()) fault.count = Number("x", in.Next().substr(1), 1, kMostCalls);
+  if (in.HasMore()) throw std::invalid_argument("\"" + in.Next() + "\" is too much");
   return fault;
 }
 
 }  // namespace
+
+std::string PlannedFault::What() const {
+  Word const& word = kWords[static_cast<std::size_t>(kind)];
+  std::string text(word.text);
+  if (word.most > 0) text += " " + std::to_string(number);
+  if (retryAfter) text += " retry-after " + std::to_string(*retryAfter);
+  return text;
+}
 
 void FaultScript::Set(std::string const& text, bool (*isOperation)(std::string_view)) {
   std::deque<PlannedFault> faults;
@@ -72,7 +102,7 @@ void FaultScript::Set(std::string const& text, bool (*isOperation)(std::string_v
     std::vector<std::string> const words{std::istream_iterator<std::string>(parts), {}};
     if (words.empty()) continue;
     try {
-      faults.push_back(FaultOf(words, isOperation));
+      faults.push_back(FaultOf(Reader(words), isOperation));
     } catch (std::invalid_argument const& error) {
       throw std::invalid_argument("line " + std::to_string(number) + ": " + error.what());
     }
@@ -90,10 +120,10 @@ std::string FaultScript::Text() const {
   std::lock_guard<std::mutex> const lock(m_mutex);
   std::string text;
   for (PlannedFault const& fault : m_faults) {
-    Word const& word = kWords[static_cast<std::size_t>(fault.kind)];
-    text += fault.operation + " " + std::string(word.text);
-    if (word.most > 0) text += " " + std::to_string(fault.number);
-    if (fault.count > 1) text += " x" + std::to_string(fault.count);
+    text += fault.operation + " " + fault.What();
+    bool const comesAgain = fault.every > 1 || fault.count == 0;
+    if (comesAgain) text += " every " + std::to_string(fault.every);
+    if (fault.count > (comesAgain ? 0 : 1)) text += " x" + std::to_string(fault.count);
     text += "\n";
   }
   return text;
@@ -101,13 +131,15 @@ std::string FaultScript::Text() const {
 
 std::optional<PlannedFault> FaultScript::Next(std::string_view operation) {
   std::lock_guard<std::mutex> const lock(m_mutex);
-  auto const found = std::find_if(m_faults.begin(), m_faults.end(), [&](PlannedFault const& fault) {
-    return fault.operation == "*" || fault.operation == operation;
-  });
-  if (found == m_faults.end()) return std::nullopt;
-  PlannedFault fault = *found;
-  if (--found->count == 0) m_faults.erase(found);
-  return fault;
+  for (auto fault = m_faults.begin(); fault != m_faults.end(); ++fault) {
+    if (fault->operation != "*" && fault->operation != operation) continue;
+    if (++fault->seen < fault->every) continue;
+    fault->seen = 0;
+    PlannedFault met = *fault;
+    if (fault->count > 0 && --fault->count == 0) m_faults.erase(fault);
+    return met;
+  }
+  return std::nullopt;
 }
 
 }  // namespace sandbox

@@ -145,7 +145,7 @@ bool HttpServer::process_and_close_socket(socket_t socket) {
   bool isLast = false;
   for (std::size_t calls = keep_alive_max_count_; isFine && !isLast && calls > 0; --calls) {
     if (!connection.AwaitsRequest(std::chrono::seconds(keep_alive_timeout_sec_))) break;
-    connection.OfRequest() = {0, 0, std::chrono::steady_clock::now(), ""};
+    connection.OfRequest() = {0, 0, std::chrono::steady_clock::now(), "", ""};
     isFine = process_request(connection, calls == 1, isLast, nullptr);
     isLast = isLast || connection.IsLast();
   }

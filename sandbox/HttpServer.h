@@ -14,7 +14,8 @@ struct Traffic {
   std::size_t bytesIn = 0;
   std::size_t bytesOut = 0;
   std::chrono::steady_clock::time_point begin;
-  std::string body;  ///< of a service call
+  std::string body;     ///< of a service call
+  std::string outcome;  ///< of a service call: whether it was done, and the fault that it met
 };
 
 /// One client's connection. Reading and writing wait no longer than the server runs.

@@ -9,6 +9,7 @@
 #include <ctime>
 #include <ostream>
 #include <sstream>
+#include <utility>
 
 namespace sandbox {
 namespace {
@@ -37,6 +38,12 @@ std::string Printable(std::string text) {
   return text;
 }
 
+/// The text without what could begin another line.
+std::string OneLine(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return Printable(std::move(text));
+}
+
 /// XML with an element in each line, anything else as it is; every line indented.
 std::string Indented(std::string const& body) {
   std::ostringstream lines;
@@ -56,9 +63,10 @@ std::string Indented(std::string const& body) {
 
 void RequestLog::Write(RequestReport const& report) {
   std::ostringstream text;
-  text << Now() << ' ' << Printable(report.operation) << ' ' << report.status << " in "
+  text << Now() << ' ' << OneLine(report.operation) << ' ' << report.status << " in "
        << report.bytesIn << " out " << report.bytesOut << " bytes, "
-       << std::round(report.milliseconds * 10) / 10 << " ms\n"
+       << std::round(report.milliseconds * 10) / 10 << " ms" << (report.outcome.empty() ? "" : ", ")
+       << OneLine(report.outcome) << '\n'
        << Indented(report.body);
   std::lock_guard<std::mutex> const lock(m_mutex);
   m_out << text.str() << std::flush;

@@ -14,6 +14,7 @@ struct RequestReport {
   std::size_t bytesIn = 0;
   std::size_t bytesOut = 0;
   double milliseconds = 0;
+  std::string outcome;  ///< whether a call was done, and the fault that it met
   std::string body;
 };
 

@@ -91,6 +91,11 @@ pugi::xml_node CheckRequest(pugi::xml_document& document, std::string const& tex
   return content;
 }
 
+void ResetInstead(httplib::Response& response) {
+  Connection::Current().Reset();
+  response.status = 0;  // none is sent
+}
+
 /// Answers with the planned fault where the call itself is not to be done.
 bool ReplacesReply(PlannedFault const& fault, httplib::Response& response) {
   switch (fault.kind) {
@@ -98,7 +103,10 @@ bool ReplacesReply(PlannedFault const& fault, httplib::Response& response) {
       response.status = 500;
       response.set_content(FaultReply(Blame::Server, "this fault was asked for"), kReplyType);
       return true;
-    case PlannedFault::Kind::Status: response.status = fault.number; return true;
+    case PlannedFault::Kind::Status:
+      response.status = fault.number;
+      if (fault.retryAfter) response.set_header("Retry-After", std::to_string(*fault.retryAfter));
+      return true;
     case PlannedFault::Kind::Html:
       response.status = 200;
       response.set_content(
@@ -106,14 +114,12 @@ bool ReplacesReply(PlannedFault const& fault, httplib::Response& response) {
           "<body>Please log on<br></body></html>\n",
           "text/html; charset=utf-8");
       return true;
-    case PlannedFault::Kind::Reset:
-      Connection::Current().Reset();
-      response.status = 0;  // none is sent
-      return true;
+    case PlannedFault::Kind::Reset: ResetInstead(response); return true;
     case PlannedFault::Kind::Stall:
       Connection::Current().Pause(std::chrono::seconds(fault.number));
       return false;
     case PlannedFault::Kind::Cut:
+    case PlannedFault::Kind::Swallow:
     case PlannedFault::Kind::Malformed: return false;
   }
   return false;
@@ -122,6 +128,7 @@ bool ReplacesReply(PlannedFault const& fault, httplib::Response& response) {
 /// Answers with the reply, or with what the planned fault leaves of it.
 void SetReply(httplib::Response& response, std::string reply,
               std::optional<PlannedFault> const& fault) {
+  if (fault && fault->kind == PlannedFault::Kind::Swallow) return ResetInstead(response);
   if (fault && fault->kind == PlannedFault::Kind::Malformed) {
     reply.insert(reply.find('<', reply.size() / 2), "<>");
   }
@@ -145,6 +152,8 @@ void SetReply(httplib::Response& response, std::string reply,
 struct Server::Http {
   Http(Store& dataStore, ServerOptions const& options);
   void AnswerCalls(Service const& service);
+  void AnswerCall(Service const& service, httplib::Request const& request,
+                  httplib::Response& response, httplib::ContentReader const& read);
   void Describe(Service const& service);
   std::string Reply(Service const& service, Operation const& operation, std::string const& text);
   void AnswerData();
@@ -194,26 +203,38 @@ void Server::Http::AnswerCalls(Service const& service) {
   server.Post("/" + std::string(service.name) + ".svc",
               [this, &service](httplib::Request const& request, httplib::Response& response,
                                httplib::ContentReader const& read) {
-                Operation const* const operation =
-                    FindByAction(service, namespaces, request.get_header_value("SOAPAction"));
-                auto const planned = faults.Next(operation != nullptr ? operation->name : "");
-                int status = 500;
-                std::string reply;
-                try {
-                  std::string& text = Connection::Current().OfRequest().body;
-                  text = ReadBody(request, read);
-                  if (planned && ReplacesReply(*planned, response)) return;
-                  CheckHeaders(request, operation);
-                  reply = Reply(service, *operation, text);
-                  status = 200;
-                } catch (Fault const& fault) {
-                  reply = FaultReply(fault.WhoIsToBlame(), fault.what());
-                } catch (std::exception const& error) {
-                  reply = FaultReply(Blame::Server, error.what());
-                }
-                response.status = status;  // the reader of the body may have set another one
-                SetReply(response, std::move(reply), planned);
+                AnswerCall(service, request, response, read);
               });
+}
+
+void Server::Http::AnswerCall(Service const& service, httplib::Request const& request,
+                              httplib::Response& response, httplib::ContentReader const& read) {
+  Operation const* const operation =
+      FindByAction(service, namespaces, request.get_header_value("SOAPAction"));
+  auto const planned = faults.Next(operation != nullptr ? operation->name : "");
+  Traffic& traffic = Connection::Current().OfRequest();
+  int status = 500;
+  std::string reply;
+  try {
+    traffic.body = ReadBody(request, read);
+    if (planned && ReplacesReply(*planned, response)) {
+      traffic.outcome = "not done, " + planned->What();
+      return;
+    }
+    CheckHeaders(request, operation);
+    reply = Reply(service, *operation, traffic.body);
+    status = 200;
+    traffic.outcome = "done";
+  } catch (Fault const& fault) {
+    reply = FaultReply(fault.WhoIsToBlame(), fault.what());
+    traffic.outcome = std::string("refused: ") + fault.what();
+  } catch (std::exception const& error) {
+    reply = FaultReply(Blame::Server, error.what());
+    traffic.outcome = std::string("failed: ") + error.what();
+  }
+  if (planned) traffic.outcome += ", " + planned->What();
+  response.status = status;  // the reader of the body may have set another one
+  SetReply(response, std::move(reply), planned);
 }
 
 /// The reply to one request; throws `Fault` when the request makes no sense.
@@ -325,7 +346,7 @@ void Server::Http::Report(std::ostream& out) {
     std::chrono::duration<double, std::milli> const time =
         std::chrono::steady_clock::now() - traffic.begin;
     log->Write({NameOf(request), response.status, traffic.bytesIn, traffic.bytesOut, time.count(),
-                traffic.body.empty() ? request.body : traffic.body});
+                traffic.outcome, traffic.body.empty() ? request.body : traffic.body});
   });
 }
 

@@ -13,6 +13,7 @@
 #include "tests/sandbox/Sandbox.h"
 
 using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -27,6 +28,7 @@ class OwnServer {
       : m_store(":memory:"), m_server(m_store, options), m_port(m_server.Start(port)) {}
   std::string Url() const { return "http://127.0.0.1:" + std::to_string(m_port); }
   int Port() const { return m_port; }
+  int Count(std::string const& what) { return m_store.Only("SELECT count(*) FROM " + what).Int(0); }
   /// Stops, and says how long that took.
   std::chrono::duration<double> Stop() {
     auto const begin = std::chrono::steady_clock::now();
@@ -200,6 +202,63 @@ TEST(Faults, AreWhatTheClientSees) {
   EXPECT_EQ(control.Send("GET", server.Url() + "/control/faults").body, "");
 }
 
+TEST(Faults, ComeAgainUntilTheyAreCleared) {
+  OwnServer const server;
+  Client client;
+  std::string const control = server.Url() + "/control/faults";
+  auto const statuses = [&](int count) {
+    std::vector<long> all;
+    for (; count > 0; --count) {
+      all.push_back(client.Send("POST", server.Url() + "/Browse.svc", "x").status);
+    }
+    return all;
+  };
+  client.Send("PUT", control, "* status 503 every 3\n* status 429 retry-after 2 every 2 x2");
+  // The second line sees what the first lets pass; a call that makes no sense is answered by 500.
+  EXPECT_THAT(statuses(9), ElementsAre(500, 429, 503, 500, 429, 503, 500, 500, 503));
+  EXPECT_EQ(client.Send("GET", control).body, "* status 503 every 3\n");
+  EXPECT_EQ(client.Send("PUT", control, "* status 429 retry-after 86400 every 1").body,
+            "* status 429 retry-after 86400 every 1\n");
+  EXPECT_THAT(client.Send("POST", server.Url() + "/Browse.svc", "x").headers,
+              HasSubstr("\r\nRetry-After: 86400\r\n"));
+  EXPECT_THAT(statuses(2), ElementsAre(429, 429));
+  client.Send("DELETE", control);
+  EXPECT_THAT(statuses(1), ElementsAre(500));
+}
+
+TEST(Faults, SwallowTheReplyToACallThatIsDone) {
+  std::ostringstream log;
+  sandbox::ServerOptions options;
+  options.log = &log;
+  OwnServer server(options);
+  Client().Send("PUT", server.Url() + "/control/faults",
+                "* swallow\n* reset\n* cut 5\nSetRecordAttributes fault\n");
+  auto const services =
+      LumoServiceLayerServices::CreateOne(server.Url(), LumoSLAuth_Annonymous::CreateOne());
+  auto const request = SetRecordAttributesRequest::CreateOne();
+  request->AddImportRecord(
+      {new ImportRecord(RecordNamed("Polymers"), "Lost", ImportRecordModes::Create, false)});
+  for (int code : {500, 500, 500, 500, 200}) {
+    SetRecordAttributesResponse response;
+    services->GetDataImportService()->SetRecordAttributesImplPtr()->SetRecordAttributes_Request(
+        request, &response);
+    EXPECT_EQ(response.GetServiceLayerResponse()->GetResponseCode(), code);
+  }
+  EXPECT_EQ(server.Count("record WHERE short_name = 'Lost'"), 3);
+  server.Stop();
+  std::vector<std::string> outcomes;
+  std::istringstream lines(log.str());
+  for (std::string line; std::getline(lines, line);) {
+    std::size_t const name = line.find("Z SetRecordAttributes ");
+    if (name == std::string::npos) continue;
+    std::size_t const status = name + 22;
+    outcomes.push_back(line.substr(status, line.find(' ', status) - status) +
+                       line.substr(line.find(" ms, ") + 4));
+  }
+  EXPECT_THAT(outcomes, ElementsAre("0 done, swallow", "0 not done, reset", "200 done, cut 5",
+                                    "500 not done, fault", "200 done"));
+}
+
 TEST(Faults, AreRefusedWhenTheyMakeNoSense) {
   OwnServer const server;
   Client client;
@@ -212,6 +271,9 @@ TEST(Faults, AreRefusedWhenTheyMakeNoSense) {
            {"* status", "status takes a number from 200 to 599"},
            {"* status 600", "status takes a number from 200 to 599"},
            {"* stall 5s", "stall takes a number from 0 to 3600"},
+           {"* reset every 0", "every takes a number from 1 to 1000000"},
+           {"* stall 5 retry-after 5", "\"retry-after\" is too much"},
+           {"* status 429 retry-after soon", "retry-after takes a number from 0 to 1000000000"},
            {"* html x0", "x takes a number from 1 to 1000000"},
            {"* cut 5 x2 y", "\"y\" is too much"}}) {
     auto const reply = client.Send("PUT", url, std::string("* html\n") + line);
@@ -307,6 +369,7 @@ TEST(Log, TellsWhatWasSentButNoProofOfIdentity) {
   Outcome(server.Url(), LumoSLAuth_Authenticated::CreateOne(options.user, options.password));
   server.Stop();
   EXPECT_THAT(log.str(), AllOf(HasSubstr(" GetTables 401 in "), HasSubstr(" GetTables 200 in "),
+                               HasSubstr(" ms, done\n"),
                                HasSubstr("\n        <brow:dbKey>ENG_MATERIALS</brow:dbKey>\n"),
                                Not(HasSubstr(options.password)), Not(HasSubstr("Basic"))));
 }
