@@ -111,6 +111,12 @@ TEST(Lifecycle, MakesAndDestroysFactoriesAndRegistries) {
   EXPECT_EQ(DataValueFactoryNew::s_factories.at("RNGE"), factory);
   EXPECT_EQ(DataValueFactoryNew::s_factories.at("EMPT")->CreateInstance(nullptr)->GetTypeString(),
             "EMPT");
+  std::make_unique<TypedDataValueFactory<TinyValue>>("RNGE").reset();
+  kpxtkLumoServiceLayer::Initialize();  // gives the place of a factory that died back
+  EXPECT_EQ(DataValueFactoryNew::s_factories.at("RNGE"), factory);
+  TypedDataValueFactory<TinyValue> const alive("RNGE");
+  kpxtkLumoServiceLayer::Initialize();
+  EXPECT_EQ(DataValueFactoryNew::s_factories.at("RNGE"), &alive);
   kpxtkLumoServiceLayer::Shutdown();
   kpxtkLumoServiceLayer::Shutdown();
   EXPECT_TRUE(DataValueFactoryNew::s_factories.empty());
