@@ -87,28 +87,13 @@ bool IsLossy(std::string const& text) {
          Contains(text, ">nan</zbt:HighValue>");
 }
 
-template <class T>
-SmartPtr<IDataValue> CopyAs(IDataValue const& value) {
-  auto const* const original = dynamic_cast<T const*>(&value);
-  if (original == nullptr) return nullptr;
-  SmartPtr<T> copy = T::CreateOne();
-  *copy = *original;
-  return copy;
-}
-
-template <class... T>
-SmartPtr<IDataValue> CopyAsOneOf(IDataValue const& value) {
-  SmartPtr<IDataValue> copy;
-  static_cast<void>((static_cast<bool>(copy = CopyAs<T>(value)) || ...));
-  return copy;
-}
-
 SmartPtr<IDataValue> CopyOf(IDataValue const& value) {
-  return CopyAsOneOf<DateTimeDataType, DiscreteDataType, EmptyDataType, FileDataType,
-                     FloatFunctionalGriddedDataType, FloatFunctionalSeriesDataType,
-                     HyperlinkDataType, IntegerDataType, LinkedRecordsDataType, ListDataType,
-                     LogicalDataType, LongTextDataType, PictureDataType, PointDataType,
-                     RangeDataType, ShortTextDataType, TabularDataType>(value);
+  return lumo::Visit(value,
+                     [](auto const& typed) -> decltype(typed.CreateOne(), SmartPtr<IDataValue>()) {
+                       auto const copy = typed.CreateOne();
+                       *copy = typed;
+                       return copy;
+                     });
 }
 
 void CheckWriting(IDataValue const& value) {
@@ -194,17 +179,10 @@ void CheckContent(TabularDataType const& table) {
   }
 }
 
-template <class... T>
-void CheckContentAsOneOf(IDataValue const& value) {
-  auto const check = [](auto const* typed) {
-    if (typed != nullptr) CheckContent(*typed);
-  };
-  (check(dynamic_cast<T const*>(&value)), ...);
-}
+void CheckContent(IDataValue const& /*other*/) {}
 
 void CheckValue(IDataValue const& value) {
-  CheckContentAsOneOf<BinaryDataType, FloatFunctionalGriddedDataType, FloatFunctionalSeriesDataType,
-                      ListDataType, RangeDataType, TabularDataType>(value);
+  lumo::Visit(value, [](auto const& typed) { CheckContent(typed); });
   CheckWriting(value);
 }
 

@@ -173,6 +173,7 @@
 #include "lumo/values/TabularDataType.h"
 #include "lumo/values/UnittedRealDataType.h"
 #include "lumo/values/ValueClasses.h"
+#include "lumo/values/Visit.h"
 #include "lumo/values/XYData.h"
 #include "lumo/xml/ConvertTo.h"
 #include "lumo/xml/FromXml.h"

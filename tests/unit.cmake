@@ -11,6 +11,7 @@ lumo_add_tests(unit
   values/TabularTest.cpp
   values/ValueFormTest.cpp
   values/ValueModelTest.cpp
+  values/VisitTest.cpp
   services/AttributesTest.cpp
   services/BrowseTest.cpp
   services/EngineeringTest.cpp
