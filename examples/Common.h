@@ -8,8 +8,6 @@
 
 /// What the examples share: connecting, and telling what went wrong.
 
-constexpr int kSuccess = 200;
-
 /// Shows errors; the timing of calls is of no interest here.
 class ErrorsToStderr : public ILogger {
  public:
@@ -20,10 +18,8 @@ class ErrorsToStderr : public ILogger {
 
 inline bool Succeeded(IResponse const& response) {
   auto const outcome = response.GetServiceLayerResponse();
-  if (outcome->GetResponseCode() == kSuccess) return true;
-  std::cerr << "Code " << outcome->GetResponseCode() << ": " << outcome->GetErrorMessage()
-            << outcome->GetTransportError() << '\n';
-  return false;
+  if (!outcome->Succeeded()) std::cerr << outcome->ErrorText() << '\n';
+  return outcome->Succeeded();
 }
 
 /// Runs `work(services)` with the server at `url`; gives the exit code of the program. Without a

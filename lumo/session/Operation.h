@@ -1,14 +1,17 @@
 #pragma once
 
+#include <exception>
+
 #include "lumo/platform/core/Time.h"
 #include "lumo/session/OperationBase.h"
+#include "lumo/xml/UnbuiltValues.h"
 
 /// The road of one call: request object, envelope, bytes, server, bytes, document, response object.
 /// Failures of server and transport never throw; they are in the response:
 ///
 ///     GetTablesResponse response;
 ///     services->GetBrowseService()->GetGetTablesImpl()->RequestTables(request, &response);
-///     int code = response.GetServiceLayerResponse()->GetResponseCode();
+///     if (!response.GetServiceLayerResponse()->Succeeded()) { ... }
 ///
 /// Values in the reply that do not convert throw the standard exceptions. An operation object
 /// keeps nothing between calls and may be used by several threads at once.
@@ -41,18 +44,34 @@ class Operation : public OperationBase {
     SmartPtr<ServiceLayerResponse> const outcome = MakeOutcome(message, logger);
     response->SetServiceLayerResponse(outcome);
     if (!message.GetResponseBuffer()) return;
-    if (SmartPtr<ResponseType> const parsed = Read(message, logger)) {
+    if (message.GetStatus() != eHttpStatusCode_OK) return ReadFailure(message, *outcome, logger);
+    if (SmartPtr<ResponseType> const parsed = Read(message, *outcome, logger)) {
       *response = *parsed;
       response->SetServiceLayerResponse(outcome);
     }
-    if (message.GetStatus() != eHttpStatusCode_OK) LogFailure(logger, *outcome);
   }
 
   /// The tree is gone before the response is handed over.
-  SmartPtr<ResponseType> Read(HttpMessage const& message, ILogger* logger) {
-    bool const isSuccess = message.GetStatus() == eHttpStatusCode_OK;
-    if (!isSuccess && logger == nullptr) return nullptr;  // nobody to tell of a malformed reply
-    std::unique_ptr<XmlDocument<char>> const document = ParseReply(message, logger);
-    return isSuccess ? ProcessResponse(document.get()) : nullptr;
+  SmartPtr<ResponseType> Read(HttpMessage const& message, ServiceLayerResponse& outcome,
+                              ILogger* logger) {
+    std::unique_ptr<XmlDocument<char>> const document = ParseReply(message, outcome, logger);
+    lumo::UnbuiltValues const unbuilt;
+    SmartPtr<ResponseType> const parsed = Convert(*document, outcome);
+    if (parsed) {
+      ConcludeRead(outcome, unbuilt.Count(), logger);
+    } else {
+      ConcludeUnread(message, outcome, *document);
+    }
+    return parsed;
+  }
+
+  SmartPtr<ResponseType> Convert(XmlDocument<char>& document, ServiceLayerResponse& outcome) {
+    try {
+      return ProcessResponse(&document);
+    } catch (std::exception const& error) {
+      outcome.SetOutcome(CallOutcomes::NotUnderstood, GetOperationName(),
+                         std::string("a value in the reply does not convert: ") + error.what());
+      throw;
+    }
   }
 };

@@ -1,5 +1,6 @@
 #include "lumo/session/OperationBase.h"
 
+#include <algorithm>
 #include <charconv>
 #include <iterator>
 #include <string_view>
@@ -11,7 +12,7 @@
 namespace {
 
 constexpr int kTimingLevel = 3;
-constexpr int kLocalFailure = 500;
+constexpr std::size_t kBeginning = 80;
 
 /// Six decimals, whatever the process locale.
 std::string SecondsText(double seconds) {
@@ -19,6 +20,17 @@ std::string SecondsText(double seconds) {
   auto const end =
       std::to_chars(std::begin(text), std::end(text), seconds, std::chars_format::fixed, 6).ptr;
   return {text, static_cast<std::size_t>(end - text)};
+}
+
+/// The beginning of a reply, for an error text, cut between two characters of UTF-8.
+std::string_view Beginning(HttpMessageBuffer const& reply) {
+  std::string const& bytes = reply.GetBytes();
+  std::size_t end = std::min(bytes.size(), kBeginning);
+  auto const continues = [&bytes](std::size_t at) {
+    return at < bytes.size() && (static_cast<unsigned char>(bytes[at]) & 0xC0) == 0x80;
+  };
+  while (end != 0 && continues(end)) --end;
+  return std::string_view(bytes).substr(0, end);
 }
 
 }  // namespace
@@ -89,14 +101,6 @@ void OperationBase::LogTiming(ILogger* logger, std::uint64_t start,
           SecondsText(message.GetServiceLayerTime()) + "s spent in Lumo:ServiceLayer.");
 }
 
-void OperationBase::LogFailure(ILogger* logger, ServiceLayerResponse const& outcome) const {
-  if (logger == nullptr) return;  // the texts are not made for nobody
-  LogError(logger,
-           "Request failed and returned code: " + std::to_string(outcome.GetResponseCode()) +
-               ", Request: " + outcome.GetRequestMessage() +
-               " \n Response: " + outcome.GetResponseMessage());
-}
-
 void OperationBase::Post(SmartPtr<HttpMessage> const& message) const {
   if (m_session == nullptr) return;
   std::string const& applicationName = m_session->GetApplicationName();
@@ -112,13 +116,14 @@ void OperationBase::Post(SmartPtr<HttpMessage> const& message) const {
 
 SmartPtr<ServiceLayerResponse> OperationBase::MakeOutcome(HttpMessage const& message,
                                                           ILogger* logger) const {
-  SmartPtr<HttpMessageBuffer> const reply = message.GetResponseBuffer();
-  SmartPtr<ServiceLayerResponse> outcome =
-      reply ? new ServiceLayerResponse(reply, message.GetStatusCode())
-            : new ServiceLayerResponse(GetOperationName() + " FAILED", kLocalFailure);
+  auto outcome = ServiceLayerResponse::CreateOne();
   outcome->SetRequestBuffer(message.GetRequestBuffer());
-  outcome->SetTransportError(message.GetTransportError());
-  if (!reply && logger != nullptr) {
+  if (SmartPtr<HttpMessageBuffer> const reply = message.GetResponseBuffer()) {
+    outcome->SetReply(reply, message.GetStatusCode());
+    return outcome;
+  }
+  outcome->SetNoReply(GetOperationName(), message.GetTransportError());
+  if (logger != nullptr) {  // the text is not made for nobody
     LogError(logger,
              "Could not access the response object. Sent request: " + outcome->GetRequestMessage());
   }
@@ -126,13 +131,57 @@ SmartPtr<ServiceLayerResponse> OperationBase::MakeOutcome(HttpMessage const& mes
 }
 
 std::unique_ptr<XmlDocument<char>> OperationBase::ParseReply(HttpMessage const& message,
+                                                             ServiceLayerResponse& outcome,
                                                              ILogger* logger) const {
   auto document = std::make_unique<XmlDocument<char>>();
   SmartPtr<HttpMessageBuffer> const reply = message.GetResponseBuffer();
-  if (!XMLUtilites::Parse(reply->Begin(), reply->End(), *document)) {
-    LogError(logger, "Response is not well-formed XML: " + std::string(lumo::LastXmlError()));
-  }
+  if (XMLUtilites::Parse(reply->Begin(), reply->End(), *document)) return document;
+  std::string const error(lumo::LastXmlError());
+  LogError(logger, "Response is not well-formed XML: " + error);
+  outcome.SetOutcome(
+      CallOutcomes::NotUnderstood, GetOperationName(),
+      "the reply is not well-formed XML, " + error + ": " + std::string(Beginning(*reply)));
   return document;
+}
+
+void OperationBase::ReadFailure(HttpMessage const& message, ServiceLayerResponse& outcome,
+                                ILogger* logger) const {
+  std::unique_ptr<XmlDocument<char>> const document = ParseReply(message, outcome, logger);
+  bool const isXml = outcome.GetOutcome() != CallOutcomes::NotUnderstood;
+  std::string const code = std::to_string(outcome.GetResponseCode());
+  if (!outcome.SetFault(GetOperationName(), *document)) {
+    outcome.SetOutcome(CallOutcomes::OtherStatus, GetOperationName(),
+                       "the server answers with status " + code);
+  }
+  if (logger == nullptr) return;  // the texts are not made for nobody
+  outcome.SetResponseMessage(isXml ? XMLUtilites::Print(*document)
+                                   : message.GetResponseBuffer()->GetBytes());
+  LogError(logger, "Request failed and returned code: " + code +
+                       ", Request: " + outcome.GetRequestMessage() +
+                       " \n Response: " + outcome.GetResponseMessage());
+}
+
+void OperationBase::ConcludeRead(ServiceLayerResponse& outcome, std::size_t unbuiltValues,
+                                 ILogger* logger) const {
+  if (unbuiltValues == 0) {
+    return outcome.SetOutcome(CallOutcomes::Success, GetOperationName(), "");
+  }
+  std::string const what =
+      "kpxtkLumoServiceLayer::Initialize has not run, so that values of the reply are lost: " +
+      std::to_string(unbuiltValues);
+  LogError(logger, what);
+  outcome.SetOutcome(CallOutcomes::NotInitialized, GetOperationName(), what);
+}
+
+void OperationBase::ConcludeUnread(HttpMessage const& message, ServiceLayerResponse& outcome,
+                                   XmlDocument<char> const& document) const {
+  if (outcome.GetOutcome() == CallOutcomes::NotUnderstood) return;  // it is not XML
+  if (outcome.SetFault(GetOperationName(), document)) return;
+  HttpMessageBuffer const& reply = *message.GetResponseBuffer();
+  outcome.SetOutcome(CallOutcomes::NotUnderstood, GetOperationName(),
+                     reply.GetBytes().empty() ? "the reply is empty"
+                                              : "the reply has no " + GetResponseTagName() + ": " +
+                                                    std::string(Beginning(reply)));
 }
 
 XmlNode<char> const* OperationBase::FindResponseNode(XmlDocument<char> const& document) const {

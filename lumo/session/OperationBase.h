@@ -39,14 +39,26 @@ class LUMO_API OperationBase : public SmartPtrTarget_ts {
   void Log(ILogger* logger, int level, std::string const& text) const;
   void LogError(ILogger* logger, std::string const& text) const { Log(logger, 1, text); }
   void LogTiming(ILogger* logger, std::uint64_t start, HttpMessage const& message) const;
-  void LogFailure(ILogger* logger, ServiceLayerResponse const& outcome) const;
 
   /// Sends the message and adds the time it took to the message.
   void Post(SmartPtr<HttpMessage> const& message) const;
   /// Status and texts of what came back; logs when no reply did.
   SmartPtr<ServiceLayerResponse> MakeOutcome(HttpMessage const& message, ILogger* logger) const;
-  /// The reply's document; an empty one, and a log line, when the reply is not XML.
-  std::unique_ptr<XmlDocument<char>> ParseReply(HttpMessage const& message, ILogger* logger) const;
+  /// The reply's document. When the reply is not XML, an empty one, a log line and the outcome.
+  std::unique_ptr<XmlDocument<char>> ParseReply(HttpMessage const& message,
+                                                ServiceLayerResponse& outcome,
+                                                ILogger* logger) const;
+  /// Finds out and logs what a reply of another status than success says.
+  void ReadFailure(HttpMessage const& message, ServiceLayerResponse& outcome,
+                   ILogger* logger) const;
+  /// Tells the outcome of a reply from which the response was read: a success, unless some values
+  /// could not be built.
+  void ConcludeRead(ServiceLayerResponse& outcome, std::size_t unbuiltValues,
+                    ILogger* logger) const;
+  /// Tells why a reply with the status of success holds no response: it is a fault, or something
+  /// else.
+  void ConcludeUnread(HttpMessage const& message, ServiceLayerResponse& outcome,
+                      XmlDocument<char> const& document) const;
   /// The response's element in the reply; null when there is none.
   XmlNode<char> const* FindResponseNode(XmlDocument<char> const& document) const;
 

@@ -4,21 +4,35 @@
 
 #include "lumo/platform/core/Counted.h"
 #include "lumo/platform/http/HttpMessageBuffer.h"
+#include "lumo/session/CallOutcomes.h"
 #include "lumo/session/LazyText.h"
+#include "lumo/xml/Xml.h"
 
-/// Outcome of a call: status and texts. Every response holds one after its call; through it a
-/// caller learns of a failure:
+/// Outcome of a call: what it came to, status and texts. Every response holds one after its call;
+/// through it a caller learns of a failure:
 ///
 ///     auto outcome = response.GetServiceLayerResponse();
-///     if (outcome->GetResponseCode() != 200) std::cerr << outcome->GetErrorMessage() << '\n';
+///     if (!outcome->Succeeded()) std::cerr << outcome->ErrorText() << '\n';
 ///
-/// The texts are made when they are first asked for.
+/// The texts of request and reply are made when they are first asked for; nothing else is read from
+/// the reply again.
 class LUMO_API ServiceLayerResponse : public lumo::Counted<ServiceLayerResponse> {
  public:
   ServiceLayerResponse() = default;
+  /// Outcome of a reply by its text. With status 200, any XML but a fault counts as a success.
   ServiceLayerResponse(std::string const& responseText, int responseCode);
-  /// Outcome of an exchange whose texts are printed from the buffers. Null stands for no text.
-  ServiceLayerResponse(SmartPtr<HttpMessageBuffer> const& reply, int responseCode);
+
+  CallOutcomes::eCallOutcome GetOutcome() const { return m_outcome; }
+  bool Succeeded() const { return m_outcome == CallOutcomes::Success; }
+  /// What went wrong, on one line that begins with the operation's name; empty when the call
+  /// succeeded, and only then.
+  std::string ErrorText() const;
+
+  /// The SOAP fault's code such as "s:Client", its text, and the content of its detail as XML;
+  /// empty without a fault. They are read whatever prefix and status the fault came with.
+  std::string const& GetFaultCode() const { return m_faultCode; }
+  std::string const& GetFaultText() const { return m_faultText; }
+  std::string const& GetFaultDetail() const { return m_faultDetail; }
 
   /// HTTP status of the reply; 500 when none arrived, 0 before any call.
   int GetResponseCode() const { return m_responseCode; }
@@ -32,14 +46,33 @@ class LUMO_API ServiceLayerResponse : public lumo::Counted<ServiceLayerResponse>
   void SetRequestBuffer(SmartPtr<HttpMessageBuffer> const& request);
   /// Why no reply arrived, in the transport's words; empty when one did.
   std::string const& GetTransportError() const { return m_transportError; }
-  void SetTransportError(std::string const& error) { m_transportError = error; }
-  /// The SOAP fault's text; empty on success and when the reply holds no fault.
-  std::string GetErrorMessage() const;
+  /// The text of a SOAP fault in an envelope with the prefix "s"; empty with status 200 and when
+  /// the reply holds no such fault. `ErrorText` tells of every failure.
+  std::string GetErrorMessage() const { return m_errorMessage; }
+
+  // What follows is for the pipeline of a call.
+
+  /// Keeps status and bytes of a reply, from which its text is printed.
+  void SetReply(SmartPtr<HttpMessageBuffer> const& reply, int responseCode);
+  /// Gives the reply's text, where it is at hand.
+  void SetResponseMessage(std::string const& text) { m_responseText = lumo::LazyText(text); }
+  /// Ends without a reply. `transportError` may be empty.
+  void SetNoReply(std::string const& operation, std::string const& transportError);
+  /// Ends with the fault in the document; false, and no change, when there is none.
+  bool SetFault(std::string const& operation, XmlDocument<char> const& reply);
+  /// Ends with another outcome; `what` went wrong, empty for a success.
+  void SetOutcome(CallOutcomes::eCallOutcome outcome, std::string const& operation,
+                  std::string const& what);
 
  private:
+  CallOutcomes::eCallOutcome m_outcome = CallOutcomes::NotSet;
+  int m_responseCode = 0;
   lumo::LazyText m_responseText;
   lumo::LazyText m_requestText;
-  int m_responseCode = 0;
   std::string m_transportError;
-  lumo::LazyText m_errorMessage;
+  std::string m_errorText;
+  std::string m_faultCode;
+  std::string m_faultText;
+  std::string m_faultDetail;
+  std::string m_errorMessage;
 };

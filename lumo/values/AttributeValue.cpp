@@ -1,12 +1,22 @@
 #include "lumo/values/AttributeValue.h"
 
+#include <string_view>
 #include <utility>
 
 #include "lumo/values/AttributeTypes.h"
+#include "lumo/xml/UnbuiltValues.h"
+#include "lumo/xml/XMLUtilites.h"
 
 namespace {
 
 constexpr char kUnsupported[] = "UNSUPPORTED DATA TYPE";
+
+/// Whether the element holds a value, of whatever type.
+bool HoldsValue(XmlNode<char> const& node) {
+  constexpr std::string_view kEnd = "DataValue";
+  std::string_view const name = lumo::LocalName(node);
+  return name.size() > kEnd.size() && name.substr(name.size() - kEnd.size()) == kEnd;
+}
 
 }  // namespace
 
@@ -36,6 +46,7 @@ AttributeValue::AttributeValue() : m_dataType(kUnsupported) {}
 AttributeValue::AttributeValue(XmlNode<char> const* node) : FromXml(node) {
   XmlNode<char> const* child = node == nullptr ? nullptr : node->first_node();
   for (; child != nullptr && !m_dataValue; child = child->next_sibling()) {
+    if (s_factory.empty() && HoldsValue(*child)) lumo::UnbuiltValues::Note();
     auto [typeCode, value] = lumo::BuildRegistered(s_factory, *child);
     if (!typeCode.empty()) m_dataType = typeCode;
     m_dataValue = std::move(value);

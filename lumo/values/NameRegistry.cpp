@@ -5,6 +5,7 @@
 
 #include "lumo/values/AttributeTypes.h"
 #include "lumo/values/DataValueFactoryNew.h"
+#include "lumo/xml/UnbuiltValues.h"
 #include "lumo/xml/XMLUtilites.h"
 
 namespace lumo {
@@ -39,14 +40,19 @@ RegisteredValue BuildRegistered(NameRegistry const& registry, XmlNode<char> cons
   auto const entry = registry.find(LocalName(node));
   if (entry == registry.end()) return {};
   auto const factory = DataValueFactoryNew::s_factories.find(entry->second);
-  if (factory == DataValueFactoryNew::s_factories.end()) return {entry->second, nullptr};
+  if (factory == DataValueFactoryNew::s_factories.end()) {
+    UnbuiltValues::Note();
+    return {entry->second, nullptr};
+  }
   return {entry->second, factory->second->CreateInstance(&node)};
 }
 
 SmartPtr<IDataValue> BuildFirst(NameRegistry const& registry, XmlNode<char> const& node) {
   XmlNode<char> const* child = node.first_node();
   while (child != nullptr && child->type() != rapidxml::node_element) child = child->next_sibling();
-  return child == nullptr ? nullptr : BuildRegistered(registry, *child).value;
+  if (child == nullptr) return nullptr;
+  if (registry.empty()) UnbuiltValues::Note();
+  return BuildRegistered(registry, *child).value;
 }
 
 NameRegistry ShortNames() {

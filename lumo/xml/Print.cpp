@@ -1,3 +1,5 @@
+#include "lumo/xml/Print.h"
+
 #include <array>
 #include <cstddef>
 
@@ -107,5 +109,11 @@ std::string XMLUtilites::Print(XmlDocument<char> const& document) {
   std::string text;
   text.reserve(1024);
   AppendChildren(text, document);
+  return text;
+}
+
+std::string lumo::PrintContent(XmlNode<char> const* element) {
+  std::string text;
+  if (element != nullptr) AppendChildren(text, *element);
   return text;
 }

@@ -27,5 +27,5 @@ holds '^\*MATERIAL, AW-6061-T6$'
 status=0
 errors=$("$examples/list-databases" http://127.0.0.1:1 2>&1) || status=$?
 [ "$status" -eq 1 ]
-grep -q '^Code 500: .*[Cc]onnect' <<<"$errors"
+grep -q '^GetDatabases: no reply: .*[Cc]onnect' <<<"$errors"
 grep -q '^GetDatabases: Could not access the response object\.' <<<"$errors"

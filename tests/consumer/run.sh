@@ -33,3 +33,10 @@ esac
 
 output=$("$source/scripts/with-sandbox" "$sandbox" "$program")
 [ "$output" = $'Engineering Materials\nChemical Elements' ] || { echo "printed: $output"; exit 1; }
+
+status=0
+output=$("$program" http://127.0.0.1:1 2>&1) || status=$?
+[ "$status" = 1 ] && grep -qx 'GetDatabases: no reply: .*' <<<"$output" || {
+  echo "without a server: $output, exit code $status"
+  exit 1
+}

@@ -47,7 +47,7 @@ std::string FaultFor(std::string const& body) {
   message->GetRequestBuffer()->SetMessage(body.data(), body.size());
   session->HttpClientPtr()->SendRequest(L"/Browse.svc", eHttpVerb_Post, message);
   EXPECT_EQ(message->GetStatusCode(), 500);
-  return ServiceLayerResponse(message->GetResponseBuffer(), 500).GetErrorMessage();
+  return ServiceLayerResponse(message->GetResponseBuffer()->GetBytes(), 500).GetErrorMessage();
 }
 
 /// The request that the client sends for the tables of a database.

@@ -312,6 +312,9 @@ TEST_P(OddReplyTest, IsReportedAndNeverThrown) {
   EXPECT_EQ(outcome->GetResponseCode(), reply.code);
   EXPECT_EQ(outcome->GetResponseMessage(), reply.text);
   EXPECT_EQ(outcome->GetErrorMessage(), reply.fault);
+  EXPECT_EQ(outcome->Succeeded(), reply.tables != 0);
+  EXPECT_EQ(outcome->ErrorText().empty(), outcome->Succeeded());
+  EXPECT_THAT(outcome->ErrorText(), Not(HasSubstr("\n")));
   EXPECT_EQ(outcome->GetRequestMessage(), kTablesSent);
   EXPECT_EQ(outcome->GetTransportError().empty(), reply.text != kFailed);
   EXPECT_THAT(outcome->GetTransportError(), Not(HasSubstr("memory")));
