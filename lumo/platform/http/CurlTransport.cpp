@@ -26,6 +26,7 @@ constexpr long kUploadBuffer = 2L * 1024 * 1024;
 constexpr std::size_t kMaxReserve = std::size_t{256} * 1024 * 1024;
 constexpr std::size_t kMaxHeaderBytes = std::size_t{1024} * 1024;
 constexpr int kLongestPollMs = 60'000;
+constexpr long kUnauthorized = 401;
 /// A progress callback that wants to abort is asked at least this often.
 constexpr int kProgressPollMs = 200;
 
@@ -71,6 +72,7 @@ struct Handle {
   std::string url;
   HttpHeaders headers;
   HeaderList headerList;
+  unsigned long methods = CURLAUTH_NONE;  // ways to log on
 };
 
 void Enter(Exchange& exchange, Phase phase) {
@@ -213,11 +215,18 @@ bool IsLoopback(std::string const& url) {
          strcasecmp(dotted.c_str() + dotted.size() - kLocal.size(), kLocal.data()) == 0;
 }
 
+constexpr unsigned long kPasswordMethods = CURLAUTH_BASIC | CURLAUTH_DIGEST | CURLAUTH_NTLM;
+
 unsigned long AuthMethods(HttpOptions const& options) {
   unsigned long methods = CURLAUTH_NONE;
-  if (options.hasCredentials) methods |= CURLAUTH_BASIC | CURLAUTH_DIGEST | CURLAUTH_NTLM;
+  if (options.hasCredentials) methods |= kPasswordMethods;
   if (options.autologon) methods |= CURLAUTH_NEGOTIATE;
   return methods;
+}
+
+void SetMethods(Handle& handle, unsigned long methods) {
+  Set(handle, CURLOPT_HTTPAUTH, static_cast<long>(methods));
+  handle.methods = methods;
 }
 
 /// The longest that libcurl may take until the request goes out. It divides this among a host's
@@ -265,9 +274,8 @@ std::unique_ptr<Handle> MakeHandle(std::shared_ptr<HttpOptions const> const& opt
     Set(handle, CURLOPT_NOPROGRESS, 0L);
   }
 
-  unsigned long const methods = AuthMethods(*options);
-  Set(handle, CURLOPT_HTTPAUTH, static_cast<long>(methods));
-  if (methods != CURLAUTH_NONE) {  // empty ones stand for the current user's ticket
+  SetMethods(handle, AuthMethods(*options));
+  if (handle.methods != CURLAUTH_NONE) {  // empty ones stand for the current user's ticket
     Set(handle, CURLOPT_USERNAME, options->user.c_str());
     Set(handle, CURLOPT_PASSWORD, options->password.c_str());
   }
@@ -408,6 +416,18 @@ CURLcode Drive(Handle& handle) {
   return CURLE_PARTIAL_FILE;
 }
 
+/// Those of the server's ways to log on that are left when it has refused the ticket, or there is
+/// none, and a password is there, too. libcurl prefers the ticket and goes no further.
+unsigned long MethodsLeft(Handle const& handle) {
+  if ((handle.methods & CURLAUTH_NEGOTIATE) == 0) return CURLAUTH_NONE;
+  long status = 0;
+  long offered = 0;
+  curl_easy_getinfo(handle.easy.get(), CURLINFO_RESPONSE_CODE, &status);
+  curl_easy_getinfo(handle.easy.get(), CURLINFO_HTTPAUTH_AVAIL, &offered);
+  if (status != kUnauthorized) return CURLAUTH_NONE;
+  return handle.methods & kPasswordMethods & static_cast<unsigned long>(offered);
+}
+
 double Seconds(Handle const& handle, CURLINFO info) {
   curl_off_t microseconds = 0;
   curl_easy_getinfo(handle.easy.get(), info, &microseconds);
@@ -446,16 +466,19 @@ class CurlTransport : public HttpTransport {
     m_idle.push_back(std::move(handle));
   }
 
-  static CURLcode Perform(Handle& handle, std::string const& path, eHttpVerb verb,
-                          HttpMessage& message) {
-    SmartPtr<HttpMessageBuffer> const request = message.GetRequestBuffer();
-    std::string const& body = request->GetBytes();
+  static void Begin(Handle& handle, HttpMessage const& message) {
     handle.exchange = Exchange();
     handle.exchange.options = handle.options.get();
     handle.exchange.isWrite = message.GetIsWrite();
     Enter(handle.exchange, Phase::Resolving);
     handle.error[0] = '\0';
+  }
 
+  static CURLcode Perform(Handle& handle, std::string const& path, eHttpVerb verb,
+                          HttpMessage& message) {
+    SmartPtr<HttpMessageBuffer> const request = message.GetRequestBuffer();
+    std::string const& body = request->GetBytes();
+    Begin(handle, message);
     SetTarget(handle, handle.options->baseUrl + path, message.AccessRequestHeaders());
     Set(handle, CURLOPT_FRESH_CONNECT, message.GetIsWrite() ? 1L : 0L);
     if (verb == eHttpVerb_Post) {
@@ -466,7 +489,13 @@ class CurlTransport : public HttpTransport {
       Set(handle, CURLOPT_HTTPGET, 1L);
     }
 
-    CURLcode const code = Drive(handle);
+    CURLcode code = Drive(handle);
+    unsigned long const left = code == CURLE_OK ? MethodsLeft(handle) : CURLAUTH_NONE;
+    if (left != CURLAUTH_NONE) {  // refused, so not done yet: a write may go out again
+      SetMethods(handle, left);
+      Begin(handle, message);
+      code = Drive(handle);
+    }
     Report(handle, code, message);
     Set(handle, CURLOPT_POSTFIELDS, static_cast<char const*>(nullptr));
     return code;

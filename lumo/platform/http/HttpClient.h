@@ -24,7 +24,8 @@ class LUMO_API HttpClient : public SmartPtrTarget_ts {
   void SetTimeouts(int resolve, int connect, int send, int receive);
   /// Answers Basic, Digest and NTLM challenges; nothing is sent before a challenge.
   void ApplyCredentials(std::wstring const& user, std::wstring const& password);
-  /// Answers Negotiate challenges with the current user's ticket. The second flag is reserved.
+  /// Answers Negotiate challenges with the current user's ticket. Where that fails and there are
+  /// credentials, too, they answer the server's other challenges. The second flag is reserved.
   void SetAutologonPolicy(bool autologon, bool reserved);
   void SetTransportSettings(HttpTransportSettings const& settings);
   HttpTransportSettings const& GetTransportSettings() const { return m_options->settings; }
