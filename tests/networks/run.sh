@@ -2,7 +2,7 @@
 # Runs the tests of one rig in it, and the blocks of docs/networks.md that are meant for it; then
 # looks for secrets in all that was printed and logged. Root does it again as a plain user.
 #
-#     run.sh kerberos SOURCE TESTS LUMO SANDBOX
+#     run.sh kerberos|ntlm SOURCE TESTS LUMO SANDBOX
 set -euo pipefail
 kind=$1 source=$2 tests=$3 lumo=$4
 export LUMO_SANDBOX=$5
@@ -33,6 +33,12 @@ run_kerberos() {
   expect 0 "$lumo" databases --url "$RIG_EITHER_URL" --user ann --password-file "$RIG/password"
 }
 
+run_ntlm() {
+  "$tests" --gtest_filter='Ntlm.*'
+  expect 0 "$lumo" databases --verbose --domain WORK --user ann --password-file "$RIG/password"
+  expect 3 "$lumo" databases --verbose --domain WORK --user uma --password-file "$RIG/umlaut"
+}
+
 # Runs the blocks that begin with "```sh KIND", each in a shell of its own in the rig's folder. A
 # program that asks for a password gets it.
 run_blocks() {
@@ -51,7 +57,7 @@ run_blocks() {
 # Passwords as they are and as Basic sends them, tickets, tokens and proofs.
 secrets() {
   local word
-  for word in "$(cat "$RIG/password")" wr0ng-s3cret; do
+  for word in "$(cat "$RIG/password")" wr0ng-s3cret; do  # other passwords hold the first
     printf '%s\n' "$word"
     printf '%s' "$RIG_USER:$word" | base64
   done
