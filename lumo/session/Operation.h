@@ -26,7 +26,7 @@ class Operation : public OperationBase {
     std::uint64_t const start = Time::GetPerformanceTime();
     SmartPtr<HttpMessage> const message = BuildRequestHandle(request);
     Post(message);
-    HandleReply(*message, response, logger);
+    HandleReply(message, response, logger);
     LogTiming(logger, start, *message);
   }
 
@@ -39,9 +39,11 @@ class Operation : public OperationBase {
   using OperationBase::OperationBase;
 
  private:
-  void HandleReply(HttpMessage const& message, ResponseType* response, ILogger* logger) {
+  void HandleReply(SmartPtr<HttpMessage> const& sent, ResponseType* response, ILogger* logger) {
     if (response == nullptr) return LogError(logger, "Response cannot be NULL.");
+    HttpMessage const& message = *sent;
     SmartPtr<ServiceLayerResponse> const outcome = MakeOutcome(message, logger);
+    outcome->SetExchange(GetOperationName(), sent);
     response->SetServiceLayerResponse(outcome);
     if (!message.GetResponseBuffer()) return;
     if (message.GetStatus() != eHttpStatusCode_OK) return ReadFailure(message, *outcome, logger);

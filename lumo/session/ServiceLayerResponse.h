@@ -3,7 +3,7 @@
 #include <string>
 
 #include "lumo/platform/core/Counted.h"
-#include "lumo/platform/http/HttpMessageBuffer.h"
+#include "lumo/platform/http/HttpMessage.h"
 #include "lumo/session/CallOutcomes.h"
 #include "lumo/session/LazyText.h"
 #include "lumo/xml/Xml.h"
@@ -50,7 +50,17 @@ class LUMO_API ServiceLayerResponse : public lumo::Counted<ServiceLayerResponse>
   /// the reply holds no such fault. `ErrorText` tells of every failure.
   std::string GetErrorMessage() const { return m_errorMessage; }
 
+  /// Name of the operation that was called, such as "GetTables"; empty before any call.
+  std::string const& GetOperationName() const { return m_operationName; }
+  /// The exchange itself, with the reply's headers and bytes and the timings; null before any call.
+  SmartPtr<HttpMessage> const& GetExchange() const { return m_exchange; }
+
   // What follows is for the pipeline of a call.
+
+  void SetExchange(std::string const& operationName, SmartPtr<HttpMessage> const& exchange) {
+    m_operationName = operationName;
+    m_exchange = exchange;
+  }
 
   /// Keeps status and bytes of a reply, from which its text is printed.
   void SetReply(SmartPtr<HttpMessageBuffer> const& reply, int responseCode);
@@ -75,4 +85,6 @@ class LUMO_API ServiceLayerResponse : public lumo::Counted<ServiceLayerResponse>
   std::string m_faultText;
   std::string m_faultDetail;
   std::string m_errorMessage;
+  std::string m_operationName;
+  SmartPtr<HttpMessage> m_exchange;
 };

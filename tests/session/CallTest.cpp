@@ -10,11 +10,13 @@
 #include "tests/support/RawServer.h"
 #include "tests/support/Session.h"
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::Not;
+using testing::Pair;
 using testing::SizeIs;
 
 namespace {
@@ -66,6 +68,9 @@ TEST(Call, SendsExactlyThisRequest) {
                           std::to_string(body.size()) + "\r\n\r\n" + body));
   EXPECT_EQ(response.GetServiceLayerResponse()->GetRequestMessage(), kTablesSent);
   EXPECT_EQ(response.GetServiceLayerResponse()->GetResponseMessage(), kTablesReply);
+  EXPECT_EQ(response.GetServiceLayerResponse()->GetOperationName(), "GetTables");
+  EXPECT_THAT(response.GetServiceLayerResponse()->GetExchange()->AccessResponseHeaders(),
+              Contains(Pair("Content-Type", "text/xml; charset=utf-8")));
   EXPECT_EQ(services->GetSession()->GetUrl().back(), L'/');
 }
 
