@@ -1,0 +1,6 @@
+#pragma once
+
+/// The toolkit: what programs that want data are written against. Link `Lumo::Toolkit`. The exact
+/// library below it has an include of its own, `lumo/LumoServiceLayer.h`.
+#include "lumo/toolkit/Error.h"
+#include "lumo/toolkit/Options.h"

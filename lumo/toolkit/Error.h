@@ -1,0 +1,132 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "lumo/platform/core/Export.h"
+
+namespace lumo {
+
+/// What kind of failure an `Error` is; programs decide by it.
+enum class ErrorCode {
+  InvalidArgument,   ///< what was asked for makes no sense; nothing was sent
+  NotFound,          ///< no such database, table, attribute, folder or record
+  Ambiguous,         ///< several things have that name
+  NameResolution,    ///< the server's name has no address
+  Connection,        ///< refused, reset or cut short: no complete reply
+  Tls,               ///< certificates or the handshake
+  Timeout,           ///< a phase of a call, or the whole work, took too long
+  Proxy,             ///< the way to the server through a proxy fails
+  Unauthenticated,   ///< the log-on is refused (401, 407)
+  PermissionDenied,  ///< logged on, and not allowed (403)
+  RateLimited,       ///< too many calls (429)
+  Unavailable,       ///< the server is there and cannot serve now (502, 503, 504)
+  ServerFault,       ///< the server reports a fault, or another status of failure
+  NotUnderstood,     ///< the reply is no answer of a service layer, or holds a value that is none
+  OutcomeUnknown,    ///< a change was sent and its reply was lost: it may have happened or not
+  Cancelled          ///< by a `CancellationToken`
+};
+
+/// The code's name as it stands in the source, such as "RateLimited".
+LUMO_API char const* NameOf(ErrorCode code);
+/// Whether a read that failed so may succeed when it is repeated.
+LUMO_API bool IsRetryable(ErrorCode code);
+
+/// What to do next, as a code with arguments: programs word it in their own terms, since what is
+/// `--user` for one is `user=` for another.
+enum class HintCode {
+  None,
+  DidYouMean,          ///< a name that is alike
+  OneOf,               ///< the names or identities that there are
+  CheckName,           ///< the host whose name has no address
+  CheckAddress,        ///< the URL that does not answer as a service layer
+  UseHttps,            ///< the URL that wants https
+  UseHttp,             ///< the URL that wants http
+  FollowRedirect,      ///< where the server sends its callers
+  TrustAuthority,      ///< the CA file in use, empty for the system's
+  CheckFile,           ///< the file that cannot be read or used
+  RenewCertificate,    ///< the host whose certificate is out of date
+  CheckHost,           ///< the host that the certificate does not name
+  GiveCertificate,     ///< the server wants a client's certificate
+  CheckProxy,          ///< the proxy, and the variable or option that names it
+  LogOn,               ///< a user or ticket is needed; then the methods that the server offers
+  CheckPassword,       ///< the user whose log-on is refused
+  CheckTicket,         ///< what the ticket's library says
+  AskForRights,        ///< the user, empty for none
+  WaitSeconds,         ///< how long the server wants to be left alone, in seconds
+  SendLess,            ///< the request is too large for the server
+  LookBeforeRepeating  ///< see whether the change has happened
+};
+
+struct Hint {
+  HintCode code = HintCode::None;
+  std::vector<std::string> arguments = {};
+};
+
+/// One try of a call.
+struct Attempt {
+  int number = 1;
+  ErrorCode code = ErrorCode::Connection;
+  std::string text = {};
+  std::chrono::milliseconds after{0};  ///< since the call's first try began
+};
+
+/// What is known of a failure beside its code and text.
+struct ErrorDetails {
+  std::string operation = {};
+  int httpStatus = 0;
+  std::string faultCode = {};
+  std::string faultDetail = {};
+  std::string transportText = {};
+  std::string bodyStart = {};
+  Hint hint = {};
+  std::vector<Attempt> attempts = {};
+  std::size_t recordsDone = 0;
+};
+
+/// The one exception of the toolkit. `what()` is one line that says what went wrong:
+///
+///     try {
+///       for (lumo::Record const& record : table.All().Read({"Density"})) Use(record);
+///     } catch (lumo::Error const& error) {
+///       std::cerr << error.what() << '\n';
+///       return error.IsRetryable() ? 75 : 1;
+///     }
+class LUMO_API Error : public std::runtime_error {
+ public:
+  Error(ErrorCode code, std::string const& text, ErrorDetails details = {});
+  Error(ErrorCode code, std::string const& text, Hint hint);
+  Error(Error const&) = default;
+  Error& operator=(Error const&) = default;
+  ~Error() override;
+
+  ErrorCode Code() const { return m_code; }
+  /// Such as "GetTables"; empty when no call was made.
+  std::string const& Operation() const { return m_details->operation; }
+  /// Status of the reply; 0 without one.
+  int HttpStatus() const { return m_details->httpStatus; }
+  /// Code and detail of a SOAP fault, the detail as XML text.
+  std::string const& FaultCode() const { return m_details->faultCode; }
+  std::string const& FaultDetail() const { return m_details->faultDetail; }
+  /// Why no reply came, in the words of the libraries below.
+  std::string const& TransportText() const { return m_details->transportText; }
+  /// The first 2 KB of a reply that is not a service layer's.
+  std::string const& BodyStart() const { return m_details->bodyStart; }
+  lumo::Hint const& Hint() const { return m_details->hint; }
+  /// All tries of a call that was repeated, this last one too; empty for a call made once.
+  std::vector<Attempt> const& Attempts() const { return m_details->attempts; }
+  /// How many records a read had handed over before it failed.
+  std::size_t RecordsDone() const { return m_details->recordsDone; }
+  bool IsRetryable() const { return lumo::IsRetryable(m_code); }
+  ErrorDetails const& Details() const { return *m_details; }
+
+ private:
+  ErrorCode m_code;
+  std::shared_ptr<ErrorDetails const> m_details;  // so that copies cannot throw
+};
+
+}  // namespace lumo

@@ -1,0 +1,126 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "lumo/toolkit/Error.h"
+
+namespace lumo {
+
+/// Ends work that is under way, from any thread. Copies share one flag:
+///
+///     lumo::ReadOptions options;
+///     std::thread watch([cancel = options.cancel] { WaitForButton(); cancel.Cancel(); });
+///
+/// Calls in flight, waits between tries and reads end within half a second with
+/// `ErrorCode::Cancelled`.
+class CancellationToken {
+ public:
+  CancellationToken() : m_isCancelled(std::make_shared<std::atomic<bool>>(false)) {}
+  /// A signal handler may call it.
+  void Cancel() const noexcept { m_isCancelled->store(true, std::memory_order_relaxed); }
+  bool IsCancelled() const noexcept { return m_isCancelled->load(std::memory_order_relaxed); }
+
+ private:
+  static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may set the flag");
+  std::shared_ptr<std::atomic<bool>> m_isCancelled;
+};
+
+/// When and how often a call that reads is repeated; calls that change data never are.
+struct RetryPolicy {
+  int maxAttempts = 5;  ///< 1 turns it off
+  /// The wait before the second try; it doubles from try to try up to `maxBackoff`, and a random
+  /// part of it, at least the half, is waited.
+  std::chrono::milliseconds initialBackoff{500};
+  std::chrono::milliseconds maxBackoff{30'000};
+  /// No try begins later than this after the first. A server that asks to be left alone for longer
+  /// (Retry-After) gets no further call: the error says the time.
+  std::chrono::milliseconds maxElapsed{600'000};
+};
+
+/// How far a read has come.
+struct Progress {
+  std::size_t recordsDone = 0;   ///< handed over
+  std::size_t recordsTotal = 0;  ///< 0: nobody knows
+  std::uint64_t bytes = 0;       ///< received
+  int workers = 0;               ///< calls that may run at once now
+  std::size_t chunk = 0;         ///< records in the next call
+};
+
+/// One try of a call, as it ended.
+struct CallEvent {
+  std::string operation = {};
+  int attempt = 1;
+  int httpStatus = 0;                     ///< 0 without a reply
+  std::optional<ErrorCode> failure = {};  ///< empty on success
+  std::uint64_t bytesSent = 0;            ///< body alone, as `bytesReceived`
+  std::uint64_t bytesReceived = 0;
+  /// Since the try began, 0 for a phase that did not happen, such as connecting on a kept
+  /// connection.
+  std::chrono::microseconds nameLookup{0};
+  std::chrono::microseconds connect{0};
+  std::chrono::microseconds tls{0};
+  std::chrono::microseconds firstByte{0};
+  std::chrono::microseconds total{0};
+};
+
+/// Log-on with the current user's Kerberos ticket.
+struct Ticket {};
+/// Log-on by Basic, Digest or NTLM, whichever the server offers.
+struct Password {
+  std::string user = {};
+  std::string password = {};
+  std::string domain = {};  ///< empty for none
+};
+/// Log-on as nobody, whatever environment and profile say.
+struct Anonymous {};
+/// The empty one takes what environment and profile say, and is anonymous without these.
+using Credentials = std::variant<std::monostate, Anonymous, Password, Ticket>;
+
+/// How to reach a server. A field that is empty is taken from the environment, then from the
+/// profile; see `Client::Connect`.
+struct ConnectOptions {
+  Credentials credentials = {};
+  std::string vendorNamespace = {};  ///< base URI of the server's namespaces
+  std::string applicationName = {};  ///< shows in the server's log
+  std::string caFile = {};           ///< CA certificates in PEM form; empty for the system's
+  std::string certificateFile = {};  ///< client certificate and key, in PEM form
+  std::string keyFile = {};
+  std::string proxy = {};
+  /// Longest name resolution and connection; 0 waits for ever.
+  std::chrono::milliseconds resolve{10'000};
+  std::chrono::milliseconds connect{60'000};
+  /// Longest silence of the server, while it thinks too; 0 waits for ever.
+  std::chrono::milliseconds stall{300'000};
+  /// Calls at once to this server from the whole process. The process begins with 4, or with fewer
+  /// when this is less, goes down when the server is overloaded, and slowly up again.
+  int maxConcurrency = 4;
+  RetryPolicy retry = {};
+  /// Told of each try of each call, on the thread that reads or asks, never under a lock.
+  std::function<void(CallEvent const&)> onCall = {};
+};
+
+/// How to read the values of records.
+struct ReadOptions {
+  std::string unitSystem = {};  ///< such as "SI"; empty for the attributes' own units
+  std::string currency = {};    ///< empty for the attributes' own
+  /// Records in a call; 0 begins by the number of attributes and adapts to the server.
+  std::size_t chunkSize = 0;
+  int concurrency = 0;     ///< calls at once; 0: as many as the connection may make
+  bool isOrdered = true;   ///< false hands chunks over as they come
+  bool withFiles = false;  ///< the bytes of files and pictures, not only their addresses
+  /// The whole read ends after this time with `ErrorCode::Timeout`; 0 never.
+  std::chrono::milliseconds timeLimit{0};
+  CancellationToken cancel = {};
+  /// Called on the reader's thread, never under a lock, at least at each chunk.
+  std::function<void(Progress const&)> onProgress = {};
+};
+
+}  // namespace lumo
