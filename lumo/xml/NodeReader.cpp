@@ -3,9 +3,8 @@
 namespace lumo {
 
 XmlNode<char> const* NodeReader::Search(std::string_view name) {
-  XmlNode<char> const* child = m_next;
-  if (m_passedOver) child = m_node->first_node();
-  while (child != nullptr && !HasLocalName(*child, name)) child = child->next_sibling();
+  XmlNode<char> const* const child =
+      FirstNamed<XmlNode<char> const>(m_passedOver ? m_node->first_node() : m_next, name);
   if (child != nullptr && !m_passedOver) {
     m_passedOver = child != m_next;
     m_next = child->next_sibling();
@@ -13,18 +12,22 @@ XmlNode<char> const* NodeReader::Search(std::string_view name) {
   return child;
 }
 
-XmlAttribute<char> const* NodeReader::FindAttribute(std::string_view name) const {
-  if (m_node == nullptr) return nullptr;
-  XmlAttribute<char> const* attribute = m_node->first_attribute();
-  while (attribute != nullptr && !HasLocalName(*attribute, name)) {
-    attribute = attribute->next_attribute();
+bool NodeReader::WasRead(std::string_view name) const {
+  if (m_node == nullptr || m_passedOver) return false;  // when searching nothing gets lost
+  for (auto* child = m_node->first_node(); child != m_next; child = child->next_sibling()) {
+    if (child == nullptr) return false;
+    if (HasLocalName(*child, name)) return true;
   }
-  return attribute;
+  return false;
+}
+
+XmlAttribute<char> const* NodeReader::FindAttribute(std::string_view name) const {
+  return m_node == nullptr ? nullptr : FirstNamed(m_node->first_attribute(), name);
 }
 
 bool NodeReader::TypeContains(std::string_view word) const {
   XmlAttribute<char> const* const type = FindAttribute("type");
-  return type != nullptr && ValueOf(*type).find(word) != std::string_view::npos;
+  return type != nullptr && RawValue(*type).find(word) != std::string_view::npos;
 }
 
 }  // namespace lumo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cassert>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -20,8 +21,9 @@ namespace lumo {
 ///
 /// Names are local names. What is absent leaves its field unchanged, and a null node has nothing.
 /// Numbers and booleans that do not convert throw, see `lumo::IntegerFromText`. Enumerations pass
-/// the function that makes a value from a text as the last argument. Ask for each name once: fields
-/// read in the order of the wire cost one walk over the children in all.
+/// the function that makes a value from a text as the last argument. Ask for each name once, which
+/// debug builds assert: fields read in the order of the wire cost one walk over the children in
+/// all.
 class LUMO_API NodeReader {
  public:
   explicit NodeReader(XmlNode<char> const* node)
@@ -84,14 +86,14 @@ class LUMO_API NodeReader {
   bool Attribute(std::string_view name, Field& field) const {
     XmlAttribute<char> const* const attribute = FindAttribute(name);
     if (attribute == nullptr) return false;
-    ReadText(ValueOf(*attribute), field);
+    ReadText(RawValue(*attribute), field);
     return true;
   }
   template <class Field, class FromText>
   bool Attribute(std::string_view name, Field& field, FromText fromText) const {
     XmlAttribute<char> const* const attribute = FindAttribute(name);
     if (attribute == nullptr) return false;
-    field = Convert(fromText, ValueOf(*attribute));
+    field = Convert(fromText, RawValue(*attribute));
     return true;
   }
 
@@ -108,10 +110,12 @@ class LUMO_API NodeReader {
  private:
   /// In the order of the wire the child is the next one.
   XmlNode<char> const* Find(std::string_view name) {
+    assert(!WasRead(name) && "a name is asked for once");
     if (m_passedOver || m_next == nullptr || !HasLocalName(*m_next, name)) return Search(name);
     return std::exchange(m_next, m_next->next_sibling());
   }
   XmlNode<char> const* Search(std::string_view name);
+  bool WasRead(std::string_view name) const;
   XmlAttribute<char> const* FindAttribute(std::string_view name) const;
 
   static void ReadText(std::string_view text, std::string& field) { field.assign(text); }
@@ -132,9 +136,9 @@ class LUMO_API NodeReader {
   template <class Use>
   static void WithText(XmlNode<char> const& node, Use use) {
     XmlNode<char> const* const only = node.first_node();
-    if (only == nullptr) return use(ValueOf(node));
+    if (only == nullptr) return use(RawValue(node));
     if (only->next_sibling() == nullptr && only->type() == rapidxml::node_data) {
-      return use(ValueOf(*only));
+      return use(RawValue(*only));
     }
     use(std::string_view(XMLUtilites::GetText(&node)));
   }

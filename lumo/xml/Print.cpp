@@ -42,7 +42,7 @@ std::string_view NameOf(XmlBase<char> const& item) { return {item.name(), item.n
 
 void AppendAttributes(std::string& out, XmlNode<char> const& node) {
   for (auto* a = node.first_attribute(); a != nullptr; a = a->next_attribute()) {
-    std::string_view const value = lumo::ValueOf(*a);
+    std::string_view const value = lumo::RawValue(*a);
     char const quote = value.find('"') == std::string_view::npos ? '"' : '\'';
     out.append(" ").append(NameOf(*a)).append("=").append(1, quote);
     AppendEscaped(out, value, quote == '"' ? '\'' : '"');
@@ -52,7 +52,7 @@ void AppendAttributes(std::string& out, XmlNode<char> const& node) {
 
 /// Appends a node that has no end tag to come: all but elements with children.
 void AppendLeaf(std::string& out, XmlNode<char> const& node) {
-  std::string_view const value = lumo::ValueOf(node);
+  std::string_view const value = lumo::RawValue(node);
   switch (node.type()) {
     case rapidxml::node_element:
       out.append("<").append(NameOf(node));

@@ -3,14 +3,12 @@
 #include "lumo/xml/ConvertTo.h"
 #include "lumo/xml/Make.h"
 #include "lumo/xml/Namespaces.h"
+#include "lumo/xml/NodeReader.h"
 
 namespace {
 
 XmlNode<char>* FirstChild(XmlNode<char> const* parent, std::string_view name) {
-  if (parent == nullptr) return nullptr;
-  XmlNode<char>* child = parent->first_node();
-  while (child != nullptr && !lumo::HasLocalName(*child, name)) child = child->next_sibling();
-  return child;
+  return parent == nullptr ? nullptr : lumo::FirstNamed(parent->first_node(), name);
 }
 
 XmlNode<char>* MakeNode(std::string_view name, std::string_view value,
@@ -39,29 +37,22 @@ XmlNode<char>* XMLUtilites::GetNode(std::string const& name, XmlDocument<char> c
 
 void XMLUtilites::GetNodes(std::string const& name, XmlNode<char> const* parent,
                            std::vector<XmlNode<char> const*>& out) {
-  if (parent == nullptr) return;
-  for (auto* child = parent->first_node(); child != nullptr; child = child->next_sibling()) {
-    if (lumo::HasLocalName(*child, name)) out.push_back(child);
-  }
+  lumo::NodeReader(parent).ForEach(name,
+                                   [&out](XmlNode<char> const& child) { out.push_back(&child); });
 }
 
 XmlAttribute<char>* XMLUtilites::GetAttr(std::string const& name, XmlNode<char> const* node) {
-  if (node == nullptr) return nullptr;
-  XmlAttribute<char>* attribute = node->first_attribute();
-  while (attribute != nullptr && !lumo::HasLocalName(*attribute, name)) {
-    attribute = attribute->next_attribute();
-  }
-  return attribute;
+  return node == nullptr ? nullptr : lumo::FirstNamed(node->first_attribute(), name);
 }
 
 std::string XMLUtilites::GetText(XmlNode<char> const* node) {
   if (node == nullptr) return {};
   XmlNode<char> const* child = node->first_node();
-  if (child == nullptr) return std::string(lumo::ValueOf(*node));
+  if (child == nullptr) return std::string(lumo::RawValue(*node));
   std::string text;
   for (; child != nullptr; child = child->next_sibling()) {
     if (child->type() == rapidxml::node_data || child->type() == rapidxml::node_cdata) {
-      text += lumo::ValueOf(*child);
+      text += lumo::RawValue(*child);
     }
   }
   return text;

@@ -84,8 +84,20 @@ inline bool HasLocalName(XmlBase<char> const& item, std::string_view local) {
   return true;
 }
 
-/// The value in place: pointer plus length, not terminated.
-inline std::string_view ValueOf(XmlBase<char> const& item) {
+inline XmlNode<char>* NextOf(XmlNode<char> const& node) { return node.next_sibling(); }
+inline XmlAttribute<char>* NextOf(XmlAttribute<char> const& attribute) {
+  return attribute.next_attribute();
+}
+
+/// The first with that local name among `item`, which may be null, and those behind it.
+template <class Item>
+Item* FirstNamed(Item* item, std::string_view local) {
+  while (item != nullptr && !HasLocalName(*item, local)) item = NextOf(*item);
+  return item;
+}
+
+/// The value of a node or attribute in place: pointer plus length, not terminated.
+inline std::string_view RawValue(XmlBase<char> const& item) {
   return {item.value(), item.value_size()};
 }
 

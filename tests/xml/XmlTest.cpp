@@ -346,6 +346,18 @@ TEST(NodeReader, ReadsFieldsInAnyOrderAndTheFirstOfEachName) {
   }
 }
 
+TEST(NodeReader, AssertsThatANameIsAskedForOnce) {
+  auto const document = Parsed("<r><a>1</a><b>2</b><a>3</a></r>");
+  auto const askTwice = [&document] {
+    lumo::NodeReader in(document->first_node());
+    int number = 0;
+    in.Child("a", number);
+    in.Child("b", number);
+    in.Child("a", number);
+  };
+  EXPECT_DEBUG_DEATH(askTwice(), "asked for once");
+}
+
 TEST(NodeReader, ReadsAttributesListsAndWhatLiesInside) {
   auto const document = Parsed(
       "<r p:i=' 7' b='Yes' s='&lt;'><w><n>1</n><x/><p:n><![CDATA[2]]></n></w><w><n>9</n></w></r>");
