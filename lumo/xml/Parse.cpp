@@ -63,6 +63,25 @@ XmlNode<char>* rapidxml::xml_document<char>::parse_element<kParseDepthLimited>(c
   return element;
 }
 
+/// RapidXML drops white space that fills the room between two pieces of markup. Between two CDATA
+/// sections of an element it is text, and becomes the beginning of the second one.
+template <>
+template <>
+XmlNode<char>* rapidxml::xml_document<char>::parse_cdata<kParseDepthLimited>(char*& text) {
+  char const* const mark = text - std::strlen("<![CDATA[");
+  char const* space = mark;
+  while (depth > 0 && whitespace_pred::test(space[-1])) --space;
+  XmlNode<char>* const section = parse_cdata<rapidxml::parse_default>(text);
+  // Of the "]]>" that ended the section before, the parser has overwritten the first character.
+  if (space != mark && std::memcmp(space - 3, "\0]>", 3) == 0) {
+    auto const size = static_cast<std::size_t>(mark - space);
+    char* const begin = section->value() - size;
+    std::memmove(begin, space, size);
+    section->value(begin, size + section->value_size());
+  }
+  return section;
+}
+
 void XmlErrorHandler(char const* message, void* /*where*/) { lastError = message; }
 
 std::string_view lumo::LastXmlError() { return lastError; }

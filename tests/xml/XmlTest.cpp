@@ -121,6 +121,13 @@ TEST(XMLUtilites, JoinsAllTextOfAnElement) {
   EXPECT_EQ(XMLUtilites::GetText(document->first_node()), "a<<b> c\xC3\xA4");
   EXPECT_EQ(XMLUtilites::GetText(nullptr), "");
   EXPECT_EQ(Read<LumoEntityReference>("<r><dbKey>A<![CDATA[&]]>B</dbKey></r>")->GetDBKey(), "A&B");
+  // White space is text where it lies between two sections, and only there.
+  EXPECT_EQ(XMLUtilites::GetText(Parsed("<r>\n<![CDATA[]]>\n \t<![CDATA[]]><![CDATA[b]]>\r\n"
+                                        "<![CDATA[c]]>\n<x/>\n<![CDATA[d]]>\n</r>")
+                                     ->first_node()),
+            "\n \tb\r\ncd");
+  EXPECT_EQ(XMLUtilites::GetText(Parsed("<r>a <![CDATA[b]]> c <![CDATA[d]]></r>")->first_node()),
+            "a b c d");
 }
 
 TEST(XMLUtilites, MakesNodesAndAttributes) {
