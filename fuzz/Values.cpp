@@ -199,14 +199,16 @@ void CheckChanges(SmartPtr<TabularDataType> table) {
   Require(Contains(Written(*table), "<zbt:Changes><zbt:InsertBefore"), "changes are written alone");
 
   std::vector<SmartPtr<TabularDataRow>> const rows = table->GetRows();
-  SmartPtr<TabularDataType> const copy = TabularDataType::CreateOne();
+  SmartPtr<TabularDataType> copy = TabularDataType::CreateOne();
   *copy = *table;
   std::string const text = Written(*copy);
   table.Reset();
   Require(Written(*copy) == text, "a copy needs no original", text);
+  Require(rows.front()->At(0)->GetColumn() == copy->GetColumns().front().get(),
+          "a cell knows its column as long as another table has it");
+  copy.Reset();
   for (SmartPtr<TabularDataRow> const& row : rows) {
-    Require(row->At(0)->GetColumn() == nullptr,
-            "a cell forgets the column of a table that is gone");
+    Require(row->At(0)->GetColumn() == nullptr, "a cell forgets a column that is gone");
     row->CreateXMLNode(lumo::NodeWriter(std::make_unique<Document>().get()).Into("row").Node());
   }
 }

@@ -4,8 +4,7 @@
 #include "lumo/values/NameRegistry.h"
 #include "lumo/values/TabularColumn.h"
 
-/// A cell of tabular data. It knows its column without owning it and loses it when the column or
-/// the table goes.
+/// A cell of tabular data. It knows its column without owning it and loses it when the column goes.
 class LUMO_API TabularDataCell : public lumo::Counted<TabularDataCell> {
  public:
   /// Type codes by the name of a value's element; filled by library start-up, emptied by shut-down.
@@ -31,10 +30,8 @@ class LUMO_API TabularDataCell : public lumo::Counted<TabularDataCell> {
   /// Null for an empty cell.
   SmartPtr<IDataValue> GetData() const { return m_data; }
   void SetData(SmartPtr<IDataValue> const& data) { m_data = data; }
-  /// Null when the cell belongs to no column, or not any more.
+  /// Null when the cell belongs to no column, or its column is gone.
   TabularColumn const* GetColumn() const { return m_column.Get(); }
-  /// Parts the cell from its column; the table does it to its cells when it goes.
-  void ForgetColumn() { m_column = {}; }
 
   /// An empty cell writes nothing, one without a column no name.
   void CreateXMLNode(XmlNode<char>* node) const;

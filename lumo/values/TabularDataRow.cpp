@@ -1,14 +1,18 @@
 #include "lumo/values/TabularDataRow.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <string>
 
 #include "lumo/values/TabularDataType.h"
 #include "lumo/xml/NodeReader.h"
 #include "lumo/xml/NodeWriter.h"
 
-TabularDataRow::TabularDataRow(TabularDataType const* table) : m_table(table) {
-  if (table == nullptr) return;
+TabularDataRow::TabularDataRow(TabularDataType const* table) : m_table(table) { FillUp(); }
+
+TabularDataRow::TabularDataRow(TabularDataType const* table, std::size_t cells) : m_table(table) {
   for (SmartPtr<TabularColumn> const& column : table->GetColumns()) {
+    if (m_cells.size() == cells) break;
     m_cells.push_back(TabularDataCell::CreateEmpty(column.get()));
   }
 }
@@ -20,20 +24,38 @@ SmartPtr<TabularDataRow> TabularDataRow::CreateOne(TabularDataType const* table)
 SmartPtr<TabularDataRow> TabularDataRow::CreateOne(XmlNode<char> const* node,
                                                    TabularDataType const* table) {
   if (node == nullptr) return nullptr;
-  SmartPtr<TabularDataRow> row = CreateOne(table);
-  lumo::NodeReader in(node);
+  SmartPtr<TabularDataRow> row = Read(*node, table);
+  row->FillUp();
+  return row;
+}
+
+SmartPtr<TabularDataRow> TabularDataRow::Read(XmlNode<char> const& node,
+                                              TabularDataType const* table) {
+  SmartPtr<TabularDataRow> row = CreateOne();
+  row->m_table = lumo::WeakPtr<TabularDataType>(table);
+  lumo::NodeReader in(&node);
   in.In("LinkedRecords").ForEach("LinkedRecord", [&row](XmlNode<char> const& record) {
     row->AddLinkedRecord(RecordReference::CreateOne(&record));
     lumo::NodeReader(&record).Attribute("linkingValue", row->m_linkingValue);
   });
-  auto cell = row->m_cells.begin();
-  in.In("Cells").ForEach("TabularDataCell", [&](XmlNode<char> const& element) {
-    if (cell == row->m_cells.end()) return;
-    *cell = TabularDataCell::CreateOne(&element, (*cell)->GetColumn());
-    ++cell;
+  in.In("Cells").ForEach("TabularDataCell", [&](XmlNode<char> const& cell) {
+    std::size_t const place = row->m_cells.size();
+    if (table == nullptr || place == table->GetColumns().size()) return;
+    row->m_cells.push_back(TabularDataCell::CreateOne(&cell, table->GetColumns()[place].get()));
   });
   in.Attribute("identity", row->m_identity);
   return row;
+}
+
+std::size_t TabularDataRow::FillUp() {
+  TabularDataType const* const table = m_table.Get();
+  if (table == nullptr) return 0;
+  std::size_t const given = m_cells.size();
+  m_cells.reserve(table->GetColumns().size());
+  for (std::size_t place = given; place < table->GetColumns().size(); ++place) {
+    m_cells.push_back(TabularDataCell::CreateEmpty(table->GetColumns()[place].get()));
+  }
+  return m_cells.size() - given;
 }
 
 TabularDataRow& TabularDataRow::operator=(TabularDataRow const& other) {
@@ -52,9 +74,18 @@ TabularDataRow& TabularDataRow::operator=(TabularDataRow const& other) {
   return *this;
 }
 
+std::size_t TabularDataRow::Checked(std::size_t index) const {
+  if (index < m_cells.size()) return index;
+  throw std::out_of_range("a row of " + std::to_string(m_cells.size()) + " cells has none at " +
+                          std::to_string(index));
+}
+
 std::size_t TabularDataRow::OffsetOf(TabularColumn const* column) const {
   TabularDataType const* const table = m_table.Get();
-  return static_cast<std::size_t>(table == nullptr ? -1 : table->GetColumnOffset(column));
+  if (table == nullptr) throw std::out_of_range("a row without a table has no columns");
+  int const offset = table->GetColumnOffset(column);
+  if (offset < 0) throw std::out_of_range("the table of the row does not have this column");
+  return static_cast<std::size_t>(offset);
 }
 
 void TabularDataRow::CreateXMLNode(XmlNode<char>* node) const {

@@ -9,8 +9,9 @@
 
 class TabularDataType;
 
-/// A row of tabular data with the records that it links to. It knows its table without owning it:
-/// one that outlives its table keeps its cells, which then have no column.
+/// A row of tabular data with the records that it links to. It knows its table without owning it. A
+/// row may be kept beyond its table, whose columns its cells then lose unless somebody else holds
+/// them; it belongs to the table's thread all the same, where the table goes and it finds out.
 class LUMO_API TabularDataRow : public lumo::Counted<TabularDataRow> {
  public:
   TabularDataRow() = default;
@@ -23,16 +24,17 @@ class LUMO_API TabularDataRow : public lumo::Counted<TabularDataRow> {
   using Counted::CreateOne;
   static SmartPtr<TabularDataRow> CreateOne(TabularDataType const* table);
   /// The row in an element of a reply; null for a null node. Cells beyond the table's columns are
-  /// dropped, missing ones stay empty.
+  /// dropped, missing ones are filled in empty.
   static SmartPtr<TabularDataRow> CreateOne(XmlNode<char> const* node,
                                             TabularDataType const* table);
 
-  /// One cell per column, in the order of the columns.
+  /// One cell per column, in the order of the columns; fewer only where `TabularDataType` says so.
   std::vector<SmartPtr<TabularDataCell>>& GetData() { return m_cells; }
   std::vector<SmartPtr<TabularDataCell>> const& GetData() const { return m_cells; }
-  /// The cell at that place, or in that column. Throws std::out_of_range when there is none.
-  SmartPtr<TabularDataCell>& At(std::size_t index) { return m_cells.at(index); }
-  SmartPtr<TabularDataCell> const& At(std::size_t index) const { return m_cells.at(index); }
+  /// The cell at that place, or in that column of the row's table. Throws std::out_of_range when
+  /// there is none.
+  SmartPtr<TabularDataCell>& At(std::size_t index) { return m_cells[Checked(index)]; }
+  SmartPtr<TabularDataCell> const& At(std::size_t index) const { return m_cells[Checked(index)]; }
   SmartPtr<TabularDataCell>& AtCol(TabularColumn const* column) { return At(OffsetOf(column)); }
   SmartPtr<TabularDataCell> const& AtCol(TabularColumn const* column) const {
     return At(OffsetOf(column));
@@ -53,6 +55,15 @@ class LUMO_API TabularDataRow : public lumo::Counted<TabularDataRow> {
   void CreateXMLNode(XmlNode<char>* node) const;
 
  private:
+  friend class TabularDataType;
+
+  /// A row with as many of the table's cells, but no more than the table has columns.
+  TabularDataRow(TabularDataType const* table, std::size_t cells);
+  /// As `CreateOne`, but without the missing cells.
+  static SmartPtr<TabularDataRow> Read(XmlNode<char> const& node, TabularDataType const* table);
+  /// Appends the empty cells that are missing; returns their number.
+  std::size_t FillUp();
+  std::size_t Checked(std::size_t index) const;
   std::size_t OffsetOf(TabularColumn const* column) const;
 
   std::vector<SmartPtr<TabularDataCell>> m_cells;

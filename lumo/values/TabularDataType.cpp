@@ -1,5 +1,7 @@
 #include "lumo/values/TabularDataType.h"
 
+#include <cstddef>
+
 #include "lumo/xml/Words.h"
 
 namespace {
@@ -10,6 +12,9 @@ constexpr lumo::Word<TabularDataType::eChangeType> kChangeWords[] = {
     {TabularDataType::Update, "Update"},
     {TabularDataType::Delete, "Delete"},
 };
+
+/// Empty cells that rows get beyond those that they came with: as many as any honest table needs.
+constexpr std::size_t kMaxFilledIn = 1'000'000;
 
 }  // namespace
 
@@ -28,18 +33,13 @@ TabularDataType::TabularDataType(XmlNode<char> const* node) {
   in.In("columns").ForEach("column", [this](XmlNode<char> const& column) {
     AddColumn(TabularColumn::CreateOne(&column));
   });
-  in.In("rows").ForEach(
-      "row", [this](XmlNode<char> const& row) { PushRow(TabularDataRow::CreateOne(&row, this)); });
+  in.In("rows").ForEach("row", [this](XmlNode<char> const& row) {
+    m_rows.push_back(TabularDataRow::Read(row, this));
+    if (!HasShortRows()) m_filledIn += m_rows.back()->FillUp();
+  });
 }
 
-TabularDataType::~TabularDataType() {
-  // For the cells that live on: a column may live on too, but is no column of theirs any more.
-  for (SmartPtr<TabularDataRow> const& row : m_rows) {
-    for (SmartPtr<TabularDataCell> const& cell : row->GetData()) {
-      if (cell && GetColumnOffset(cell->GetColumn()) >= 0) cell->ForgetColumn();
-    }
-  }
-}
+bool TabularDataType::HasShortRows() const { return m_filledIn >= kMaxFilledIn; }
 
 TabularDataType& TabularDataType::operator=(TabularDataType const& other) {
   if (this == &other) return *this;
@@ -48,8 +48,13 @@ TabularDataType& TabularDataType::operator=(TabularDataType const& other) {
   m_changes.clear();
   m_columns = other.m_columns;
   m_columnOffsets = other.m_columnOffsets;
+  m_filledIn = other.m_filledIn;
   if (other.m_changes.empty()) {
-    for (SmartPtr<TabularDataRow> const& row : other.m_rows) *PushRow() = *row;
+    for (SmartPtr<TabularDataRow> const& row : other.m_rows) {
+      std::size_t const cells = HasShortRows() ? row->GetData().size() : m_columns.size();
+      m_rows.emplace_back(new TabularDataRow(this, cells));
+      *m_rows.back() = *row;
+    }
   }
   for (auto const& [change, rows] : other.m_changes) {
     for (TabularDataRow const* row : rows) *PushRowForUpdate(change, row->GetIdentity()) = *row;
@@ -62,6 +67,7 @@ void TabularDataType::AddColumn(SmartPtr<TabularColumn> const& column) {
   m_columnOffsets[column.get()] = static_cast<int>(m_columns.size());
   m_columns.push_back(column);
   for (SmartPtr<TabularDataRow> const& row : m_rows) {
+    if (HasShortRows() && row->GetData().size() + 1 < m_columns.size()) continue;
     row->GetData().push_back(TabularDataCell::CreateEmpty(column.get()));
   }
 }
@@ -77,7 +83,10 @@ SmartPtr<TabularDataRow> TabularDataType::PushRow() {
 }
 
 void TabularDataType::PushRow(SmartPtr<TabularDataRow> const& row) {
-  if (row) m_rows.push_back(row);
+  if (!row) return;
+  row->m_table = lumo::WeakPtr<TabularDataType>(this);
+  row->FillUp();
+  m_rows.push_back(row);
 }
 
 SmartPtr<TabularDataRow> TabularDataType::PushRowForUpdate(eChangeType change, int identity) {

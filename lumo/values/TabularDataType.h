@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
 #include <vector>
@@ -14,6 +15,10 @@
 ///
 ///     auto row = table->PushRowForUpdate(TabularDataType::Update, 17);
 ///     row->AtCol(column)->SetData(value);
+///
+/// Cells that a row of a reply lacks are filled in, empty, until there are a million of them in the
+/// table: the rows after that stay as short as they came, so that a small reply cannot fill the
+/// memory.
 class LUMO_API TabularDataType : public lumo::DataValue<TabularDataType>,
                                  public lumo::WeakTarget<TabularDataType> {
  public:
@@ -23,7 +28,6 @@ class LUMO_API TabularDataType : public lumo::DataValue<TabularDataType>,
 
   TabularDataType() = default;
   explicit TabularDataType(XmlNode<char> const* node);
-  ~TabularDataType() override;
   /// Shares the columns and copies the rows; of a table with changes only the changed ones.
   TabularDataType& operator=(TabularDataType const& other);
   using DataValue::CreateOne;
@@ -35,7 +39,7 @@ class LUMO_API TabularDataType : public lumo::DataValue<TabularDataType>,
   std::string GetImportNodeName() const override { return "TabularDataImportValue"; }
 
   std::vector<SmartPtr<TabularColumn>> const& GetColumns() const { return m_columns; }
-  /// Appends the column and an empty cell to every row; null is ignored.
+  /// Appends the column, and an empty cell to every row but the short ones; null is ignored.
   void AddColumn(SmartPtr<TabularColumn> const& column);
   /// Place of the column, counted from 0; -1 for one that is not in the table.
   int GetColumnOffset(TabularColumn const* column) const;
@@ -43,7 +47,8 @@ class LUMO_API TabularDataType : public lumo::DataValue<TabularDataType>,
   std::vector<SmartPtr<TabularDataRow>> const& GetRows() const { return m_rows; }
   /// Appends a row with an empty cell per column.
   SmartPtr<TabularDataRow> PushRow();
-  /// Appends the row; null is ignored.
+  /// Appends the row, which becomes one of this table: empty cells are added until there is one per
+  /// column. The cells that it has keep their data and their columns. Null is ignored.
   void PushRow(SmartPtr<TabularDataRow> const& row);
   /// Appends a row that stands for a change. `identity` says which row of the server's table it
   /// concerns; 0 or less: none.
@@ -56,8 +61,12 @@ class LUMO_API TabularDataType : public lumo::DataValue<TabularDataType>,
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
+  /// Whether so many cells were filled in that rows were left short.
+  bool HasShortRows() const;
+
   std::vector<SmartPtr<TabularColumn>> m_columns;
   std::map<TabularColumn const*, int> m_columnOffsets;
   std::vector<SmartPtr<TabularDataRow>> m_rows;
   std::map<eChangeType, std::vector<TabularDataRow*>> m_changes;
+  std::size_t m_filledIn = 0;
 };

@@ -7,6 +7,7 @@
 
 using testing::IsEmpty;
 using testing::SizeIs;
+using testing::ThrowsMessage;
 
 namespace {
 
@@ -58,7 +59,8 @@ TEST(TabularDataType, PairsCellsWithColumnsByPosition) {
   EXPECT_THROW(second.At(2), std::out_of_range);
   TabularColumn const stranger;
   EXPECT_EQ(table->GetColumnOffset(&stranger), -1);
-  EXPECT_THROW(second.AtCol(&stranger), std::out_of_range);
+  EXPECT_THAT([&] { second.AtCol(&stranger); },
+              ThrowsMessage<std::out_of_range>("the table of the row does not have this column"));
   EXPECT_EQ(Written(*table),
             "<zbt:Rows><zbt:Row><zbt:Cells><zbt:Cell/><zbt:Cell zbt:columnName=\"B\"><zbt:Empty/>"
             "</zbt:Cell></zbt:Cells></zbt:Row><zbt:Row zbt:linkingValue=\"b\"><zbt:Cells><zbt:Cell"
@@ -126,26 +128,67 @@ TEST(TabularDataRow, CopiesDataIntoTheCellsThatItHas) {
             "<r zbt:columnName=\"A\"><zbt:ShortText>a</zbt:ShortText></r>");
 }
 
+TEST(TabularDataRow, MovesToAnotherTableWithItsColumns) {
+  auto read = TableOf(
+      "<row identity='2'><Cells><TabularDataCell><ShortText>a</ShortText></TabularDataCell>"
+      "<TabularDataCell><ShortText>b</ShortText></TabularDataCell></Cells></row>");
+  auto const row = read->GetRows()[0];
+  auto const table = TabularDataType::CreateOne();
+  for (auto const& column : read->GetColumns()) table->AddColumn(column);
+  auto const added = TabularColumn::CreateOne();
+  table->AddColumn(added);
+  table->PushRow(row);
+  read.Reset();
+  row->SetIdentity(0);
+  EXPECT_EQ(Written(*row),
+            "<zbt:Cells>" + CellOf("a", "A") + CellOf("b", "B") + "<zbt:Cell/></zbt:Cells>");
+  EXPECT_EQ(row->AtCol(added.get())->GetColumn(), added.get());
+  row->AtCol(added.get())->SetData(TextOf("c"));
+  EXPECT_EQ(Written(*row), "<zbt:Cells>" + CellOf("a", "A") + CellOf("b", "B") +
+                               "<zbt:Cell zbt:columnName=\"\"><zbt:ShortText>c</zbt:ShortText>"
+                               "</zbt:Cell></zbt:Cells>");
+}
+
 TEST(TabularDataRow, AndItsCellsMayOutliveTheTable) {
   auto const kept = TabularColumn::CreateOne();
   kept->SetName("kept");
   SmartPtr<TabularDataRow> row;
-  SmartPtr<TabularDataCell> replaced;
-  SmartPtr<TabularDataCell> alone;
   {
     auto const table = TableOf("");
     table->AddColumn(kept);
     row = table->PushRow();
     row->At(0)->SetData(TextOf("x"));
-    row->At(2)->SetData(TextOf("z"));
-    replaced = row->At(1);
     row->At(1) = TabularDataCell::CreateOne(TextOf("y"), table->GetColumns()[1].get());
-    replaced->SetData(TextOf("r"));
-    alone = TabularDataCell::CreateOne(TextOf("s"), kept.get());
+    row->At(2)->SetData(TextOf("z"));
   }
-  EXPECT_EQ(Written(*row),
-            "<zbt:Cells>" + CellOf("x", "") + CellOf("y", "") + CellOf("z", "") + "</zbt:Cells>");
-  EXPECT_EQ(replaced->GetColumn(), nullptr);
-  EXPECT_EQ(alone->GetColumn(), kept.get());
-  EXPECT_THROW(row->AtCol(kept.get()), std::out_of_range);
+  EXPECT_EQ(Written(*row), "<zbt:Cells>" + CellOf("x", "") + CellOf("y", "") + CellOf("z", "kept") +
+                               "</zbt:Cells>");
+  EXPECT_THAT([&] { row->AtCol(kept.get()); },
+              ThrowsMessage<std::out_of_range>("a row without a table has no columns"));
+}
+
+TEST(TabularDataType, KeepsRowsShortOnceItFilledInAMillionCells) {
+  std::string columns = "<columns>";
+  std::string rows = "<rows>";
+  for (int i = 0; i < 5000; ++i) {
+    columns += "<column/>";
+    rows += "<row/>";
+  }
+  rows += "<row><Cells><TabularDataCell/><TabularDataCell/></Cells></row>";
+  auto const table =
+      Read<TabularDataType>("<t>" + columns + "</columns><summaryRow/>" + rows + "</rows></t>");
+  ASSERT_THAT(table->GetRows(), SizeIs(5001));
+  auto const copy = TabularDataType::CreateOne();
+  *copy = *table;
+  copy->AddColumn(TabularColumn::CreateOne());
+  for (auto const* each : {table.get(), copy.get()}) {
+    EXPECT_THAT(each->GetRows()[199]->GetData(), SizeIs(each->GetColumns().size()));
+    EXPECT_THAT(each->GetRows()[200]->GetData(), IsEmpty());
+    TabularDataRow& last = *each->GetRows()[5000];
+    EXPECT_THAT(last.GetData(), SizeIs(2));
+    EXPECT_THAT([&] { last.At(2); },
+                ThrowsMessage<std::out_of_range>("a row of 2 cells has none at 2"));
+    EXPECT_THROW(last.AtCol(each->GetColumns().back().get()), std::out_of_range);
+  }
+  EXPECT_THAT(copy->PushRow()->GetData(), SizeIs(5001));  // who asks for cells gets them
 }
