@@ -39,6 +39,16 @@ TEST(SmartPtr, KeepsItsTargetAsLongAsAnyoneHoldsIt) {
   EXPECT_EQ(Counting::s_live, 0);
 }
 
+TEST(SmartPtr, TakesNullInEverySpelling) {
+  auto const isNull = [](SmartPtr<Counting> const& pointer) { return pointer == nullptr; };
+  // NOLINTBEGIN(modernize-use-nullptr): callers may have their own habits
+  EXPECT_TRUE(isNull(NULL) && isNull(0) && isNull(nullptr));
+  SmartPtr<Counting> pointer = new Counting();
+  pointer = 0;
+  EXPECT_TRUE(pointer == NULL && pointer == 0);
+  // NOLINTEND(modernize-use-nullptr)
+}
+
 TEST(SmartPtr, IsCopiedAndReleasedBySeveralThreadsAtOnce) {
   SmartPtr<Counting> shared(new Counting());
   std::vector<std::thread> threads;

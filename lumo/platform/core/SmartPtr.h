@@ -10,8 +10,8 @@ template <class T>
 class SmartPtr {
  public:
   SmartPtr() = default;
-  SmartPtr(std::nullptr_t) {}  // NOLINT(google-explicit-constructor): null is a pointer
-  SmartPtr(T* target)          // NOLINT(google-explicit-constructor): calls pass plain pointers
+  /// The only way from a pointer, so that NULL and 0 are as good as nullptr.
+  SmartPtr(T* target)  // NOLINT(google-explicit-constructor): calls pass plain pointers
       : m_target(target) {
     if (m_target != nullptr) m_target->AddReference();
   }
