@@ -45,6 +45,11 @@ class LUMO_API NodeWriter {
   void Child(std::string_view name, Field field, ToText toText) {
     Append(name, toText(field));
   }
+  /// A child named by the object, which has a `GetNodeName`; nothing when the object is null.
+  template <class T>
+  void Named(std::string const& prefix, SmartPtr<T> const& object) {
+    if (object) Child(prefix + object->GetNodeName(), object);
+  }
 
   /// As `Child`, but nothing for an empty text, 0 or false.
   template <class Field>

@@ -20,6 +20,12 @@ SmartPtr<T> With(double value, std::string const& unit) {
   return condition;
 }
 
+/// A high end of a caller's own.
+class NamedEnd : public HighEndSearchValue {
+ public:
+  std::string GetNodeName() const override { return "top"; }
+};
+
 /// The condition's element, as a criterion writes it.
 std::string Condition(SmartPtr<SearchValue> const& value) {
   auto const criterion = RecordSearchCriterion::CreateOne();
@@ -108,6 +114,10 @@ TEST(SearchValues, WriteTheirConditions) {
   EXPECT_EQ(Condition(between),
             "<sear:between><sear:lowEnd sear:unit=\"GPa\">1.00000000000000000e+00</sear:lowEnd>"
             "<sear:highEnd>2.00000000000000000e+00</sear:highEnd></sear:between>");
+  between->SetLowEnd(nullptr);
+  between->SetHighEnd(new NamedEnd());
+  EXPECT_EQ(Condition(between),
+            "<sear:between><sear:top>0.00000000000000000e+00</sear:top></sear:between>");
   auto const dates = BetweenDateTimesSearchValue::CreateOne();
   dates->SetLowEnd("2026");
   EXPECT_EQ(Condition(dates),

@@ -6,9 +6,7 @@ namespace {
 
 template <class Modification>
 void WriteAll(lumo::NodeWriter& out, std::vector<SmartPtr<Modification>> const& list) {
-  for (SmartPtr<Modification> const& entry : list) {
-    if (entry) out.Child("dat:" + entry->GetNodeName(), entry);
-  }
+  for (SmartPtr<Modification> const& entry : list) out.Named("dat:", entry);
 }
 
 }  // namespace

@@ -5,7 +5,5 @@
 void RecordSearchCriterion::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
   out.Child("sear:searchAttribute", m_searchAttribute);
-  if (m_searchValue) {
-    out.Into("sear:searchValue").Child("sear:" + m_searchValue->GetNodeName(), m_searchValue);
-  }
+  if (m_searchValue) out.Into("sear:searchValue").Named("sear:", m_searchValue);
 }

@@ -10,8 +10,8 @@ void UnittedRealCriterionValue::CreateXMLNode(XmlNode<char>* node) const {
 
 void BetweenSearchValue::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
-  out.Child("sear:lowEnd", m_lowEnd);
-  out.Child("sear:highEnd", m_highEnd);
+  out.Named("sear:", m_lowEnd);
+  out.Named("sear:", m_highEnd);
 }
 
 void BetweenDateTimesSearchValue::CreateXMLNode(XmlNode<char>* node) const {
