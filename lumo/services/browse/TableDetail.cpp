@@ -13,6 +13,6 @@ TableDetail::TableDetail(XmlNode<char> const* node) {
 
 void TableDetail::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
-  out.ChildOrEmpty("zbt:table", m_tableReference);
+  out.Child("zbt:table", m_tableReference);
   out.Into("zbt:attributeReferences").Children("zbt:attribute", m_attributeReferences);
 }

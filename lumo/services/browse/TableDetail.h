@@ -12,7 +12,7 @@ class LUMO_API TableDetail : public lumo::FromXml<TableDetail> {
   TableDetail() = default;
   explicit TableDetail(XmlNode<char> const* node);
 
-  /// Null when the reply named no table.
+  /// Null when the reply named no table; not sent then.
   SmartPtr<TableReference> GetTableReference() const { return m_tableReference; }
   void SetTableReference(SmartPtr<TableReference> const& table) { m_tableReference = table; }
   std::vector<SmartPtr<AttributeReference>>& AccessAttributeReferences() {
