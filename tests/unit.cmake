@@ -6,6 +6,7 @@ lumo_add_tests(unit
   xml/XmlTest.cpp
   types/ReferenceTest.cpp
   types/EnumerationTest.cpp
+  values/FastMathTest.cpp
   values/FunctionalTest.cpp
   values/ScalarTest.cpp
   values/TabularTest.cpp
@@ -20,4 +21,6 @@ lumo_add_tests(unit
   services/SearchTest.cpp
   services/TreeTest.cpp
   services/UnitsTest.cpp)
+set_source_files_properties(values/FastMathTest.cpp PROPERTIES
+  COMPILE_OPTIONS "-O1;-ffast-math" SKIP_PRECOMPILE_HEADERS ON)
 lumo_discover_tests(unit)

@@ -2,6 +2,8 @@
 
 #include <strings.h>
 
+#include <cmath>
+
 RangeDataType::Bound RangeDataType::ReadBound(lumo::NodeReader& in, std::string_view name) {
   Bound bound;
   in.Child(name, bound, [](std::string_view text) {
@@ -24,6 +26,9 @@ RangeDataType::RangeDataType(XmlNode<char> const* node) : DataValue(node) {
   m_low = ReadBound(in, "LowValue");
   m_high = ReadBound(in, "HighValue");
 }
+
+void RangeDataType::SetLow(double low) { m_low = {low, !std::isnan(low)}; }
+void RangeDataType::SetHigh(double high) { m_high = {high, !std::isnan(high)}; }
 
 void RangeDataType::CreateXMLNode(XmlNode<char>* node) const {
   UnittedRealDataType::CreateXMLNode(node);

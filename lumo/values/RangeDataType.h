@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cmath>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -19,13 +18,14 @@ class LUMO_API RangeDataType : public lumo::DataValue<RangeDataType, UnittedReal
   std::string GetTypeString() const override { return AttributeTypes::RANGE_TYPE_STRING; }
 
   double GetLow() const { return m_low.value; }
-  /// Stores the bound and marks it as set; a NaN marks it as not set.
-  void SetLow(double low) { m_low = {low, !std::isnan(low)}; }
+  /// Stores the bound and marks it as set; a NaN marks it as not set, also when the caller is
+  /// compiled for numbers that are never NaN.
+  void SetLow(double low);
   bool GetLowSet() const { return m_low.isSet; }
   void SetLowSet(bool isSet) { m_low.isSet = isSet; }
   double GetHigh() const { return m_high.value; }
   /// As `SetLow`.
-  void SetHigh(double high) { m_high = {high, !std::isnan(high)}; }
+  void SetHigh(double high);
   bool GetHighSet() const { return m_high.isSet; }
   void SetHighSet(bool isSet) { m_high.isSet = isSet; }
 
