@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "lumo/services/browse/AttributesRequest.h"
-#include "lumo/services/browse/ParameterDetail.h"
+#include "lumo/services/browse/WithParameterDetails.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
 
@@ -13,21 +13,10 @@ class LUMO_API GetAttributeParametersRequest
 
 /// Parameters of attributes.
 class LUMO_API GetAttributeParametersResponse
-    : public lumo::Response<GetAttributeParametersResponse> {
+    : public lumo::WithParameterDetails<lumo::Response<GetAttributeParametersResponse>> {
  public:
   GetAttributeParametersResponse() = default;
-  explicit GetAttributeParametersResponse(XmlNode<char> const* node);
-
-  std::vector<SmartPtr<ParameterDetail>>& AccessParameterDetails() { return m_parameterDetails; }
-  std::vector<SmartPtr<ParameterDetail>> const& AccessParameterDetails() const {
-    return m_parameterDetails;
-  }
-  void AddParameterDetail(SmartPtr<ParameterDetail> const& detail) {
-    m_parameterDetails.push_back(detail);
-  }
-
- private:
-  std::vector<SmartPtr<ParameterDetail>> m_parameterDetails;
+  explicit GetAttributeParametersResponse(XmlNode<char> const* node) : WithParameterDetails(node) {}
 };
 
 /// Describes the parameters of attributes. Makes its calls as `Operation.h` says.

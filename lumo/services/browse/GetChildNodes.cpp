@@ -1,6 +1,5 @@
 #include "lumo/services/browse/GetChildNodes.h"
 
-#include "lumo/xml/NodeReader.h"
 #include "lumo/xml/NodeWriter.h"
 
 void GetChildNodes::CreateXMLNode(XmlNode<char>* node) const {
@@ -10,9 +9,4 @@ void GetChildNodes::CreateXMLNode(XmlNode<char>* node) const {
   out.Child("brow:recurse", m_recurse);
   out.Child("brow:recurseMaxDepth", m_recurseMaxDepth);
   out.Child("brow:populateGUIDs", m_populateGUIDs);
-}
-
-GetChildNodesResponse::GetChildNodesResponse(XmlNode<char> const* node) {
-  lumo::NodeReader in(node);
-  in.In("treeRecords").Children("treeRecord", m_treeRecords);
 }

@@ -1,10 +1,7 @@
 #pragma once
 
-#include <vector>
-
-#include "lumo/services/browse/TreeRecord.h"
+#include "lumo/services/browse/TreeRecordsResponse.h"
 #include "lumo/session/IRequest.h"
-#include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
 #include "lumo/types/RecordFilter.h"
 #include "lumo/types/RecordReference.h"
@@ -41,17 +38,9 @@ class LUMO_API GetChildNodes : public lumo::Request<GetChildNodes> {
 };
 
 /// The records below another one.
-class LUMO_API GetChildNodesResponse : public lumo::Response<GetChildNodesResponse> {
+class LUMO_API GetChildNodesResponse : public lumo::TreeRecordsResponse<GetChildNodesResponse> {
  public:
-  GetChildNodesResponse() = default;
-  explicit GetChildNodesResponse(XmlNode<char> const* node);
-
-  std::vector<SmartPtr<TreeRecord>>& AccessTreeRecords() { return m_treeRecords; }
-  std::vector<SmartPtr<TreeRecord>> const& AccessTreeRecords() const { return m_treeRecords; }
-  void AddTreeRecord(SmartPtr<TreeRecord> const& record) { m_treeRecords.push_back(record); }
-
- private:
-  std::vector<SmartPtr<TreeRecord>> m_treeRecords;
+  using TreeRecordsResponse::TreeRecordsResponse;
 };
 
 /// Lists the records below another one. Makes its calls as `Operation.h` says.

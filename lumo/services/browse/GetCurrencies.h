@@ -2,22 +2,18 @@
 
 #include <vector>
 
-#include "lumo/services/browse/CurrencyDetail.h"
+#include "lumo/services/browse/WithCurrencies.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
 
 /// The currencies that the server knows.
-class LUMO_API GetCurrenciesResponse : public lumo::Response<GetCurrenciesResponse> {
+class LUMO_API GetCurrenciesResponse
+    : public lumo::WithCurrencies<lumo::Response<GetCurrenciesResponse>> {
  public:
   GetCurrenciesResponse() = default;
   explicit GetCurrenciesResponse(XmlNode<char> const* node);
 
-  std::vector<SmartPtr<CurrencyDetail>>& AccessCurrencies() { return m_currencies; }
-  std::vector<SmartPtr<CurrencyDetail>> const& AccessCurrencies() const { return m_currencies; }
-  void AddCurrency(SmartPtr<CurrencyDetail> const& currency) { m_currencies.push_back(currency); }
-
  private:
-  std::vector<SmartPtr<CurrencyDetail>> m_currencies;
 };
 
 /// Lists the currencies of the server. Makes its calls as `Operation.h` says.

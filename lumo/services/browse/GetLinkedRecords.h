@@ -8,29 +8,16 @@
 #include "lumo/session/ServiceOperation.h"
 #include "lumo/types/RecordFilter.h"
 #include "lumo/types/RecordLinkGroupReference.h"
-#include "lumo/types/RecordReference.h"
+#include "lumo/types/WithRecordLinkGroups.h"
+#include "lumo/types/WithRecordReferences.h"
 
-/// Asks for the records to which others are linked.
-class LUMO_API GetLinkedRecordsRequest : public lumo::Request<GetLinkedRecordsRequest> {
+/// Asks for the records to which others are linked: the link groups to follow, and the records
+/// whose links are wanted. Of either nothing is sent when there are none.
+class LUMO_API GetLinkedRecordsRequest
+    : public lumo::WithRecordLinkGroups<
+          lumo::WithRecordReferences<lumo::Request<GetLinkedRecordsRequest>>,
+          RecordLinkGroupReference> {
  public:
-  /// The groups to follow; not sent when there are none.
-  std::vector<SmartPtr<RecordLinkGroupReference>>& AccessRecordLinkGroups() {
-    return m_recordLinkGroups;
-  }
-  std::vector<SmartPtr<RecordLinkGroupReference>> const& AccessRecordLinkGroups() const {
-    return m_recordLinkGroups;
-  }
-  void AddRecordLinkGroup(SmartPtr<RecordLinkGroupReference> const& group) {
-    m_recordLinkGroups.push_back(group);
-  }
-  /// The records whose links are wanted; not sent when there are none.
-  std::vector<SmartPtr<RecordReference>>& AccessRecordReferences() { return m_recordReferences; }
-  std::vector<SmartPtr<RecordReference>> const& AccessRecordReferences() const {
-    return m_recordReferences;
-  }
-  void AddRecordReference(SmartPtr<RecordReference> const& record) {
-    m_recordReferences.push_back(record);
-  }
   /// Whether the records come with their GUIDs.
   bool GetPopulateGUIDs() const { return m_populateGUIDs; }
   void SetPopulateGUIDs(bool populateGUIDs) { m_populateGUIDs = populateGUIDs; }
@@ -46,8 +33,6 @@ class LUMO_API GetLinkedRecordsRequest : public lumo::Request<GetLinkedRecordsRe
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
-  std::vector<SmartPtr<RecordLinkGroupReference>> m_recordLinkGroups;
-  std::vector<SmartPtr<RecordReference>> m_recordReferences;
   bool m_populateGUIDs = false;
   SmartPtr<RecordFilter> m_recordFilter;
 };

@@ -1,6 +1,5 @@
 #include "lumo/services/browse/GetParameterDetails.h"
 
-#include "lumo/xml/NodeReader.h"
 #include "lumo/xml/NodeWriter.h"
 
 void GetParameterDetailsRequest::CreateXMLNode(XmlNode<char>* node) const {
@@ -8,9 +7,4 @@ void GetParameterDetailsRequest::CreateXMLNode(XmlNode<char>* node) const {
   out.Into("zbt:parameterReferences").Children("zbt:parameter", m_parameterReferences);
   out.Child("brow:functionalAttribute", m_functionalAttribute);
   out.Child("brow:recordReference", m_recordReference);
-}
-
-GetParameterDetailsResponse::GetParameterDetailsResponse(XmlNode<char> const* node) {
-  lumo::NodeReader in(node);
-  in.In("parameterDetails").Children("parameterDetail", m_parameterDetails);
 }

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "lumo/services/browse/ParameterDetail.h"
+#include "lumo/services/browse/WithParameterDetails.h"
 #include "lumo/session/IRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
@@ -42,21 +42,11 @@ class LUMO_API GetParameterDetailsRequest : public lumo::Request<GetParameterDet
 };
 
 /// Definitions of parameters.
-class LUMO_API GetParameterDetailsResponse : public lumo::Response<GetParameterDetailsResponse> {
+class LUMO_API GetParameterDetailsResponse
+    : public lumo::WithParameterDetails<lumo::Response<GetParameterDetailsResponse>> {
  public:
   GetParameterDetailsResponse() = default;
-  explicit GetParameterDetailsResponse(XmlNode<char> const* node);
-
-  std::vector<SmartPtr<ParameterDetail>>& AccessParameterDetails() { return m_parameterDetails; }
-  std::vector<SmartPtr<ParameterDetail>> const& AccessParameterDetails() const {
-    return m_parameterDetails;
-  }
-  void AddParameterDetail(SmartPtr<ParameterDetail> const& detail) {
-    m_parameterDetails.push_back(detail);
-  }
-
- private:
-  std::vector<SmartPtr<ParameterDetail>> m_parameterDetails;
+  explicit GetParameterDetailsResponse(XmlNode<char> const* node) : WithParameterDetails(node) {}
 };
 
 /// Describes parameters. Makes its calls as `Operation.h` says.

@@ -6,18 +6,12 @@
 #include "lumo/session/IRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
-#include "lumo/types/RecordReference.h"
+#include "lumo/types/WithRecordReferences.h"
 
 /// Asks which attributes records have.
-class LUMO_API GetRecordAttributesRequest : public lumo::Request<GetRecordAttributesRequest> {
+class LUMO_API GetRecordAttributesRequest
+    : public lumo::WithRecordReferences<lumo::Request<GetRecordAttributesRequest>> {
  public:
-  std::vector<SmartPtr<RecordReference>>& AccessRecordReferences() { return m_recordReferences; }
-  std::vector<SmartPtr<RecordReference>> const& AccessRecordReferences() const {
-    return m_recordReferences;
-  }
-  void AddRecordReference(SmartPtr<RecordReference> const& record) {
-    m_recordReferences.push_back(record);
-  }
   /// Whether attributes that describe others are listed; as the other flags sent only when set.
   bool GetIncludeMetaAttributes() const { return m_includeMetaAttributes; }
   void SetIncludeMetaAttributes(bool includeMetaAttributes) {
@@ -42,7 +36,6 @@ class LUMO_API GetRecordAttributesRequest : public lumo::Request<GetRecordAttrib
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
-  std::vector<SmartPtr<RecordReference>> m_recordReferences;
   bool m_includeMetaAttributes = false;
   bool m_includeEmptyAttributes = false;
   bool m_includeParameterDetails = false;

@@ -8,9 +8,13 @@
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
 #include "lumo/types/RecordLinkGroupReference.h"
+#include "lumo/types/WithRecordLinkGroups.h"
 
-/// Asks for record link groups: those of a database, or single ones.
-class LUMO_API GetRecordLinkGroups : public lumo::Request<GetRecordLinkGroups> {
+/// Asks for record link groups: those of a database, or those of the list, which is not sent when
+/// it is empty.
+class LUMO_API GetRecordLinkGroups
+    : public lumo::WithRecordLinkGroups<lumo::Request<GetRecordLinkGroups>,
+                                        RecordLinkGroupReference> {
  public:
   /// Key of the database whose groups are wanted; not sent when empty.
   std::string const& GetDBKey() const { return m_dbKey; }
@@ -18,23 +22,12 @@ class LUMO_API GetRecordLinkGroups : public lumo::Request<GetRecordLinkGroups> {
   /// Whether only groups with a standard name are listed; sent with the database.
   bool GetStandardNamesOnly() const { return m_standardNamesOnly; }
   void SetStandardNamesOnly(bool standardNamesOnly) { m_standardNamesOnly = standardNamesOnly; }
-  /// The groups that are wanted; not sent when there are none.
-  std::vector<SmartPtr<RecordLinkGroupReference>>& AccessRecordLinkGroups() {
-    return m_recordLinkGroups;
-  }
-  std::vector<SmartPtr<RecordLinkGroupReference>> const& AccessRecordLinkGroups() const {
-    return m_recordLinkGroups;
-  }
-  void AddRecordLinkGroup(SmartPtr<RecordLinkGroupReference> const& group) {
-    m_recordLinkGroups.push_back(group);
-  }
 
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
   std::string m_dbKey;
   bool m_standardNamesOnly = false;
-  std::vector<SmartPtr<RecordLinkGroupReference>> m_recordLinkGroups;
 };
 
 /// Definitions of record link groups.

@@ -6,30 +6,23 @@
 #include "lumo/session/IRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
-#include "lumo/types/RecordReference.h"
 #include "lumo/types/VersionPolicies.h"
+#include "lumo/types/WithRecordReferences.h"
 
 /// Asks for versions of records and their states.
-class LUMO_API GetRecordVersionsRequest : public lumo::Request<GetRecordVersionsRequest> {
+class LUMO_API GetRecordVersionsRequest
+    : public lumo::WithRecordReferences<lumo::Request<GetRecordVersionsRequest>> {
  public:
   /// Which versions are wanted; `All` by default.
   VersionPolicies::eVersionPolicy GetVersionPolicy() const { return m_versionPolicy; }
   void SetVersionPolicy(VersionPolicies::eVersionPolicy versionPolicy) {
     m_versionPolicy = versionPolicy;
   }
-  std::vector<SmartPtr<RecordReference>>& AccessRecordReferences() { return m_recordReferences; }
-  std::vector<SmartPtr<RecordReference>> const& AccessRecordReferences() const {
-    return m_recordReferences;
-  }
-  void AddRecordReference(SmartPtr<RecordReference> const& record) {
-    m_recordReferences.push_back(record);
-  }
 
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
   VersionPolicies::eVersionPolicy m_versionPolicy = VersionPolicies::All;
-  std::vector<SmartPtr<RecordReference>> m_recordReferences;
 };
 
 /// Versions of records and their states.

@@ -2,9 +2,8 @@
 
 #include <vector>
 
-#include "lumo/services/browse/TreeRecord.h"
+#include "lumo/services/browse/TreeRecordsResponse.h"
 #include "lumo/session/IRequest.h"
-#include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
 #include "lumo/types/RecordReference.h"
 
@@ -24,17 +23,9 @@ class LUMO_API GetTreeRecordsRequest : public lumo::Request<GetTreeRecordsReques
 };
 
 /// Records as the tree shows them.
-class LUMO_API GetTreeRecordsResponse : public lumo::Response<GetTreeRecordsResponse> {
+class LUMO_API GetTreeRecordsResponse : public lumo::TreeRecordsResponse<GetTreeRecordsResponse> {
  public:
-  GetTreeRecordsResponse() = default;
-  explicit GetTreeRecordsResponse(XmlNode<char> const* node);
-
-  std::vector<SmartPtr<TreeRecord>>& AccessTreeRecords() { return m_treeRecords; }
-  std::vector<SmartPtr<TreeRecord>> const& AccessTreeRecords() const { return m_treeRecords; }
-  void AddTreeRecord(SmartPtr<TreeRecord> const& record) { m_treeRecords.push_back(record); }
-
- private:
-  std::vector<SmartPtr<TreeRecord>> m_treeRecords;
+  using TreeRecordsResponse::TreeRecordsResponse;
 };
 
 /// Finds records in the tree. Makes its calls as `Operation.h` says.

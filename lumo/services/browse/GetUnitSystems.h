@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "lumo/services/browse/CurrencyDetail.h"
+#include "lumo/services/browse/WithCurrencies.h"
 #include "lumo/session/IRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
@@ -26,7 +26,8 @@ class LUMO_API GetUnitSystems : public lumo::Request<GetUnitSystems> {
 };
 
 /// Unit systems and currencies of a database.
-class LUMO_API GetUnitSystemsResponse : public lumo::Response<GetUnitSystemsResponse> {
+class LUMO_API GetUnitSystemsResponse
+    : public lumo::WithCurrencies<lumo::Response<GetUnitSystemsResponse>> {
  public:
   GetUnitSystemsResponse() = default;
   explicit GetUnitSystemsResponse(XmlNode<char> const* node);
@@ -38,14 +39,10 @@ class LUMO_API GetUnitSystemsResponse : public lumo::Response<GetUnitSystemsResp
   std::vector<std::string>& AccessUnitSystems() { return m_unitSystems; }
   std::vector<std::string> const& AccessUnitSystems() const { return m_unitSystems; }
   void AddUnitSystem(std::string const& unitSystem) { m_unitSystems.push_back(unitSystem); }
-  std::vector<SmartPtr<CurrencyDetail>>& AccessCurrencies() { return m_currencies; }
-  std::vector<SmartPtr<CurrencyDetail>> const& AccessCurrencies() const { return m_currencies; }
-  void AddCurrency(SmartPtr<CurrencyDetail> const& currency) { m_currencies.push_back(currency); }
 
  private:
   std::string m_dbKey;
   std::vector<std::string> m_unitSystems;
-  std::vector<SmartPtr<CurrencyDetail>> m_currencies;
 };
 
 /// Lists unit systems and currencies. Makes its calls as `Operation.h` says.

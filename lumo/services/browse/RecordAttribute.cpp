@@ -2,7 +2,7 @@
 
 #include "lumo/xml/NodeReader.h"
 
-RecordAttribute::RecordAttribute(XmlNode<char> const* node) {
+RecordAttribute::RecordAttribute(XmlNode<char> const* node) : WithParameterDetails(node) {
   lumo::NodeReader in(node);
   in.Child("record", m_recordReference);
   in.Child("attribute", m_attribute);
@@ -11,5 +11,4 @@ RecordAttribute::RecordAttribute(XmlNode<char> const* node) {
   in.Child("dataCreatedRecordVersion", m_dataCreatedRecordVersion);
   in.Child("dataRetiredRecordVersion", m_dataRetiredRecordVersion);
   in.Child("dataVersionNumber", m_dataVersionNumber);
-  in.In("parameterDetails").Children("parameterDetail", m_parameterDetails);
 }

@@ -1,19 +1,18 @@
 #pragma once
 
-#include <vector>
-
-#include "lumo/services/browse/ParameterDetail.h"
+#include "lumo/services/browse/WithParameterDetails.h"
 #include "lumo/types/NamedAttribute.h"
 #include "lumo/types/RecordReference.h"
 #include "lumo/types/RevisionInfo.h"
 #include "lumo/xml/FromXml.h"
 
-/// An attribute of a record, and whether the record has data for it.
-class LUMO_API RecordAttribute : public lumo::FromXml<RecordAttribute> {
+/// An attribute of a record, whether the record has data for it, and the parameters of the
+/// attribute when they were asked for.
+class LUMO_API RecordAttribute : public lumo::WithParameterDetails<lumo::FromXml<RecordAttribute>> {
  public:
   RecordAttribute() = default;
   explicit RecordAttribute(XmlNode<char> const* node);
-  RecordAttribute(RecordAttribute const& other) : FromXml() { *this = other; }
+  RecordAttribute(RecordAttribute const& other) : WithParameterDetails() { *this = other; }
   RecordAttribute& operator=(RecordAttribute const& other) = default;
 
   /// Null when the reply named none.
@@ -44,14 +43,6 @@ class LUMO_API RecordAttribute : public lumo::FromXml<RecordAttribute> {
   /// -1 when the reply does not say.
   int GetDataVersionNumber() const { return m_dataVersionNumber; }
   void SetDataVersionNumber(int dataVersionNumber) { m_dataVersionNumber = dataVersionNumber; }
-  /// Parameters of the attribute, when they were asked for.
-  std::vector<SmartPtr<ParameterDetail>>& AccessParameterDetails() { return m_parameterDetails; }
-  std::vector<SmartPtr<ParameterDetail>> const& AccessParameterDetails() const {
-    return m_parameterDetails;
-  }
-  void AddParameterDetail(SmartPtr<ParameterDetail> const& detail) {
-    m_parameterDetails.push_back(detail);
-  }
 
  private:
   SmartPtr<RecordReference> m_recordReference;
@@ -61,5 +52,4 @@ class LUMO_API RecordAttribute : public lumo::FromXml<RecordAttribute> {
   int m_dataCreatedRecordVersion = -1;
   int m_dataRetiredRecordVersion = -1;
   int m_dataVersionNumber = -1;
-  std::vector<SmartPtr<ParameterDetail>> m_parameterDetails;
 };

@@ -9,12 +9,12 @@
 #include "lumo/types/AttributeReference.h"
 #include "lumo/types/BinaryDataRepresentations.h"
 #include "lumo/types/RecordFilter.h"
-#include "lumo/types/RecordReference.h"
 #include "lumo/types/UnitConversionContext.h"
+#include "lumo/types/WithRecordReferences.h"
 
 /// Asks for the values of some attributes of some records.
 class LUMO_API GetRecordAttributesByRefRequest
-    : public lumo::Request<GetRecordAttributesByRefRequest> {
+    : public lumo::WithRecordReferences<lumo::Request<GetRecordAttributesByRefRequest>> {
  public:
   std::vector<SmartPtr<AttributeReference>>& AccessAttributeReferences() {
     return m_attributeReferences;
@@ -24,13 +24,6 @@ class LUMO_API GetRecordAttributesByRefRequest
   }
   void AddAttributeReference(SmartPtr<AttributeReference> const& attribute) {
     m_attributeReferences.push_back(attribute);
-  }
-  std::vector<SmartPtr<RecordReference>>& AccessRecordReferences() { return m_recordReferences; }
-  std::vector<SmartPtr<RecordReference>> const& AccessRecordReferences() const {
-    return m_recordReferences;
-  }
-  void AddRecordReference(SmartPtr<RecordReference> const& record) {
-    m_recordReferences.push_back(record);
   }
   /// Units of the answer; those of the database when null.
   SmartPtr<UnitConversionContext> GetUnitConversionContext() const {
@@ -61,7 +54,6 @@ class LUMO_API GetRecordAttributesByRefRequest
 
  private:
   std::vector<SmartPtr<AttributeReference>> m_attributeReferences;
-  std::vector<SmartPtr<RecordReference>> m_recordReferences;
   SmartPtr<UnitConversionContext> m_unitConversionContext;
   SmartPtr<RecordFilter> m_filter;
   bool m_populateGUIDs = false;

@@ -5,7 +5,7 @@
 
 #include "lumo/platform/core/Counted.h"
 #include "lumo/types/RecordReference.h"
-#include "lumo/xml/Xml.h"
+#include "lumo/xml/NodeWriter.h"
 
 /// One end of a link.
 class LUMO_API LinkPoint : public lumo::Counted<LinkPoint> {
@@ -21,18 +21,31 @@ class LUMO_API LinkPoint : public lumo::Counted<LinkPoint> {
   SmartPtr<RecordReference> m_record;
 };
 
-/// A record and those from which it is parted.
-class LUMO_API TargettedSourceRecord : public lumo::Counted<TargettedSourceRecord, LinkPoint> {
- public:
-  std::vector<SmartPtr<RecordReference>>& AccessTargets() { return m_targets; }
-  std::vector<SmartPtr<RecordReference>> const& AccessTargets() const { return m_targets; }
-  void AddRecord(SmartPtr<RecordReference> const& target) { m_targets.push_back(target); }
+namespace lumo {
 
-  void CreateXMLNode(XmlNode<char>* node) const override;
+/// Base of the records that name those at the other ends of their links.
+template <class Target>
+class LUMO_API TargettedRecord : public LinkPoint {
+ public:
+  std::vector<SmartPtr<Target>>& AccessTargets() { return m_targets; }
+  std::vector<SmartPtr<Target>> const& AccessTargets() const { return m_targets; }
+  void AddRecord(SmartPtr<Target> const& target) { m_targets.push_back(target); }
+
+  void CreateXMLNode(XmlNode<char>* node) const override {
+    NodeWriter out(node);
+    LinkPoint::CreateXMLNode(out.Into("dat:record").Node());
+    out.Into("dat:targetRecords").Children("dat:targetRecord", m_targets);
+  }
 
  private:
-  std::vector<SmartPtr<RecordReference>> m_targets;
+  std::vector<SmartPtr<Target>> m_targets;
 };
+
+}  // namespace lumo
+
+/// A record and those from which it is parted.
+class LUMO_API TargettedSourceRecord
+    : public lumo::Counted<TargettedSourceRecord, lumo::TargettedRecord<RecordReference>> {};
 
 /// A record to which another one is linked, with notes for both directions.
 class LUMO_API NotatedTargetRecord : public lumo::Counted<NotatedTargetRecord, LinkPoint> {
@@ -51,14 +64,5 @@ class LUMO_API NotatedTargetRecord : public lumo::Counted<NotatedTargetRecord, L
 
 /// A record and those to which it is linked.
 class LUMO_API NotatedTargettedSourceRecord
-    : public lumo::Counted<NotatedTargettedSourceRecord, LinkPoint> {
- public:
-  std::vector<SmartPtr<NotatedTargetRecord>>& AccessTargets() { return m_targets; }
-  std::vector<SmartPtr<NotatedTargetRecord>> const& AccessTargets() const { return m_targets; }
-  void AddRecord(SmartPtr<NotatedTargetRecord> const& target) { m_targets.push_back(target); }
-
-  void CreateXMLNode(XmlNode<char>* node) const override;
-
- private:
-  std::vector<SmartPtr<NotatedTargetRecord>> m_targets;
-};
+    : public lumo::Counted<NotatedTargettedSourceRecord,
+                           lumo::TargettedRecord<NotatedTargetRecord>> {};

@@ -1,7 +1,5 @@
 #include "lumo/services/dataimport/RecordLinkModification.h"
 
-#include "lumo/xml/NodeWriter.h"
-
 void RecordLinkModificationWithSimpleSourceRecords::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter(node).Into("dat:sourceRecords").Children("dat:sourceRecord", m_sourceRecords);
 }
@@ -9,12 +7,4 @@ void RecordLinkModificationWithSimpleSourceRecords::CreateXMLNode(XmlNode<char>*
 void LinkAllCombinations::CreateXMLNode(XmlNode<char>* node) const {
   RecordLinkModificationWithSimpleSourceRecords::CreateXMLNode(node);
   lumo::NodeWriter(node).Into("dat:targetRecords").Children("dat:targetRecord", m_targetRecords);
-}
-
-void UnlinkRecords::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter(node).Into("dat:sourceRecords").Children("dat:sourceRecord", m_sources);
-}
-
-void LinkRecords::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter(node).Into("dat:sourceRecords").Children("dat:sourceRecord", m_sources);
 }

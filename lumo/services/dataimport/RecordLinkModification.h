@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "lumo/services/dataimport/LinkPoint.h"
+#include "lumo/xml/NodeWriter.h"
 
 /// A change of links; the link group and what to do about errors stand in the request.
 class LUMO_API RecordLinkModification : public SmartPtrTarget_ts {
@@ -57,38 +58,37 @@ class LUMO_API LinkAllCombinations
   std::vector<SmartPtr<RecordReference>> m_targetRecords;
 };
 
-/// Removes single links.
-class LUMO_API UnlinkRecords : public lumo::Counted<UnlinkRecords, RecordLinkModification> {
- public:
-  std::string GetNodeName() const override { return "unlinkRecords"; }
+namespace lumo {
 
-  std::vector<SmartPtr<TargettedSourceRecord>>& AccessSources() { return m_sources; }
-  std::vector<SmartPtr<TargettedSourceRecord>> const& AccessSources() const { return m_sources; }
-  void AddSourceRecord(SmartPtr<TargettedSourceRecord> const& source) {
-    m_sources.push_back(source);
+/// Base of the changes that name the targets of each source record.
+template <class Source>
+class LUMO_API TargettedLinkModification : public RecordLinkModification {
+ public:
+  std::vector<SmartPtr<Source>>& AccessSources() { return m_sources; }
+  std::vector<SmartPtr<Source>> const& AccessSources() const { return m_sources; }
+  void AddSourceRecord(SmartPtr<Source> const& source) { m_sources.push_back(source); }
+
+  void CreateXMLNode(XmlNode<char>* node) const override {
+    NodeWriter(node).Into("dat:sourceRecords").Children("dat:sourceRecord", m_sources);
   }
 
-  void CreateXMLNode(XmlNode<char>* node) const override;
-
  private:
-  std::vector<SmartPtr<TargettedSourceRecord>> m_sources;
+  std::vector<SmartPtr<Source>> m_sources;
+};
+
+}  // namespace lumo
+
+/// Removes single links.
+class LUMO_API UnlinkRecords
+    : public lumo::Counted<UnlinkRecords, lumo::TargettedLinkModification<TargettedSourceRecord>> {
+ public:
+  std::string GetNodeName() const override { return "unlinkRecords"; }
 };
 
 /// Adds single links.
-class LUMO_API LinkRecords : public lumo::Counted<LinkRecords, RecordLinkModification> {
+class LUMO_API LinkRecords
+    : public lumo::Counted<LinkRecords,
+                           lumo::TargettedLinkModification<NotatedTargettedSourceRecord>> {
  public:
   std::string GetNodeName() const override { return "linkRecords"; }
-
-  std::vector<SmartPtr<NotatedTargettedSourceRecord>>& AccessSources() { return m_sources; }
-  std::vector<SmartPtr<NotatedTargettedSourceRecord>> const& AccessSources() const {
-    return m_sources;
-  }
-  void AddSourceRecord(SmartPtr<NotatedTargettedSourceRecord> const& source) {
-    m_sources.push_back(source);
-  }
-
-  void CreateXMLNode(XmlNode<char>* node) const override;
-
- private:
-  std::vector<SmartPtr<NotatedTargettedSourceRecord>> m_sources;
 };

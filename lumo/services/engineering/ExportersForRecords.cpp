@@ -7,11 +7,8 @@ void ExportersForRecordsRequest::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
   out.Child("eng:packageAndModelRequired", m_packageAndModelRequired);
   out.Child("eng:specificAttributeExportersOnly", m_specificAttributeExportersOnly);
-  out.ChildIfSet("eng:package", m_package);
-  out.ChildIfSet("eng:model", m_model);
-  out.ChildIfSet("eng:versionPolicy", m_listingMode,
-                 ExporterListingModes::ExporterListingMode_ToString);
-  out.ChildIfSet("eng:applicabilityTag", m_applicabilityTag);
+  WriteTool(out);
+  WriteSelection(out);
   WriteRecords(out);
 }
 

@@ -4,15 +4,15 @@
 #include <vector>
 
 #include "lumo/services/engineering/Exporter.h"
+#include "lumo/services/engineering/ExporterListing.h"
 #include "lumo/services/engineering/RecordsRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
-#include "lumo/types/ExporterListingModes.h"
 #include "lumo/types/RecordReference.h"
 
 /// Asks which exporters apply to records. Texts are sent when they are not empty.
 class LUMO_API ExportersForRecordsRequest
-    : public lumo::RecordsRequest<ExportersForRecordsRequest> {
+    : public lumo::ExporterListing<lumo::RecordsRequest<ExportersForRecordsRequest>> {
  public:
   /// Whether only exporters for a tool and a model are listed.
   bool GetPackageAndModelRequired() const { return m_packageAndModelRequired; }
@@ -24,31 +24,12 @@ class LUMO_API ExportersForRecordsRequest
   void SetSpecificAttributeExportersOnly(bool specificAttributeExportersOnly) {
     m_specificAttributeExportersOnly = specificAttributeExportersOnly;
   }
-  /// The tool.
-  std::string const& GetPackage() const { return m_package; }
-  void SetPackage(std::string const& package) { m_package = package; }
-  /// The material model of the tool.
-  std::string const& GetModel() const { return m_model; }
-  void SetModel(std::string const& model) { m_model = model; }
-  /// Which versions of an exporter are listed; not sent by default.
-  ExporterListingModes::eExporterListingMode GetListingMode() const { return m_listingMode; }
-  void SetListingMode(ExporterListingModes::eExporterListingMode listingMode) {
-    m_listingMode = listingMode;
-  }
-  std::string const& GetApplicabilityTag() const { return m_applicabilityTag; }
-  void SetApplicabilityTag(std::string const& applicabilityTag) {
-    m_applicabilityTag = applicabilityTag;
-  }
 
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
   bool m_packageAndModelRequired = false;
   bool m_specificAttributeExportersOnly = false;
-  std::string m_package;
-  std::string m_model;
-  ExporterListingModes::eExporterListingMode m_listingMode = ExporterListingModes::NotSet;
-  std::string m_applicabilityTag;
 };
 
 /// Exporters that apply, record by record.

@@ -5,17 +5,14 @@
 
 void GetAvailableExportersRequest::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
-  out.ChildIfSet("eng:package", m_package);
-  out.ChildIfSet("eng:model", m_model);
+  WriteTool(out);
   out.ChildIfSet("eng:dbKey", m_dbKey);
   if (m_table) {
     lumo::NodeWriter table = out.Into("eng:table");
     if (m_matchDatabase) table.Attribute("eng:matchDatabase", m_matchDatabase);
     m_table->CreateXMLNode(table.Node());
   }
-  out.ChildIfSet("eng:versionPolicy", m_listingMode,
-                 ExporterListingModes::ExporterListingMode_ToString);
-  out.ChildIfSet("eng:applicabilityTag", m_applicabilityTag);
+  WriteSelection(out);
 }
 
 GetAvailableExportersResponse::GetAvailableExportersResponse(XmlNode<char> const* node) {

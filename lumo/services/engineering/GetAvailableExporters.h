@@ -4,21 +4,16 @@
 #include <vector>
 
 #include "lumo/services/engineering/Exporter.h"
+#include "lumo/services/engineering/ExporterListing.h"
 #include "lumo/session/IRequest.h"
 #include "lumo/session/IResponse.h"
 #include "lumo/session/ServiceOperation.h"
-#include "lumo/types/ExporterListingModes.h"
 #include "lumo/types/PartialTableReference.h"
 
 /// Asks which exporters a server has. Texts are sent when they are not empty.
-class LUMO_API GetAvailableExportersRequest : public lumo::Request<GetAvailableExportersRequest> {
+class LUMO_API GetAvailableExportersRequest
+    : public lumo::ExporterListing<lumo::Request<GetAvailableExportersRequest>> {
  public:
-  /// The tool.
-  std::string const& GetPackage() const { return m_package; }
-  void SetPackage(std::string const& package) { m_package = package; }
-  /// The material model of the tool.
-  std::string const& GetModel() const { return m_model; }
-  void SetModel(std::string const& model) { m_model = model; }
   /// Key of the database.
   std::string const& GetDBKey() const { return m_dbKey; }
   void SetDBKey(std::string const& dbKey) { m_dbKey = dbKey; }
@@ -28,26 +23,13 @@ class LUMO_API GetAvailableExportersRequest : public lumo::Request<GetAvailableE
   /// Whether the table's database must match too; sent with the table, when set.
   bool GetMatchDatabase() const { return m_matchDatabase; }
   void SetMatchDatabase(bool matchDatabase) { m_matchDatabase = matchDatabase; }
-  /// Which versions of an exporter are listed; not sent by default.
-  ExporterListingModes::eExporterListingMode GetListingMode() const { return m_listingMode; }
-  void SetListingMode(ExporterListingModes::eExporterListingMode listingMode) {
-    m_listingMode = listingMode;
-  }
-  std::string const& GetApplicabilityTag() const { return m_applicabilityTag; }
-  void SetApplicabilityTag(std::string const& applicabilityTag) {
-    m_applicabilityTag = applicabilityTag;
-  }
 
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
-  std::string m_package;
-  std::string m_model;
   std::string m_dbKey;
   SmartPtr<PartialTableReference> m_table;
   bool m_matchDatabase = false;
-  ExporterListingModes::eExporterListingMode m_listingMode = ExporterListingModes::NotSet;
-  std::string m_applicabilityTag;
 };
 
 /// Exporters of a server.

@@ -1,7 +1,5 @@
 #include "lumo/services/search/SearchValue.h"
 
-#include "lumo/xml/NodeWriter.h"
-
 void UnittedRealCriterionValue::CreateXMLNode(XmlNode<char>* node) const {
   lumo::NodeWriter out(node);
   if (!m_unit.empty()) out.Attribute("sear:unit", m_unit);
@@ -20,43 +18,15 @@ void BetweenDateTimesSearchValue::CreateXMLNode(XmlNode<char>* node) const {
   out.Child("sear:highEnd", m_highEnd);
 }
 
-void ContainsAllSearchValue::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter out(node);
-  out.Children("sear:discrete", AccessValues());
+void MultiValuedDiscreteCriterion::CreateXMLNode(XmlNode<char>* node) const {
+  lumo::NodeWriter(node).Children("sear:discrete", m_values);
 }
 
-void ContainsAnySearchValue::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter out(node);
-  out.Children("sear:discrete", AccessValues());
-}
-
-void ContainsSearchValue::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter out(node);
-  out.Text(m_value);
-}
-
-void DoesNotContainSearchValue::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter out(node);
-  out.Text(m_value);
-}
-
-void ExistsSearchValue::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter out(node);
-  out.Text("true");
-}
-
-void DoesNotExistSearchValue::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter out(node);
-  out.Text("true");  // only the name of the element says the contrary
-}
-
-void ExactlySearchValue::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter out(node);
-  out.Text(m_value);
+void lumo::ExistenceCriterion::CreateXMLNode(XmlNode<char>* node) const {
+  NodeWriter(node).Text("true");
 }
 
 void TabularColumnContainsSearchValue::CreateXMLNode(XmlNode<char>* node) const {
-  lumo::NodeWriter out(node);
-  out.Text(m_value);
-  out.Attribute("sear:tabularColumn", m_colName);
+  SingleValueCriterion::CreateXMLNode(node);
+  lumo::NodeWriter(node).Attribute("sear:tabularColumn", m_colName);
 }

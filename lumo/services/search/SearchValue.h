@@ -1,9 +1,11 @@
 #pragma once
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "lumo/platform/core/Counted.h"
+#include "lumo/xml/NodeWriter.h"
 #include "lumo/xml/Xml.h"
 
 /// A condition on the value of an attribute, for `RecordSearchCriterion`.
@@ -103,6 +105,8 @@ class LUMO_API MultiValuedDiscreteCriterion : public SearchValue {
   std::vector<std::string> const& AccessValues() const { return m_values; }
   void AddValue(std::string const& value) { m_values.push_back(value); }
 
+  void CreateXMLNode(XmlNode<char>* node) const override;
+
  private:
   std::vector<std::string> m_values;
 };
@@ -112,8 +116,6 @@ class LUMO_API ContainsAllSearchValue
     : public lumo::Counted<ContainsAllSearchValue, MultiValuedDiscreteCriterion> {
  public:
   std::string GetNodeName() const override { return "containsAll"; }
-
-  void CreateXMLNode(XmlNode<char>* node) const override;
 };
 
 /// The attribute has at least one of the words.
@@ -121,79 +123,75 @@ class LUMO_API ContainsAnySearchValue
     : public lumo::Counted<ContainsAnySearchValue, MultiValuedDiscreteCriterion> {
  public:
   std::string GetNodeName() const override { return "containsAny"; }
+};
 
+namespace lumo {
+
+/// Base of the conditions that are a value alone: a `Field` of type std::string or int.
+template <class Field>
+class LUMO_API SingleValueCriterion : public SearchValue {
+ public:
+  using Accessed = std::conditional_t<std::is_class_v<Field>, Field const&, Field>;
+
+  Accessed GetValue() const { return m_value; }
+  void SetValue(Accessed value) { m_value = value; }
+
+  void CreateXMLNode(XmlNode<char>* node) const override { NodeWriter(node).Text(m_value); }
+
+ private:
+  Field m_value{};
+};
+
+/// Base of the conditions that need no value: only the names of their elements tell them apart.
+class LUMO_API ExistenceCriterion : public SearchValue {
+ public:
   void CreateXMLNode(XmlNode<char>* node) const override;
 };
 
+}  // namespace lumo
+
 /// The text contains another.
-class LUMO_API ContainsSearchValue : public lumo::Counted<ContainsSearchValue, SearchValue> {
+class LUMO_API ContainsSearchValue
+    : public lumo::Counted<ContainsSearchValue, lumo::SingleValueCriterion<std::string>> {
  public:
   std::string GetNodeName() const override { return "contains"; }
-
-  std::string const& GetValue() const { return m_value; }
-  void SetValue(std::string const& value) { m_value = value; }
-
-  void CreateXMLNode(XmlNode<char>* node) const override;
-
- private:
-  std::string m_value;
 };
 
 /// The text does not contain another.
 class LUMO_API DoesNotContainSearchValue
-    : public lumo::Counted<DoesNotContainSearchValue, SearchValue> {
+    : public lumo::Counted<DoesNotContainSearchValue, lumo::SingleValueCriterion<std::string>> {
  public:
   std::string GetNodeName() const override { return "doesNotContain"; }
-
-  std::string const& GetValue() const { return m_value; }
-  void SetValue(std::string const& value) { m_value = value; }
-
-  void CreateXMLNode(XmlNode<char>* node) const override;
-
- private:
-  std::string m_value;
 };
 
 /// The attribute has a value.
-class LUMO_API ExistsSearchValue : public lumo::Counted<ExistsSearchValue, SearchValue> {
+class LUMO_API ExistsSearchValue
+    : public lumo::Counted<ExistsSearchValue, lumo::ExistenceCriterion> {
  public:
   std::string GetNodeName() const override { return "exists"; }
-
-  void CreateXMLNode(XmlNode<char>* node) const override;
 };
 
 /// The attribute has no value.
 class LUMO_API DoesNotExistSearchValue
-    : public lumo::Counted<DoesNotExistSearchValue, SearchValue> {
+    : public lumo::Counted<DoesNotExistSearchValue, lumo::ExistenceCriterion> {
  public:
   std::string GetNodeName() const override { return "doesNotExist"; }
-
-  void CreateXMLNode(XmlNode<char>* node) const override;
 };
 
 /// The integer is this one.
-class LUMO_API ExactlySearchValue : public lumo::Counted<ExactlySearchValue, SearchValue> {
+class LUMO_API ExactlySearchValue
+    : public lumo::Counted<ExactlySearchValue, lumo::SingleValueCriterion<int>> {
  public:
   std::string GetNodeName() const override { return "exactly"; }
-
-  int GetValue() const { return m_value; }
-  void SetValue(int value) { m_value = value; }
-
-  void CreateXMLNode(XmlNode<char>* node) const override;
-
- private:
-  int m_value = 0;
 };
 
 /// A cell of a tabular column contains a text.
 class LUMO_API TabularColumnContainsSearchValue
-    : public lumo::Counted<TabularColumnContainsSearchValue, SearchValue> {
+    : public lumo::Counted<TabularColumnContainsSearchValue,
+                           lumo::SingleValueCriterion<std::string>> {
  public:
   std::string GetNodeName() const override { return "tabularColumnContains"; }
 
-  /// The text to look for.
-  std::string const& GetValue() const { return m_value; }
-  void SetValue(std::string const& value) { m_value = value; }
   /// Name of the column; sent even when empty.
   std::string const& GetColName() const { return m_colName; }
   void SetColName(std::string const& colName) { m_colName = colName; }
@@ -201,6 +199,5 @@ class LUMO_API TabularColumnContainsSearchValue
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
-  std::string m_value;
   std::string m_colName;
 };
