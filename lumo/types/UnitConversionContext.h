@@ -16,7 +16,7 @@ class LUMO_API UnitConversionContext : public lumo::FromXml<UnitConversionContex
   /// Code of the currency; sent when not empty.
   std::string const& GetCurrency() const { return m_currency; }
   void SetCurrency(std::string const& currency) { m_currency = currency; }
-  /// Whether temperatures are wanted in absolute units; sent once it has been set.
+  /// Whether absolute units are wanted; sent once it has been set.
   bool GetAbsoluteUnits() const { return m_absoluteUnits; }
   void SetAbsoluteUnits(bool absoluteUnits) {
     m_absoluteUnits = absoluteUnits;

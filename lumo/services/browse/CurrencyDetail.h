@@ -15,8 +15,8 @@ class LUMO_API CurrencyDetail : public lumo::FromXml<CurrencyDetail> {
   void SetCode(std::string const& code) { m_code = code; }
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
-  /// Value of one unit of the currency in the base currency of the database; 0 when the reply
-  /// does not say.
+  /// The factor that the server gives for the currency, 0 when it gives none. To which currency it
+  /// leads the reply does not say.
   double GetFactor() const { return m_factor; }
   void SetFactor(double factor) { m_factor = factor; }
 

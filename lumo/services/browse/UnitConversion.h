@@ -6,7 +6,8 @@
 #include "lumo/types/UnitConversionContext.h"
 #include "lumo/xml/FromXml.h"
 
-/// Turns figures of one unit into another: target = source * factor + offset.
+/// What turns figures of one unit into another: a factor and an offset. In which order the two
+/// apply the reply does not say.
 class LUMO_API Conversion : public lumo::FromXml<Conversion> {
  public:
   Conversion() = default;

@@ -25,7 +25,7 @@ class LUMO_API GetRecordAttributesByRefRequest
   void AddAttributeReference(SmartPtr<AttributeReference> const& attribute) {
     m_attributeReferences.push_back(attribute);
   }
-  /// Units of the answer; those of the database when null.
+  /// Units of the answer; not sent when null.
   SmartPtr<UnitConversionContext> GetUnitConversionContext() const {
     return m_unitConversionContext;
   }

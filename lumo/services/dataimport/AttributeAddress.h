@@ -13,7 +13,8 @@ class LUMO_API AttributeAddress : public lumo::FromXml<AttributeAddress, Attribu
   AttributeAddress() = default;
   explicit AttributeAddress(XmlNode<char> const* node);
 
-  /// The data goes there by HTTP PUT; empty when the reply gave none.
+  /// Where the data goes; empty when the reply gave none. How it is sent there the reply does not
+  /// say.
   std::string const& GetUrl() const { return m_url; }
   void SetUrl(std::string const& url) { m_url = url; }
 

@@ -25,7 +25,7 @@ class LUMO_API ExportRecordDataRequest : public lumo::RecordsRequest<ExportRecor
   /// Key of the exporter.
   std::string const& GetExporterKey() const { return m_exporterKey; }
   void SetExporterKey(std::string const& exporterKey) { m_exporterKey = exporterKey; }
-  /// Units of the output; those of the database when null.
+  /// Units of the output; not sent when null.
   SmartPtr<UnitConversionContext> GetUnitConversionContext() const {
     return m_unitConversionContext;
   }
@@ -40,8 +40,7 @@ class LUMO_API ExportRecordDataRequest : public lumo::RecordsRequest<ExportRecor
   /// How many figures numbers have in the output; not sent when 0 or less.
   int GetSignificantFigures() const { return m_significantFigures; }
   void SetSignificantFigures(int significantFigures) { m_significantFigures = significantFigures; }
-  /// Stops before that step of the exporter, counted from 0; below 0, the default, the id
-  /// decides.
+  /// Stops before the step of the exporter with that index; below 0, the default, the id decides.
   int GetStopBeforeIndex() const { return m_stopBeforeIndex; }
   void SetStopBeforeIndex(int stopBeforeIndex) { m_stopBeforeIndex = stopBeforeIndex; }
   /// Stops before the step of that id; not sent when empty.

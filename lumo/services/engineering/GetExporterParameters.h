@@ -40,7 +40,7 @@ class LUMO_API GetExporterParametersRequest
   /// Key of the exporter.
   std::string const& GetExporterKey() const { return m_exporterKey; }
   void SetExporterKey(std::string const& exporterKey) { m_exporterKey = exporterKey; }
-  /// Units of the answer; those of the database when null.
+  /// Units of the answer; not sent when null.
   SmartPtr<UnitConversionContext> GetUnitConversionContext() const {
     return m_unitConversionContext;
   }

@@ -6,7 +6,8 @@
 #include "lumo/services/search/SimpleTextSearch.h"
 #include "lumo/session/ServiceOperation.h"
 
-/// Searches a database for the records that meet all of some conditions.
+/// Searches a database by conditions on the values of attributes. How several conditions go
+/// together is the server's affair.
 class LUMO_API CriteriaSearch : public lumo::SearchRequest<CriteriaSearch> {
  public:
   std::vector<SmartPtr<RecordSearchCriterion>>& AccessSearchCriterion() { return m_criteria; }

@@ -22,8 +22,7 @@ class LUMO_API UnittedRealCriterionValue : public SearchValue {
  public:
   double GetValue() const { return m_value; }
   void SetValue(double value) { m_value = value; }
-  /// Symbol of the unit of the number; not sent when empty, which means the unit of the
-  /// attribute.
+  /// Symbol of the unit of the number; not sent when empty, which leaves the unit to the server.
   std::string const& GetUnit() const { return m_unit; }
   void SetUnit(std::string const& unit) { m_unit = unit; }
 

@@ -15,7 +15,7 @@ class LUMO_API SimpleTextSearch : public lumo::SearchRequest<SimpleTextSearch> {
   /// The text to search for; sent even when empty.
   std::string const& GetSearchValue() const { return m_searchValue; }
   void SetSearchValue(std::string const& searchValue) { m_searchValue = searchValue; }
-  /// The tables to search; all when there are none.
+  /// The tables to search; not sent when there are none.
   std::vector<SmartPtr<PartialTableReference>>& AccessRestrictToTables() {
     return m_restrictToTables;
   }
