@@ -1,0 +1,224 @@
+#include "lumo/toolkit/Units.h"
+
+#include <algorithm>
+#include <cmath>
+#include <type_traits>
+#include <utility>
+
+#include "lumo/toolkit/Error.h"
+#include "lumo/toolkit/Text.h"
+
+namespace lumo {
+namespace {
+
+/// Calls `convert(figure, unit)` on each figure of a value, and `rename(unit)` on each unit.
+/// Both tell by the unit what to do with it.
+template <class StepFor>
+class Walk {
+ public:
+  /// `stepFor` gives the step for a unit, or null. Axes and parameters are left alone unless
+  /// `withParameters`.
+  Walk(StepFor const& stepFor, bool withParameters)
+      : m_stepFor(stepFor), m_withParameters(withParameters) {}
+
+  bool HasConverted() const { return m_hasConverted; }
+
+  void operator()(Value& value) {
+    std::visit([this](auto& held) { Convert(held); }, value);
+  }
+
+ private:
+  template <class Held>
+  void Convert(Held& /*held*/) {}  // holds no figures
+
+  void Convert(Quantity& held) { Apply(held.unit, held.value); }
+  void Convert(Range& held) { Apply(held.unit, held.low, held.high); }
+  void Convert(Points& held) {
+    UnitStep const* const step = m_stepFor(held.unit);
+    for (Point& point : held.points) {
+      if (step != nullptr) Turn(*step, point.value);
+      Convert(point.parameters);
+    }
+    Rename(step, held.unit);
+  }
+  void Convert(Curves& held) {
+    for (Curve& curve : held.curves) {
+      Apply(curve.yUnit, curve.y, curve.yHigh);
+      if (m_withParameters) Apply(curve.xUnit, curve.x);
+      Convert(curve.parameters);
+    }
+  }
+  void Convert(std::vector<Parameter>& parameters) {
+    if (!m_withParameters) return;
+    for (Parameter& parameter : parameters) {
+      if (auto* const figure = std::get_if<double>(&parameter.value)) {
+        Apply(parameter.unit, *figure);
+      }
+    }
+  }
+  void Convert(std::shared_ptr<Grid const>& held) {
+    if (!held) return;
+    auto grid = std::make_shared<Grid>(*held);
+    for (Grid::Column& column : grid->columns) Apply(column.unit);
+    for (Grid::Row& row : grid->rows) {
+      for (Value& cell : row.cells) (*this)(cell);
+    }
+    held = std::move(grid);
+  }
+  void Convert(std::shared_ptr<List const>& held) {
+    if (!held) return;
+    auto list = std::make_shared<List>(*held);
+    for (Value& item : list->items) (*this)(item);
+    held = std::move(list);
+  }
+
+  template <class... Figures>
+  void Apply(std::string& unit, Figures&... figures) {
+    UnitStep const* const step = m_stepFor(unit);
+    if (step == nullptr) return;
+    (Turn(*step, figures), ...);
+    Rename(step, unit);
+  }
+  void Rename(UnitStep const* step, std::string& unit) {
+    if (step == nullptr) return;
+    m_hasConverted = true;
+    unit = step->target;
+  }
+  static void Turn(UnitStep const& step, double& figure) { figure = step(figure); }
+  static void Turn(UnitStep const& step, std::optional<double>& figure) {
+    if (figure) figure = step(*figure);
+  }
+  static void Turn(UnitStep const& step, std::vector<double>& figures) {
+    for (double& figure : figures) figure = step(figure);
+  }
+
+  StepFor const& m_stepFor;
+  bool m_withParameters;
+  bool m_hasConverted = false;
+};
+
+/// Whether a range would be turned round, as a negative factor does.
+bool IsUsable(UnitStep const& step) {
+  return std::isfinite(step.factor) && step.factor > 0 && std::isfinite(step.offset);
+}
+
+}  // namespace
+
+double UnitStep::operator()(double figure) const {
+  double const scaled = figure * factor;
+  double const result = scaled + offset;
+  double const size = std::max(std::fabs(scaled), std::fabs(offset));
+  if (!std::isfinite(result) || size == 0 || std::fabs(result) > size / 2) return result;
+  // So many digits after the point are left of the larger one.
+  double const digits = std::pow(10.0, 13.0 - std::floor(std::log10(size)));
+  double const rounded = std::round(result * digits) / digits;
+  return std::isfinite(rounded) ? rounded : result;
+}
+
+UnitSystem::UnitSystem() : UnitSystem(std::map<std::string, UnitStep>()) {}
+
+UnitSystem::UnitSystem(std::map<std::string, UnitStep> steps) {
+  for (auto step = steps.begin(); step != steps.end();) {
+    bool const changes = step->first != step->second.target && IsUsable(step->second);
+    step = changes ? std::next(step) : steps.erase(step);
+  }
+  m_steps = std::make_shared<std::map<std::string, UnitStep> const>(std::move(steps));
+}
+
+UnitStep const* UnitSystem::StepFor(std::string const& unit) const {
+  auto const found = m_steps->find(unit);
+  return found == m_steps->end() ? nullptr : &found->second;
+}
+
+std::string const& UnitSystem::UnitFor(std::string const& unit) const {
+  UnitStep const* const step = StepFor(unit);
+  return step == nullptr ? unit : step->target;
+}
+
+Value UnitSystem::Convert(Value value) const {
+  if (m_steps->empty()) return value;
+  auto const stepFor = [this](std::string const& unit) { return StepFor(unit); };
+  Walk<decltype(stepFor)>(stepFor, true)(value);
+  return value;
+}
+
+Units::Units() : Units(std::map<std::string, std::vector<UnitStep>>()) {}
+
+Units::Units(std::map<std::string, std::vector<UnitStep>> steps) {
+  for (auto& [unit, ways] : steps) {
+    ways.erase(std::remove_if(ways.begin(), ways.end(),
+                              [](UnitStep const& step) { return !IsUsable(step); }),
+               ways.end());
+  }
+  m_steps = std::make_shared<std::map<std::string, std::vector<UnitStep>> const>(std::move(steps));
+}
+
+bool Units::Knows(std::string const& unit) const { return m_steps->count(unit) != 0; }
+
+std::vector<std::string> Units::TargetsOf(std::string const& unit) const {
+  std::vector<std::string> targets;
+  auto const found = m_steps->find(unit);
+  if (found != m_steps->end()) {
+    for (UnitStep const& step : found->second) targets.push_back(step.target);
+  }
+  if (std::find(targets.begin(), targets.end(), unit) == targets.end()) {
+    targets.insert(targets.begin(), unit);
+  }
+  return targets;
+}
+
+UnitStep const* Units::Find(std::string const& from, std::string const& to) const {
+  auto const found = m_steps->find(from);
+  if (found == m_steps->end()) return nullptr;
+  for (UnitStep const& step : found->second) {
+    if (step.target == to) return &step;
+  }
+  return nullptr;
+}
+
+bool Units::CanConvert(std::string const& from, std::string const& to) const {
+  return from == to || Find(from, to) != nullptr;
+}
+
+UnitStep const& Units::Step(std::string const& from, std::string const& to) const {
+  if (UnitStep const* const step = Find(from, to)) return *step;
+  auto const named = [](std::string const& unit) { return unit.empty() ? "no unit" : unit; };
+  if (from.empty()) {
+    throw Error(ErrorCode::InvalidArgument,
+                "a figure without a unit cannot be converted into " + named(to));
+  }
+  std::vector<std::string> targets = TargetsOf(from);
+  std::string const possible = targets.size() == 1
+                                   ? "the server converts " + from + " into no other unit"
+                                   : from + " can be shown in " + Joined(targets);
+  throw Error(ErrorCode::InvalidArgument,
+              "cannot convert " + from + " into " + named(to) + ": " + possible,
+              Hint{HintCode::OneOf, std::move(targets)});
+}
+
+double Units::Convert(double figure, std::string const& from, std::string const& to) const {
+  return from == to ? figure : Step(from, to)(figure);
+}
+
+Value Units::Convert(Value value, std::string const& to) const {
+  std::string first;  // of the units that cannot be converted
+  bool fits = false;
+  auto const stepFor = [&](std::string const& unit) -> UnitStep const* {
+    UnitStep const* const step = unit == to ? nullptr : Find(unit, to);
+    fits = fits || unit == to;
+    if (step == nullptr && unit != to && first.empty()) first = unit;
+    return step;
+  };
+  Walk<decltype(stepFor)> walk(stepFor, false);
+  walk(value);
+  if (walk.HasConverted() || fits) return value;
+  Step(first, to);
+  return value;
+}
+
+std::optional<double> Units::NumberIn(Value const& value, std::string const& unit) const {
+  auto const number = lumo::NumberIn(value);
+  return number ? std::optional<double>(Convert(*number, UnitIn(value), unit)) : std::nullopt;
+}
+
+}  // namespace lumo
