@@ -7,3 +7,11 @@ if(LUMO_BUILD_TOOLKIT)
   target_link_libraries(toolkit_tests PRIVATE Lumo::Toolkit)
   lumo_discover_tests(toolkit_tests)
 endif()
+if(LUMO_BUILD_TOOLKIT AND LUMO_BUILD_SANDBOX)
+  lumo_add_tests(toolkit_sandbox_tests
+    support/Main.cpp
+    toolkit/Sandbox.cpp
+    toolkit/NamesTest.cpp)
+  target_link_libraries(toolkit_sandbox_tests PRIVATE Lumo::Toolkit lumo_sandbox_parts)
+  add_test(NAME toolkit.WorksOnTheSandbox COMMAND toolkit_sandbox_tests)
+endif()
