@@ -2,7 +2,7 @@
 # Runs the tests of one rig in it, and the blocks of docs/networks.md that are meant for it; then
 # looks for secrets in all that was printed and logged. Root does it again as a plain user.
 #
-#     run.sh kerberos|ntlm SOURCE TESTS LUMO SANDBOX
+#     run.sh kerberos|ntlm|tls SOURCE TESTS LUMO SANDBOX
 set -euo pipefail
 kind=$1 source=$2 tests=$3 lumo=$4
 export LUMO_SANDBOX=$5
@@ -40,8 +40,15 @@ run_ntlm() {
   expect 3 "$lumo" databases --verbose --domain WORK --user uma --password-file "$RIG/umlaut"
 }
 
+run_tls() {
+  "$tests" --gtest_filter='Tls.*:Proxy.*'
+  expect 0 "$lumo" probe --verbose --ca-file "$RIG/ca.pem"
+  expect 4 "$lumo" databases --verbose
+  https_proxy=http://ann:wr0ng-s3cret@$RIG_PROXY expect 4 "$lumo" databases --url "$RIG_FAR_URL"
+}
+
 # Runs the blocks that begin with "```sh KIND", each in a shell of its own in the rig's folder. A
-# program that asks for a password gets it.
+# program that asks for a password gets it; made-up addresses stand for those of the rig.
 run_blocks() {
   local block
   PATH=$(dirname "$lumo"):$PATH
@@ -51,6 +58,9 @@ run_blocks() {
   [ -s blocks ] || fail "docs/networks.md has no block for $kind"
   while IFS= read -r -d '' block; do
     printf '%s\n' "$block"
+    block=${block//proxy.example.com:3128/${RIG_PROXY-}}
+    block=${block//server.example.com:443/${LUMO_URL#*://}}
+    block=${block//https:\/\/server.example.com/${RIG_FAR_URL-}}
     bash -euo pipefail -c "$block" <password || fail "that block of docs/networks.md"
   done <blocks
 }
