@@ -105,7 +105,6 @@
 #include "lumo/session/LumoSession.h"
 #include "lumo/session/Operation.h"
 #include "lumo/session/OperationBase.h"
-#include "lumo/session/OperationNames.h"
 #include "lumo/session/ServiceLayerResponse.h"
 #include "lumo/session/ServiceOperation.h"
 #include "lumo/session/kpxtkLumoServiceLayer.h"

@@ -1,17 +1,17 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "lumo/session/Operation.h"
-#include "lumo/session/OperationNames.h"
 
 namespace lumo {
 
 /// Where a service lies and how its elements are named.
 struct Endpoint {
-  std::wstring path;    ///< below the session's URL
-  std::string segment;  ///< end of the service's namespace
-  std::string prefix;   ///< bound to that namespace in requests
+  std::wstring_view path;    ///< below the session's URL
+  std::string_view segment;  ///< end of the service's namespace
+  std::string_view prefix;   ///< bound to that namespace in requests
 
   /// The service's namespace for an interface version such as "16/01".
   LUMO_API std::string Namespace(std::string const& version) const;
@@ -21,39 +21,42 @@ struct Endpoint {
 
 /// The five services.
 struct Endpoints {
-  LUMO_API static Endpoint const Browse;
-  LUMO_API static Endpoint const Search;
-  LUMO_API static Endpoint const DataExport;
-  LUMO_API static Endpoint const DataImport;
-  LUMO_API static Endpoint const EngineeringData;
+  LUMO_API static constexpr Endpoint Browse = {L"/Browse.svc", "/Browse", "brow"};
+  LUMO_API static constexpr Endpoint Search = {L"/Search.svc", "/Search", "sear"};
+  LUMO_API static constexpr Endpoint DataExport = {L"/DataExport.svc", "/DataExport", "exp"};
+  LUMO_API static constexpr Endpoint DataImport = {L"/DataImport.svc", "/DataImport", "dat"};
+  LUMO_API static constexpr Endpoint EngineeringData = {L"/EngineeringData.svc", "/EngineeringData",
+                                                        "eng"};
 };
 
-/// Base of an operation class, which adds its static `Name` and its public method:
+/// Base of an operation class, which adds its `Name` and its public method:
 ///
 ///     class GetTablesImpl : public BrowseOperation<GetTablesImpl, GetTables, GetTablesResponse> {
 ///      public:
-///       static inline std::string const Name = "GetTables";
+///       static constexpr char Name[] = "GetTables";
 ///       using ServiceOperation::ServiceOperation;
 ///       void RequestTables(SmartPtr<GetTables> const& request, GetTablesResponse* response) {
 ///         Call(request, response);
 ///       }
 ///     };
 ///
-/// Operations without a request have `IRequest` for it and call without one.
+/// The request travels in an element of that name and the reply in one with "Response" behind it;
+/// `GetRootTagName` and `GetResponseTagName` say so where it is not so. An operation that changes
+/// data on the server sets `Writes`. One without a request has `IRequest` for it and calls without.
 template <Endpoint const& Service, class Impl, class RequestType, class ResponseType>
 class ServiceOperation : public Operation<RequestType, ResponseType> {
  public:
+  static constexpr bool Writes = false;
+
   /// The session must outlive the operation. It may be null: calls then end without a reply.
   explicit ServiceOperation(LumoSession* session)
-      : Operation<RequestType, ResponseType>(session, Service.Namespace(session), Service.prefix),
-        m_names(FindOperationNames(Impl::Name)) {
-    this->SetIsWrite(m_names->isWrite);
+      : Operation<RequestType, ResponseType>(session, Service.Namespace(session),
+                                             std::string(Service.prefix)) {
+    this->SetIsWrite(Impl::Writes);
   }
 
-  std::string const& GetOperationName() const override { return Impl::Name; }
-  std::wstring const& GetService() const override { return Service.path; }
-  std::string GetRootTagName() const override { return std::string(m_names->rootTag); }
-  std::string GetResponseTagName() const override { return std::string(m_names->responseTag); }
+  std::string const& GetOperationName() const override { return m_name; }
+  std::wstring const& GetService() const override { return m_path; }
 
  protected:
   void Call(SmartPtr<RequestType> const& request, ResponseType* response) {
@@ -65,7 +68,8 @@ class ServiceOperation : public Operation<RequestType, ResponseType> {
   }
 
  private:
-  OperationNames const* m_names;
+  std::string m_name = Impl::Name;
+  std::wstring m_path = std::wstring(Service.path);
 };
 
 template <class Impl, class RequestType, class ResponseType>

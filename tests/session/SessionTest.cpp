@@ -159,57 +159,9 @@ TEST(Services, OutliveTheFacadeAsLongAsTheyAreHeld) {
   EXPECT_EQ(OutcomeOf(*operation)->GetResponseCode(), 500);
 }
 
-TEST(OperationNames, AreThose30) {
-  struct Names {
-    std::string service, operation, rootTag, responseTag;
-  };
-  std::vector<Names> operations = {
-      {"Browse", "GetDatabases", "GetDatabasesRequest", "GetDatabasesResponse"},
-      {"Browse", "GetUnits", "GetUnitsRequest", "GetUnitsResponse"},
-      {"Browse", "GetCurrencies", "GetCurrenciesRequest", "GetCurrenciesResponse"},
-      {"Browse", "GetUnitConversions", "GetUnitConversionsRequest", "GetUnitConversionsResponse"},
-      {"Search", "SimpleTextSearch", "SimpleTextSearch", "SimpleTextSearchResponse"},
-      {"Search", "CriteriaSearch", "CriteriaSearch", "SimpleTextSearchResponse"},
-      {"Search", "RecordNameSearch", "RecordNameSearch", "SimpleTextSearchResponse"},
-      {"DataImport", "SetRecordAttributes", "SetRecordAttributesRequest",
-       "SetRecordAttributesResponse"},
-      {"DataImport", "GetUploadAddresses", "GetUploadAddressesRequest",
-       "GetUploadAddressesResponse"},
-      {"DataImport", "ModifyRecordLinks", "ModifyRecordLinksRequest", "ModifyRecordLinksResponse"},
-      {"EngineeringData", "ExportRecordData", "ExportRecordData", "text"},
-  };
-  std::vector<std::pair<std::string, std::string>> const plain = {
-      {"Browse", "GetTables"},
-      {"Browse", "GetSubsets"},
-      {"Browse", "GetUnitSystems"},
-      {"Browse", "GetRootNode"},
-      {"Browse", "GetChildNodes"},
-      {"Browse", "GetTreeRecords"},
-      {"Browse", "GetRecordVersions"},
-      {"Browse", "GetAttributeDetails"},
-      {"Browse", "GetAttributeParameters"},
-      {"Browse", "GetParameterDetails"},
-      {"Browse", "GetAttributeMinMax"},
-      {"Browse", "GetMetaAttributes"},
-      {"Browse", "GetRecordAttributes"},
-      {"Browse", "GetRecordLinkGroups"},
-      {"Browse", "GetLinkedRecords"},
-      {"DataExport", "GetRecordAttributesByRef"},
-      {"EngineeringData", "GetAvailableExporters"},
-      {"EngineeringData", "ExportersForRecords"},
-      {"EngineeringData", "GetExporterParameters"},
-  };
-  for (auto const& [service, name] : plain) {
-    operations.push_back({service, name, name, name + "Response"});
-  }
-  for (auto const& [service, name, rootTag, responseTag] : operations) {
-    auto const* const names = lumo::FindOperationNames(name);
-    ASSERT_NE(names, nullptr) << name;
-    EXPECT_EQ(names->service, service) << name;
-    EXPECT_EQ(names->rootTag, rootTag) << name;
-    EXPECT_EQ(names->responseTag, responseTag) << name;
-    EXPECT_EQ(names->isWrite, name == "SetRecordAttributes" || name == "ModifyRecordLinks") << name;
-  }
-  EXPECT_THAT(operations, SizeIs(30));
-  EXPECT_EQ(lumo::FindOperationNames("GetNothing"), nullptr);
+TEST(Operations, HaveRootElementsEvenWhereNoneIsSent) {
+  auto const services = LumoServiceLayerServices::CreateOne("", nullptr);
+  auto const browse = services->GetBrowseService();
+  EXPECT_EQ(browse->GetGetDatabaseImpl()->GetRootTagName(), "GetDatabasesRequest");
+  EXPECT_EQ(browse->GetGetCurrenciesImpl()->GetRootTagName(), "GetCurrenciesRequest");
 }

@@ -34,7 +34,7 @@ class LUMO_API GetAttributeDetailsImpl
     : public lumo::BrowseOperation<GetAttributeDetailsImpl, GetAttributeDetailsRequest,
                                    GetAttributeDetailsResponse> {
  public:
-  static inline std::string const Name = "GetAttributeDetails";
+  static constexpr char Name[] = "GetAttributeDetails";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void RequestAttributeDetails(SmartPtr<GetAttributeDetailsRequest> const& request,

@@ -45,7 +45,7 @@ class LUMO_API GetAttributeMinMaxImpl
     : public lumo::BrowseOperation<GetAttributeMinMaxImpl, GetAttributeMinMaxRequest,
                                    GetAttributeMinMaxResponse> {
  public:
-  static inline std::string const Name = "GetAttributeMinMax";
+  static constexpr char Name[] = "GetAttributeMinMax";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void RequestAttributeMinMax(SmartPtr<GetAttributeMinMaxRequest> const& request,

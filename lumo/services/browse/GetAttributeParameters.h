@@ -24,7 +24,7 @@ class LUMO_API GetAttributeParametersImpl
     : public lumo::BrowseOperation<GetAttributeParametersImpl, GetAttributeParametersRequest,
                                    GetAttributeParametersResponse> {
  public:
-  static inline std::string const Name = "GetAttributeParameters";
+  static constexpr char Name[] = "GetAttributeParameters";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void GetAttributeParameters(SmartPtr<GetAttributeParametersRequest> const& request,

@@ -47,7 +47,7 @@ class LUMO_API GetChildNodesResponse : public lumo::TreeRecordsResponse<GetChild
 class LUMO_API GetChildNodesImpl
     : public lumo::BrowseOperation<GetChildNodesImpl, GetChildNodes, GetChildNodesResponse> {
  public:
-  static inline std::string const Name = "GetChildNodes";
+  static constexpr char Name[] = "GetChildNodes";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void RequestChildNodes(SmartPtr<GetChildNodes> const& request, GetChildNodesResponse* response) {

@@ -20,8 +20,9 @@ class LUMO_API GetCurrenciesResponse
 class LUMO_API GetCurrenciesImpl
     : public lumo::BrowseOperation<GetCurrenciesImpl, IRequest, GetCurrenciesResponse> {
  public:
-  static inline std::string const Name = "GetCurrencies";
+  static constexpr char Name[] = "GetCurrencies";
   using ServiceOperation::ServiceOperation;
+  std::string GetRootTagName() const override { return "GetCurrenciesRequest"; }
   /// Fills `response`; the request has no contents.
   void GetCurrencies(GetCurrenciesResponse* response) { CallWithoutRequest(response); }
 };

@@ -25,8 +25,9 @@ class LUMO_API GetDatabasesResponse : public lumo::Response<GetDatabasesResponse
 class LUMO_API GetDatabaseImpl
     : public lumo::BrowseOperation<GetDatabaseImpl, IRequest, GetDatabasesResponse> {
  public:
-  static inline std::string const Name = "GetDatabases";
+  static constexpr char Name[] = "GetDatabases";
   using ServiceOperation::ServiceOperation;
+  std::string GetRootTagName() const override { return "GetDatabasesRequest"; }
   /// Fills `response`; the request has no contents.
   void GetDatabases(GetDatabasesResponse* response) { CallWithoutRequest(response); }
 };

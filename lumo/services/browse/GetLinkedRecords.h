@@ -56,7 +56,7 @@ class LUMO_API GetLinkedRecordsImpl
     : public lumo::BrowseOperation<GetLinkedRecordsImpl, GetLinkedRecordsRequest,
                                    GetLinkedRecordsResponse> {
  public:
-  static inline std::string const Name = "GetLinkedRecords";
+  static constexpr char Name[] = "GetLinkedRecords";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void GetLinkedRecords(SmartPtr<GetLinkedRecordsRequest> const& request,

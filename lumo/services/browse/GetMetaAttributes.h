@@ -34,7 +34,7 @@ class LUMO_API GetMetaAttributesImpl
     : public lumo::BrowseOperation<GetMetaAttributesImpl, GetMetaAttributesRequest,
                                    GetMetaAttributesResponse> {
  public:
-  static inline std::string const Name = "GetMetaAttributes";
+  static constexpr char Name[] = "GetMetaAttributes";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void GetMetaAttributes(SmartPtr<GetMetaAttributesRequest> const& request,

@@ -54,7 +54,7 @@ class LUMO_API GetParameterDetailsImpl
     : public lumo::BrowseOperation<GetParameterDetailsImpl, GetParameterDetailsRequest,
                                    GetParameterDetailsResponse> {
  public:
-  static inline std::string const Name = "GetParameterDetails";
+  static constexpr char Name[] = "GetParameterDetails";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void GetParameterDetails(SmartPtr<GetParameterDetailsRequest> const& request,

@@ -65,7 +65,7 @@ class LUMO_API GetRecordAttributesImpl
     : public lumo::BrowseOperation<GetRecordAttributesImpl, GetRecordAttributesRequest,
                                    GetRecordAttributesResponse> {
  public:
-  static inline std::string const Name = "GetRecordAttributes";
+  static constexpr char Name[] = "GetRecordAttributes";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void RequestRecordAttributes(SmartPtr<GetRecordAttributesRequest> const& request,

@@ -55,7 +55,7 @@ class LUMO_API GetRecordLinkGroupsImpl
     : public lumo::BrowseOperation<GetRecordLinkGroupsImpl, GetRecordLinkGroups,
                                    GetRecordLinkGroupsResponse> {
  public:
-  static inline std::string const Name = "GetRecordLinkGroups";
+  static constexpr char Name[] = "GetRecordLinkGroups";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent. The method hides the request class
   /// of the same name, which callers name as usual.

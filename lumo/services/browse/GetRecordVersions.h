@@ -50,7 +50,7 @@ class LUMO_API GetRecordVersionsImpl
     : public lumo::BrowseOperation<GetRecordVersionsImpl, GetRecordVersionsRequest,
                                    GetRecordVersionsResponse> {
  public:
-  static inline std::string const Name = "GetRecordVersions";
+  static constexpr char Name[] = "GetRecordVersions";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void GetRecordVersions(SmartPtr<GetRecordVersionsRequest> const& request,

@@ -37,7 +37,7 @@ class LUMO_API GetRootNodeResponse : public lumo::Response<GetRootNodeResponse> 
 class LUMO_API GetRootNodeImpl
     : public lumo::BrowseOperation<GetRootNodeImpl, GetRootNode, GetRootNodeResponse> {
  public:
-  static inline std::string const Name = "GetRootNode";
+  static constexpr char Name[] = "GetRootNode";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void RequestRootNode(SmartPtr<GetRootNode> const& request, GetRootNodeResponse* response) {

@@ -47,7 +47,7 @@ class LUMO_API GetSubsetsResponse : public lumo::Response<GetSubsetsResponse> {
 class LUMO_API GetSubsetsImpl
     : public lumo::BrowseOperation<GetSubsetsImpl, GetSubsets, GetSubsetsResponse> {
  public:
-  static inline std::string const Name = "GetSubsets";
+  static constexpr char Name[] = "GetSubsets";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent. The method hides the request class of
   /// the same name, which callers name as usual.

@@ -64,7 +64,7 @@ class LUMO_API GetTablesResponse : public lumo::Response<GetTablesResponse> {
 class LUMO_API GetTablesImpl
     : public lumo::BrowseOperation<GetTablesImpl, GetTables, GetTablesResponse> {
  public:
-  static inline std::string const Name = "GetTables";
+  static constexpr char Name[] = "GetTables";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void RequestTables(SmartPtr<GetTables> const& request, GetTablesResponse* response) {

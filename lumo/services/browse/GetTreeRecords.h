@@ -33,7 +33,7 @@ class LUMO_API GetTreeRecordsImpl
     : public lumo::BrowseOperation<GetTreeRecordsImpl, GetTreeRecordsRequest,
                                    GetTreeRecordsResponse> {
  public:
-  static inline std::string const Name = "GetTreeRecords";
+  static constexpr char Name[] = "GetTreeRecords";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void RequestTreeNodes(SmartPtr<GetTreeRecordsRequest> const& request,

@@ -78,8 +78,9 @@ class LUMO_API GetUnitConversionsImpl
     : public lumo::BrowseOperation<GetUnitConversionsImpl, GetUnitConversions,
                                    GetUnitConversionsResponse> {
  public:
-  static inline std::string const Name = "GetUnitConversions";
+  static constexpr char Name[] = "GetUnitConversions";
   using ServiceOperation::ServiceOperation;
+  std::string GetRootTagName() const override { return "GetUnitConversionsRequest"; }
   /// Fills `response`; a null request is logged and not sent. The method hides the request class
   /// of the same name, which callers name as usual.
   void GetUnitConversions(SmartPtr<::GetUnitConversions> const& request,

@@ -49,7 +49,7 @@ class LUMO_API GetUnitSystemsResponse
 class LUMO_API GetUnitSystemsImpl
     : public lumo::BrowseOperation<GetUnitSystemsImpl, GetUnitSystems, GetUnitSystemsResponse> {
  public:
-  static inline std::string const Name = "GetUnitSystems";
+  static constexpr char Name[] = "GetUnitSystems";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent. The method hides the request class
   /// of the same name, which callers name as usual.

@@ -39,8 +39,9 @@ class LUMO_API GetUnitsResponse : public lumo::Response<GetUnitsResponse> {
 class LUMO_API GetUnitsImpl
     : public lumo::BrowseOperation<GetUnitsImpl, GetUnits, GetUnitsResponse> {
  public:
-  static inline std::string const Name = "GetUnits";
+  static constexpr char Name[] = "GetUnits";
   using ServiceOperation::ServiceOperation;
+  std::string GetRootTagName() const override { return "GetUnitsRequest"; }
   /// Fills `response`; a null request is logged and not sent. The method hides the request class
   /// of the same name, which callers name as usual.
   void GetUnits(SmartPtr<::GetUnits> const& request, GetUnitsResponse* response) {

@@ -83,7 +83,7 @@ class LUMO_API GetRecordAttributesByRefImpl
                                        GetRecordAttributesByRefRequest,
                                        GetRecordAttributesByRefResponse> {
  public:
-  static inline std::string const Name = "GetRecordAttributesByRef";
+  static constexpr char Name[] = "GetRecordAttributesByRef";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void RequestRecordAttributesByRef(SmartPtr<GetRecordAttributesByRefRequest> const& request,

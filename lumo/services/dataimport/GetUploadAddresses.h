@@ -54,8 +54,9 @@ class LUMO_API GetUploadAddressesImpl
     : public lumo::DataImportOperation<GetUploadAddressesImpl, GetUploadAddressesRequest,
                                        GetUploadAddressesResponse> {
  public:
-  static inline std::string const Name = "GetUploadAddresses";
+  static constexpr char Name[] = "GetUploadAddresses";
   using ServiceOperation::ServiceOperation;
+  std::string GetRootTagName() const override { return "GetUploadAddressesRequest"; }
   /// Fills `response`; a null request is logged and not sent.
   void GetUploadAddresses(SmartPtr<GetUploadAddressesRequest> const& request,
                           GetUploadAddressesResponse* response) {

@@ -73,8 +73,10 @@ class LUMO_API ModifyRecordLinksImpl
     : public lumo::DataImportOperation<ModifyRecordLinksImpl, ModifyRecordLinksRequest,
                                        ModifyRecordLinksResponse> {
  public:
-  static inline std::string const Name = "ModifyRecordLinks";
+  static constexpr char Name[] = "ModifyRecordLinks";
+  static constexpr bool Writes = true;
   using ServiceOperation::ServiceOperation;
+  std::string GetRootTagName() const override { return "ModifyRecordLinksRequest"; }
   /// Fills `response`; a null request is logged and not sent.
   void ModifyRecordLinks(SmartPtr<ModifyRecordLinksRequest> const& request,
                          ModifyRecordLinksResponse* response) {

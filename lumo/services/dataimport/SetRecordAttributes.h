@@ -56,8 +56,10 @@ class LUMO_API SetRecordAttributesImpl
     : public lumo::DataImportOperation<SetRecordAttributesImpl, SetRecordAttributesRequest,
                                        SetRecordAttributesResponse> {
  public:
-  static inline std::string const Name = "SetRecordAttributes";
+  static constexpr char Name[] = "SetRecordAttributes";
+  static constexpr bool Writes = true;
   using ServiceOperation::ServiceOperation;
+  std::string GetRootTagName() const override { return "SetRecordAttributesRequest"; }
   /// Fills `response`; a null request is logged and not sent.
   void SetRecordAttributes_Request(SmartPtr<SetRecordAttributesRequest> const& request,
                                    SetRecordAttributesResponse* response) {

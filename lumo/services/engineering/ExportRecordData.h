@@ -88,8 +88,9 @@ class LUMO_API ExportRecordDataImpl
     : public lumo::EngineeringOperation<ExportRecordDataImpl, ExportRecordDataRequest,
                                         ExportRecordDataResponse> {
  public:
-  static inline std::string const Name = "ExportRecordData";
+  static constexpr char Name[] = "ExportRecordData";
   using ServiceOperation::ServiceOperation;
+  std::string GetResponseTagName() const override { return "text"; }
   /// Fills `response`; a null request is logged and not sent.
   void ExportRecordData(SmartPtr<ExportRecordDataRequest> const& request,
                         ExportRecordDataResponse* response) {

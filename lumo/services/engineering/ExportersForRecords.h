@@ -51,7 +51,7 @@ class LUMO_API ExportersForRecordsImpl
     : public lumo::EngineeringOperation<ExportersForRecordsImpl, ExportersForRecordsRequest,
                                         ExportersForRecordsResponse> {
  public:
-  static inline std::string const Name = "ExportersForRecords";
+  static constexpr char Name[] = "ExportersForRecords";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void GetExportersForRecords(SmartPtr<ExportersForRecordsRequest> const& request,

@@ -52,7 +52,7 @@ class LUMO_API GetAvailableExportersImpl
     : public lumo::EngineeringOperation<GetAvailableExportersImpl, GetAvailableExportersRequest,
                                         GetAvailableExportersResponse> {
  public:
-  static inline std::string const Name = "GetAvailableExporters";
+  static constexpr char Name[] = "GetAvailableExporters";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void GetAvailableExporters(SmartPtr<GetAvailableExportersRequest> const& request,

@@ -79,7 +79,7 @@ class LUMO_API GetExporterParametersImpl
     : public lumo::EngineeringOperation<GetExporterParametersImpl, GetExporterParametersRequest,
                                         GetExporterParametersResponse> {
  public:
-  static inline std::string const Name = "GetExporterParameters";
+  static constexpr char Name[] = "GetExporterParameters";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void GetExporterParameters(SmartPtr<GetExporterParametersRequest> const& request,

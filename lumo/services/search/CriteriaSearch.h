@@ -28,8 +28,9 @@ class LUMO_API CriteriaSearch : public lumo::SearchRequest<CriteriaSearch> {
 class LUMO_API CriteriaSearchImpl
     : public lumo::SearchOperation<CriteriaSearchImpl, CriteriaSearch, SimpleTextSearchResponse> {
  public:
-  static inline std::string const Name = "CriteriaSearch";
+  static constexpr char Name[] = "CriteriaSearch";
   using ServiceOperation::ServiceOperation;
+  std::string GetResponseTagName() const override { return "SimpleTextSearchResponse"; }
   /// Fills `response`; a null request is logged and not sent.
   void Search(SmartPtr<CriteriaSearch> const& request, SimpleTextSearchResponse* response) {
     Call(request, response);

@@ -50,8 +50,9 @@ class LUMO_API RecordNameSearchImpl
     : public lumo::SearchOperation<RecordNameSearchImpl, RecordNameSearchRequest,
                                    SimpleTextSearchResponse> {
  public:
-  static inline std::string const Name = "RecordNameSearch";
+  static constexpr char Name[] = "RecordNameSearch";
   using ServiceOperation::ServiceOperation;
+  std::string GetResponseTagName() const override { return "SimpleTextSearchResponse"; }
   /// Fills `response`; a null request is logged and not sent.
   void RecordNameSearch(SmartPtr<RecordNameSearchRequest> const& request,
                         SimpleTextSearchResponse* response) {

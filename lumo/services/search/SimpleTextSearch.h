@@ -55,7 +55,7 @@ class LUMO_API SimpleTextSearchImpl
     : public lumo::SearchOperation<SimpleTextSearchImpl, SimpleTextSearch,
                                    SimpleTextSearchResponse> {
  public:
-  static inline std::string const Name = "SimpleTextSearch";
+  static constexpr char Name[] = "SimpleTextSearch";
   using ServiceOperation::ServiceOperation;
   /// Fills `response`; a null request is logged and not sent.
   void Search(SmartPtr<SimpleTextSearch> const& request, SimpleTextSearchResponse* response) {
