@@ -1,7 +1,6 @@
 #pragma once
 
 #include <exception>
-#include <memory>
 #include <string>
 
 #include <lumo/LumoServiceLayer.h>
@@ -31,20 +30,6 @@ std::string PasswordOf(ServerOptions const& options);
 
 /// Throws `UsageFailure` unless the text is an address for http or https.
 void CheckUrl(std::string const& url);
-
-/// A sandbox server inside this process; it ends with the object.
-class InnerSandbox {
- public:
-  /// Keeps the data in that file, or in memory for ":memory:". Throws `UsageFailure` when it
-  /// cannot.
-  explicit InnerSandbox(std::string const& file);
-  ~InnerSandbox();
-  std::string const& Url() const;
-
- private:
-  struct Parts;
-  std::unique_ptr<Parts> m_parts;
-};
 
 /// One connection to the server; a thread has one of its own. Every way in which a call can fail
 /// ends in a `Failure` that says in one line what is wrong.

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "cli/Commands.h"
+#include "cli/InnerSandbox.h"
 #include "cli/Interrupt.h"
 #include "cli/Text.h"
 

@@ -3,6 +3,8 @@
 /// The one include that a caller needs.
 
 #include "lumo/Version.h"
+#include "lumo/facade/LumoServiceLayerServices.h"
+#include "lumo/facade/kpxtkLumoServiceLayer.h"
 #include "lumo/platform/core/Counted.h"
 #include "lumo/platform/core/Export.h"
 #include "lumo/platform/core/ILogger.h"
@@ -101,13 +103,11 @@
 #include "lumo/session/LumoSLAuth_Annonymous.h"
 #include "lumo/session/LumoSLAuth_Authenticated.h"
 #include "lumo/session/LumoSLAuth_AutoLoginAuth.h"
-#include "lumo/session/LumoServiceLayerServices.h"
 #include "lumo/session/LumoSession.h"
 #include "lumo/session/Operation.h"
 #include "lumo/session/OperationBase.h"
 #include "lumo/session/ServiceLayerResponse.h"
 #include "lumo/session/ServiceOperation.h"
-#include "lumo/session/kpxtkLumoServiceLayer.h"
 #include "lumo/types/AttributeIdentifier.h"
 #include "lumo/types/AttributeReference.h"
 #include "lumo/types/BinaryDataRepresentations.h"

@@ -1,4 +1,5 @@
-add_test(NAME includes.KeepTheirDirection COMMAND ${PROJECT_SOURCE_DIR}/scripts/check-includes)
+add_test(NAME includes.KeepTheirDirection COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/includes.sh
+  ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_BINARY_DIR}/includes)
 
 # What a user does with the library; sanitized builds are not installed.
 if(LUMO_BUILD_SANDBOX AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")

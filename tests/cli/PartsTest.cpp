@@ -9,6 +9,7 @@
 #include <mutex>
 
 #include "cli/Csv.h"
+#include "cli/InnerSandbox.h"
 #include "cli/Plot.h"
 #include "cli/Text.h"
 #include "cli/Values.h"

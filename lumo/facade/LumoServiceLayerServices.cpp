@@ -1,4 +1,4 @@
-#include "lumo/session/LumoServiceLayerServices.h"
+#include "lumo/facade/LumoServiceLayerServices.h"
 
 SmartPtr<LumoServiceLayerServices> LumoServiceLayerServices::CreateOne(
     std::string const& url, SmartPtr<ILumoSLAuthModule> const& auth) {

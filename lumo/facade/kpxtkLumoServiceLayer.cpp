@@ -1,4 +1,4 @@
-#include "lumo/session/kpxtkLumoServiceLayer.h"
+#include "lumo/facade/kpxtkLumoServiceLayer.h"
 
 #include "lumo/services/browse/AttributeDetail.h"
 #include "lumo/services/browse/ParameterDetail.h"

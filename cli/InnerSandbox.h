@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace cli {
+
+/// A sandbox server inside this process; it ends with the object.
+class InnerSandbox {
+ public:
+  /// Keeps the data in that file, or in memory for ":memory:". Throws `UsageFailure` when it
+  /// cannot.
+  explicit InnerSandbox(std::string const& file);
+  ~InnerSandbox();
+  std::string const& Url() const;
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> m_parts;
+};
+
+}  // namespace cli
