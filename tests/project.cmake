@@ -10,7 +10,9 @@ if(LUMO_BUILD_SANDBOX AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
 endif()
 if(LUMO_BUILD_SANDBOX)
   lumo_add_tests(sandbox_tests
-    sandbox/Sandbox.cpp sandbox/BrowseTest.cpp sandbox/CycleTest.cpp sandbox/SandboxTest.cpp
+    support/EveryOperation.cpp
+    sandbox/Sandbox.cpp sandbox/BrowseTest.cpp sandbox/CycleTest.cpp sandbox/NamespaceTest.cpp
+    sandbox/SandboxTest.cpp
     sandbox/ServerTest.cpp)
   find_package(CURL REQUIRED)
   target_link_libraries(sandbox_tests PRIVATE lumo_sandbox_parts CURL::libcurl)

@@ -1,5 +1,6 @@
 lumo_add_tests(wire
   support/Main.cpp
+  support/EveryOperation.cpp
   support/RawServer.cpp
   platform/HttpClientTest.cpp
   session/CallTest.cpp

@@ -2,6 +2,10 @@
 
 #include "lumo/platform/core/WideText.h"
 
+SmartPtr<LumoSLAuth_Authenticated> LumoSLAuth_Authenticated::CreateOne() {
+  return {new LumoSLAuth_Authenticated("", "")};
+}
+
 SmartPtr<ILumoSLAuthModule> LumoSLAuth_Authenticated::CreateOne(std::string const& username,
                                                                 std::string const& password) {
   return {new LumoSLAuth_Authenticated(username, password)};

@@ -8,6 +8,8 @@
 /// are UTF-8.
 class LUMO_API LumoSLAuth_Authenticated : public ILumoSLAuthModule {
  public:
+  /// With empty texts, which `InitialiseCredentials` replaces.
+  static SmartPtr<LumoSLAuth_Authenticated> CreateOne();
   static SmartPtr<ILumoSLAuthModule> CreateOne(std::string const& username,
                                                std::string const& password);
   static SmartPtr<ILumoSLAuthModule> CreateOne(std::string const& domain,

@@ -18,6 +18,7 @@ SmartPtr<LumoSession> LumoSession::CreateOneWithLogger(std::string const& url,
 LumoSession::LumoSession(std::string const& url, SmartPtr<ILumoSLAuthModule> const& auth,
                          ILogger* logger)
     : m_interfaceVersion("16/01"),
+      m_namespaceBase(GetVendorNamespaceBase()),
       m_url(lumo::ToWide(url)),
       m_authentication(auth),
       m_logger(logger) {
@@ -32,7 +33,12 @@ std::string LumoSession::GetVendorNamespaceBase() {
 }
 
 std::string LumoSession::GetZorandBaseTypeDefinition() const {
-  return GetVendorNamespaceBase() + m_interfaceVersion + "/ZorandBaseTypes";
+  return m_namespaceBase + m_interfaceVersion + "/ZorandBaseTypes";
+}
+
+void LumoSession::SetVendorNamespaceBase(std::string const& base) {
+  m_namespaceBase = base.empty() ? GetVendorNamespaceBase() : base;
+  if (m_namespaceBase.back() != '/') m_namespaceBase += '/';
 }
 
 void LumoSession::CreateHttpClientPtr() {
@@ -54,6 +60,7 @@ void LumoSession::SetTimeouts(int resolve, int connect, int send, int receive) {
 
 void LumoSession::FillRequestHeaders(SmartPtr<HttpMessage> const& message,
                                      std::string const& soapAction) const {
+  if (!message) return;
   message->SetRequestVerb(eHttpVerb_Post);
   message->AddRequestHeader("Accept", eHttpMimeType_ToString(eHttpMimeType_TextXml));
   message->AddRequestHeader("Connection", "keep-alive");

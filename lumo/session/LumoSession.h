@@ -25,9 +25,10 @@ class LUMO_API LumoSession : public SmartPtrTarget_ts {
   std::wstring GetUrl() const { return m_url; }
   /// Version of the service layer that this library speaks: "16/01".
   std::string GetInterfaceVersion() const { return m_interfaceVersion; }
-  /// Base of the vendor's namespaces, ending in "/"; fixed when the library is built.
+  /// Base of the vendor's namespaces where a session sets none, ending in "/": what the library was
+  /// built with. The base of a session is `GetNamespaceBase`.
   static std::string GetVendorNamespaceBase();
-  /// Namespace of the base types, bound to the prefix "zbt" in every request.
+  /// Namespace of the base types in this session, bound to the prefix "zbt" in every request.
   std::string GetZorandBaseTypeDefinition() const;
   SmartPtr<HttpClient> HttpClientPtr() const { return m_client; }
   ILogger* GetLogger() const { return m_logger; }
@@ -48,12 +49,17 @@ class LUMO_API LumoSession : public SmartPtrTarget_ts {
   void SetActAsReadUser(HeaderVals::eOptionalBool actAsReadUser) {
     m_actAsReadUser = actAsReadUser;
   }
+  /// Base of the vendor's namespaces in this session, `GetVendorNamespaceBase()` by default. A text
+  /// that does not end in "/" gets one; the empty text brings the default back. Services copy it
+  /// when they are made, so that sessions with servers of several vendors live in one process.
+  std::string const& GetNamespaceBase() const { return m_namespaceBase; }
+  void SetVendorNamespaceBase(std::string const& base);
   /// Name under which the application shows at the server; not sent when empty. Operation objects
   /// copy it into the SOAP header when they are made; the HTTP header follows at once.
   std::string const& GetApplicationName() const { return m_applicationName; }
   void SetApplicationName(std::string const& name) { m_applicationName = name; }
 
-  /// Sets the verb and the headers that every call carries.
+  /// Sets the verb and the headers that every call carries; does nothing with a null message.
   void FillRequestHeaders(SmartPtr<HttpMessage> const& message,
                           std::string const& soapAction) const;
   /// Whether the server answers with success at its root. `status`, which may be null, receives
@@ -62,6 +68,7 @@ class LUMO_API LumoSession : public SmartPtrTarget_ts {
 
  private:
   std::string m_interfaceVersion;
+  std::string m_namespaceBase;
   std::wstring m_url;
   SmartPtr<HttpClient> m_client;
   SmartPtr<ILumoSLAuthModule> m_authentication;

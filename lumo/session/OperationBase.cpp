@@ -39,6 +39,8 @@ OperationBase::OperationBase(LumoSession* session, std::string const& serviceNam
                              std::string const& prefix)
     : m_session(session), m_namespace(serviceNamespace), m_prefix(prefix) {
   if (session == nullptr) return;
+  m_baseTypesNamespace = session->GetZorandBaseTypeDefinition();
+  m_headerNamespace = session->GetNamespaceBase() + "headers";
   m_actAsReadUser = session->GetActAsReadUser();
   m_applicationName = session->GetApplicationName();
 }
@@ -56,12 +58,12 @@ SmartPtr<HttpMessage> OperationBase::BuildRequestHandle(SmartPtr<IRequest> const
 
 void OperationBase::BuildRequest(SmartPtr<HttpMessage> const& message,
                                  SmartPtr<IRequest> const& request) const {
-  if (m_session == nullptr) return;  // nothing can be sent
+  if (m_session == nullptr || !message) return;  // nothing can be sent
   m_session->FillRequestHeaders(message, m_namespace + "/" + GetOperationName() + "Request");
 
   auto const document = std::make_unique<XmlDocument<char>>();
   XmlNode<char>* const envelopeNode =
-      XMLUtilites::CreateSOAPHeader(document.get(), m_session->GetZorandBaseTypeDefinition());
+      XMLUtilites::CreateSOAPHeader(document.get(), m_baseTypesNamespace, m_headerNamespace);
   lumo::NodeWriter envelope(envelopeNode);
   envelope.Attribute("xmlns:" + m_prefix, m_namespace);
   PopulateHeaderNode(envelope.Into("soapenv:Header").Node(), document.get());

@@ -23,6 +23,7 @@ class LUMO_API OperationBase : public SmartPtrTarget_ts {
 
   /// A message with headers and envelope; the body stays empty for a null request.
   SmartPtr<HttpMessage> BuildRequestHandle(SmartPtr<IRequest> const& request) const;
+  /// Fills the message; does nothing with a null one.
   void BuildRequest(SmartPtr<HttpMessage> const& message, SmartPtr<IRequest> const& request) const;
   void PopulateHeaderNode(XmlNode<char>* header, XmlDocument<char>* document) const;
 
@@ -65,6 +66,8 @@ class LUMO_API OperationBase : public SmartPtrTarget_ts {
  private:
   LumoSession* m_session;
   std::string m_namespace;
+  std::string m_baseTypesNamespace;
+  std::string m_headerNamespace;
   std::string m_prefix;
   HeaderVals::eOptionalBool m_actAsReadUser = HeaderVals::NotSet;
   std::string m_applicationName;

@@ -9,7 +9,10 @@ std::string Endpoint::Namespace(std::string const& version) const {
 }
 
 std::string Endpoint::Namespace(LumoSession const* session) const {
-  return Namespace(session == nullptr ? std::string() : session->GetInterfaceVersion());
+  if (session == nullptr) return {};
+  return std::string(session->GetNamespaceBase())
+      .append(session->GetInterfaceVersion())
+      .append(segment);
 }
 
 }  // namespace lumo

@@ -13,9 +13,9 @@ struct Endpoint {
   std::string_view segment;  ///< end of the service's namespace
   std::string_view prefix;   ///< bound to that namespace in requests
 
-  /// The service's namespace for an interface version such as "16/01".
+  /// The service's namespace below the build's base, for an interface version such as "16/01".
   LUMO_API std::string Namespace(std::string const& version) const;
-  /// The same for the version that the session speaks.
+  /// The service's namespace in a session; empty for null.
   LUMO_API std::string Namespace(LumoSession const* session) const;
 };
 

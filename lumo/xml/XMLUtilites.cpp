@@ -90,13 +90,19 @@ XmlAttribute<char>* XMLUtilites::CreateAttr(std::string const& name, double valu
 
 XmlNode<char>* XMLUtilites::CreateSOAPHeader(XmlDocument<char>* document,
                                              std::string const& baseTypesNamespace) {
+  return CreateSOAPHeader(document, baseTypesNamespace,
+                          std::string(lumo::VendorNamespaceBase()) + "headers");
+}
+
+XmlNode<char>* XMLUtilites::CreateSOAPHeader(XmlDocument<char>* document,
+                                             std::string const& baseTypesNamespace,
+                                             std::string const& headerNamespace) {
   if (document == nullptr) return nullptr;
   XmlNode<char>* declaration = document->allocate_node(rapidxml::node_declaration);
   declaration->append_attribute(MakeAttr("version", "1.0", document));
   declaration->append_attribute(MakeAttr("encoding", "UTF-8", document));
   document->append_node(declaration);
 
-  std::string const headerNamespace = std::string(lumo::VendorNamespaceBase()) + "headers";
   XmlNode<char>* envelope = MakeNode("soapenv:Envelope", "", document);
   envelope->append_attribute(MakeAttr("xmlns:zbt", baseTypesNamespace, document));
   envelope->append_attribute(MakeAttr("xmlns:soapenv", lumo::kSoapEnvelopeNamespace, document));

@@ -40,9 +40,13 @@ class LUMO_API XMLUtilites {
                                         XmlDocument<char>* document);
 
   /// Appends the XML declaration and an empty SOAP 1.1 envelope with its namespaces; returns the
-  /// envelope, null for a null document.
+  /// envelope, null for a null document. The namespace of the headers is the vendor's of the build
+  /// where none is given.
   static XmlNode<char>* CreateSOAPHeader(XmlDocument<char>* document,
                                          std::string const& baseTypesNamespace);
+  static XmlNode<char>* CreateSOAPHeader(XmlDocument<char>* document,
+                                         std::string const& baseTypesNamespace,
+                                         std::string const& headerNamespace);
 
   /// Parses a copy of the bytes; they need no terminating zero, and a UTF-8 byte order mark is
   /// skipped. On malformed input, on more than 512 nested elements and on a zero byte it calls

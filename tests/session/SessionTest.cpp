@@ -6,7 +6,9 @@
 #include "tests/support/RawServer.h"
 #include "tests/support/Session.h"
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::SizeIs;
 
 namespace {
@@ -113,6 +115,13 @@ TEST(Session, JoinsDomainAndUser) {
   EXPECT_EQ(module.GetUserName(), "D\\w");
 }
 
+TEST(Session, RefusesNullMessages) {
+  auto const session = LumoSession::CreateOne("http://x", nullptr);
+  session->FillRequestHeaders(nullptr, "action");
+  GetTablesImpl(session.get()).BuildRequest(nullptr, TablesOf("K"));
+  EXPECT_EQ(LumoSLAuth_Authenticated::CreateOne()->GetUserName(), "");
+}
+
 TEST(Session, DropsInvalidBytesOfTheUrl) {
   auto const session = LumoSession::CreateOne("http://\xFFx\xC3\xA9/", nullptr);
   EXPECT_EQ(session->GetUrl(), L"http://x\u00E9/");
@@ -145,6 +154,23 @@ TEST(Services, HaveTheirNamespaces) {
             base + "EngineeringData");
   EXPECT_EQ(LumoSession::CreateOne("", nullptr)->GetZorandBaseTypeDefinition(),
             base + "ZorandBaseTypes");
+}
+
+TEST(Services, CopyTheNamespaceOfTheirSession) {
+  RawServer const server(Replies({HttpReply("200 OK", kTablesReply)}));
+  auto const session = LumoSession::CreateOne(server.Url(), nullptr);
+  session->SetVendorNamespaceBase("urn:v&w");
+  EXPECT_EQ(session->GetNamespaceBase(), "urn:v&w/");
+  EXPECT_EQ(session->GetZorandBaseTypeDefinition(), "urn:v&w/16/01/ZorandBaseTypes");
+  LumoServiceLayerServices const services(session);
+  session->SetVendorNamespaceBase("");
+  EXPECT_EQ(session->GetNamespaceBase(), LumoSession::GetVendorNamespaceBase());
+  EXPECT_TRUE(OutcomeOf(*services.GetBrowseService()->GetGetTablesImpl())->Succeeded());
+  EXPECT_THAT(server.Requests()[0],
+              AllOf(HasSubstr("\r\nSOAPAction: urn:v&w/16/01/Browse/GetTablesRequest\r\n"),
+                    HasSubstr(" xmlns:zbt=\"urn:v&amp;w/16/01/ZorandBaseTypes\""),
+                    HasSubstr(" xmlns:header=\"urn:v&amp;w/headers\""),
+                    HasSubstr(" xmlns:brow=\"urn:v&amp;w/16/01/Browse\"")));
 }
 
 TEST(Services, OutliveTheFacadeAsLongAsTheyAreHeld) {
