@@ -50,33 +50,6 @@ SmartPtr<ILumoSLAuthModule> LogOnOf(ServerOptions const& options, std::string co
              : LumoSLAuth_Authenticated::CreateOne(options.domain, options.user, password);
 }
 
-/// Throws `Failure` unless the reply holds a response: an HTML page may well be well-formed XML,
-/// and a fault may come with the status of success.
-void CheckBody(std::string const& reply) {
-  std::size_t const body = reply.find("<s:Body");
-  std::size_t const begin = body == std::string::npos ? body : reply.find('<', body + 1);
-  std::string const name =
-      begin == std::string::npos
-          ? ""
-          : reply.substr(begin + 1, reply.find_first_of(" />", begin + 1) - begin - 1);
-  std::string const local = name.substr(name.find(':') + 1);
-  std::size_t const text = reply.find("<faultstring");
-  if (local == "Fault" && text != std::string::npos) {
-    std::size_t const from = reply.find('>', text) + 1;
-    throw Failure(ExitCode::ServerFault,
-                  "the server says: " + OneLine(reply.substr(from, reply.find('<', from) - from)));
-  }
-  constexpr std::string_view kResponse = "Response";
-  bool const isResponse = local == "text" || (local.size() > kResponse.size() &&
-                                              local.compare(local.size() - kResponse.size(),
-                                                            kResponse.size(), kResponse) == 0);
-  if (isResponse) return;
-  throw Failure(ExitCode::NotUnderstood,
-                reply.empty() ? "the reply is empty"
-                              : "the reply holds no response: " + OneLine(reply.substr(0, 80)));
-}
-
-constexpr int kOk = 200;
 constexpr int kUnauthorized = 401;
 constexpr int kForbidden = 403;
 
@@ -108,12 +81,14 @@ void CheckUrl(std::string const& url) {
   if (name != "http" && name != "https") throw UsageFailure(url + " is no address of a server");
 }
 
-void Connection::CallLog::Log(int level, std::string const& message) {
-  if (level <= 1) {
-    m_error = message;
-  } else if (m_isVerbose) {
-    std::cerr << message + '\n';
+void CheckNamespace(std::string const& base) {
+  if (base.find_first_of(" \t\r\n\"<>") != std::string::npos) {
+    throw UsageFailure("--namespace takes a URI such as http://www.example.com/lumo/");
   }
+}
+
+void Connection::CallLog::Log(int level, std::string const& message) {
+  if (m_isVerbose && level > 1) std::cerr << message + '\n';
 }
 
 Connection::Connection(ServerOptions const& options, std::string const& password)
@@ -121,6 +96,7 @@ Connection::Connection(ServerOptions const& options, std::string const& password
         auto session =
             LumoSession::CreateOneWithLogger(options.url, LogOnOf(options, password), &m_log);
         session->SetApplicationName("lumo");
+        session->SetVendorNamespaceBase(options.namespaceBase);
         int const silence = options.timeoutSeconds * 1000;
         session->SetTimeouts(10'000, silence == 0 ? 0 : std::min(silence, 60'000), silence,
                              silence);
@@ -134,8 +110,10 @@ Connection::Connection(ServerOptions const& options, std::string const& password
 
 void Connection::Check(ServiceLayerResponse const& outcome) const {
   StopWhenInterrupted();
+  if (outcome.Succeeded()) return;
+  CallOutcomes::eCallOutcome const what = outcome.GetOutcome();
   int const code = outcome.GetResponseCode();
-  if (!outcome.GetTransportError().empty()) {
+  if (what == CallOutcomes::NoReply) {
     throw Failure(ExitCode::Transport,
                   "no reply from " + m_url + ": " + outcome.GetTransportError());
   }
@@ -143,14 +121,16 @@ void Connection::Check(ServiceLayerResponse const& outcome) const {
     throw Failure(ExitCode::LogOnRefused, "the server refuses the log-on (status " +
                                               std::to_string(code) + "); see --user");
   }
-  std::string const fault = outcome.GetErrorMessage();
-  if (!fault.empty()) throw Failure(ExitCode::ServerFault, "the server says: " + OneLine(fault));
-  if (code != kOk) {
+  if (what == CallOutcomes::Fault || what == CallOutcomes::FaultInSuccess) {
+    std::string const& text = outcome.GetFaultText();
+    throw Failure(ExitCode::ServerFault,
+                  "the server says: " + OneLine(text.empty() ? outcome.GetFaultCode() : text));
+  }
+  if (what == CallOutcomes::OtherStatus) {
     throw Failure(ExitCode::ServerFault, "the server answers with status " + std::to_string(code) +
                                              "; is " + m_url + " its service layer?");
   }
-  if (!m_log.Error().empty()) throw Failure(ExitCode::NotUnderstood, OneLine(m_log.Error()));
-  CheckBody(outcome.GetResponseMessage());
+  throw Failure(ExitCode::NotUnderstood, OneLine(outcome.ErrorText()));
 }
 
 }  // namespace cli

@@ -12,6 +12,7 @@ namespace cli {
 /// Which server, and how to log on.
 struct ServerOptions {
   std::string url;
+  std::string namespaceBase;  ///< the vendor's; empty for the one that was built in
   bool useSandbox = false;
   std::string sandboxFile = ":memory:";
   std::string user;  ///< empty for an anonymous log-on
@@ -30,6 +31,9 @@ std::string PasswordOf(ServerOptions const& options);
 
 /// Throws `UsageFailure` unless the text is an address for http or https.
 void CheckUrl(std::string const& url);
+
+/// Throws `UsageFailure` when the text cannot begin a namespace.
+void CheckNamespace(std::string const& base);
 
 /// One connection to the server; a thread has one of its own. Every way in which a call can fail
 /// ends in a `Failure` that says in one line what is wrong.
@@ -56,7 +60,6 @@ class Connection {
   template <class Response, class Call>
   SmartPtr<Response> Ask(Call call) {
     SmartPtr<Response> response = Response::CreateOne();
-    m_log.Clear();
     try {
       call(response.get());
     } catch (std::exception const& error) {  // a value in the reply does not convert
@@ -68,17 +71,14 @@ class Connection {
   }
 
  private:
-  /// Keeps the error of a call, and shows the times of calls when asked to.
+  /// Shows the times of calls when asked to; what goes wrong is in the outcome.
   class CallLog : public ILogger {
    public:
     explicit CallLog(bool isVerbose) : m_isVerbose(isVerbose) {}
     void Log(int level, std::string const& message) override;
-    void Clear() { m_error.clear(); }
-    std::string const& Error() const { return m_error; }
 
    private:
     bool m_isVerbose;
-    std::string m_error;
   };
 
   void Check(ServiceLayerResponse const& outcome) const;

@@ -9,13 +9,20 @@
 namespace cli {
 
 struct InnerSandbox::Parts {
-  explicit Parts(std::string const& file) : store(file, sandbox::Content::Full), server(store) {}
+  Parts(std::string const& file, std::string const& namespaceBase)
+      : store(file, sandbox::Content::Full), server(store, OptionsFor(namespaceBase)) {}
+  static sandbox::ServerOptions OptionsFor(std::string const& namespaceBase) {
+    sandbox::ServerOptions options;
+    options.namespaceBase = namespaceBase;
+    return options;
+  }
   sandbox::Store store;
   sandbox::Server server;
   std::string url;
 };
 
-InnerSandbox::InnerSandbox(std::string const& file) try : m_parts(std::make_unique<Parts>(file)) {
+InnerSandbox::InnerSandbox(std::string const& file, std::string const& namespaceBase) try
+    : m_parts(std::make_unique<Parts>(file, namespaceBase)) {
   m_parts->url = "http://127.0.0.1:" + std::to_string(m_parts->server.Start(0));
 } catch (std::exception const& error) {
   throw UsageFailure("cannot keep a sandbox in " + file + ": " + error.what());

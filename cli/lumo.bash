@@ -15,7 +15,7 @@ _lumo() {
   local command='' places=() i
   for ((i = 1; i < COMP_CWORD; ++i)); do
     case ${COMP_WORDS[i]} in
-      --url | --user | --domain | --password-file | --ca-file | --proxy | --timeout | --sandbox-file | \
+      --url | --namespace | --user | --domain | --password-file | --ca-file | --proxy | --timeout | --sandbox-file | \
         -t | --text | -w | --where | -n | --name | -a | --attribute | --folder | --subset | --depth | \
         --from | --unit-system | --currency | -j | --jobs | --chunk | -f | --format | -o | --output | \
         -e | --exporter | -p | --parameter)

@@ -16,25 +16,6 @@
 
 namespace cli {
 
-std::unique_ptr<Connection> Context::Connect() {
-  if (!m_hasPassword) {
-    m_password = PasswordOf(server);
-    m_hasPassword = true;
-  }
-  return std::make_unique<Connection>(server, m_password);
-}
-
-std::vector<std::unique_ptr<Connection>> Context::ConnectAll() {
-  std::vector<std::unique_ptr<Connection>> connections;
-  connections.reserve(static_cast<std::size_t>(jobs));
-  for (int i = 0; i < jobs; ++i) connections.push_back(Connect());
-  return connections;
-}
-
-void Context::Note(std::string const& text) const {
-  if (!isQuiet) std::cerr << text << '\n';
-}
-
 namespace {
 
 constexpr char kEnvironment[] = R"(Environment:
@@ -42,6 +23,7 @@ constexpr char kEnvironment[] = R"(Environment:
   LUMO_USER           like --user
   LUMO_PASSWORD       the password
   LUMO_PASSWORD_FILE  like --password-file
+  LUMO_NAMESPACE_BASE like --namespace
   NO_COLOR            no headings in bold
 
 Exit status:
@@ -108,7 +90,8 @@ class CommandLine {
     m_app.formatter(std::make_shared<HelpFormatter>());
     m_app.get_formatter()->column_width(32);
     m_app.get_formatter()->label("Positionals", "Arguments");
-    m_app.set_version_flag("--version", "lumo " LUMO_CLI_VERSION, "print the version");
+    m_app.set_version_flag("--version", "lumo " LUMO_CLI_VERSION,
+                           "print the version, with -v what it was built with");
     m_app.set_help_flag("-h,--help", "print this");
     m_app.fallthrough();
     m_app.footer(kEnvironment);
@@ -125,10 +108,11 @@ class CommandLine {
     if (!server.useSandbox && isUnnamed) {
       throw UsageFailure("no server: give --url or set LUMO_URL, or try --sandbox");
     }
+    CheckNamespace(server.namespaceBase);
     std::unique_ptr<InnerSandbox> sandbox;
     if (server.useSandbox) {
       server.user.clear();  // it wants none
-      sandbox = std::make_unique<InnerSandbox>(server.sandboxFile);
+      sandbox = std::make_unique<InnerSandbox>(server.sandboxFile, server.namespaceBase);
       server.url = sandbox->Url();
     }
     CheckUrl(server.url);
@@ -138,7 +122,14 @@ class CommandLine {
   }
 
   int Explain(CLI::ParseError const& error) {
-    if (error.get_exit_code() == 0) return m_app.exit(error);  // help and version
+    if (error.get_exit_code() == 0) {  // help and version
+      int const code = m_app.exit(error);
+      bool const isVersion = dynamic_cast<CLI::CallForVersion const*>(&error) != nullptr;
+      if (isVersion && m_app.count("--verbose") > 0) {
+        std::cout << "vendor namespace: " << LumoSession::GetVendorNamespaceBase() << '\n';
+      }
+      return code;
+    }
     return Told(ExitCode::Usage, std::string(error.what()) + "; see lumo --help");
   }
 
@@ -160,6 +151,11 @@ class CommandLine {
             },
             "like --sandbox, and keep its data in this file")
         ->type_name("FILE");
+    m_app
+        .add_option("--namespace", server.namespaceBase,
+                    "base of the server's namespaces, where it is not the built-in one")
+        ->envname("LUMO_NAMESPACE_BASE")
+        ->type_name("URI");
     m_app.add_option("--user", server.user, "user to log on as")
         ->envname("LUMO_USER")
         ->type_name("NAME");

@@ -117,9 +117,10 @@ TEST_F(CommandTest, UnderstandsOnlyResponses) {
   };
   constexpr Row kRows[] = {
       {"", 6, "the reply is empty"},
-      {"<html><body>Log on, please</body></html>", 6, "holds no response: <html>"},
-      {"<s:Envelope xmlns:s=\"x\"><s:Body><Other/></s:Body></s:Envelope>", 6, "holds no response"},
-      {"<s:Envelope xmlns:s=\"x\"><s:Body/></s:Envelope>", 6, "holds no response"},
+      {"<html><body>Log on, please</body></html>", 6, "has no GetDatabasesResponse: <html>"},
+      {"<s:Envelope xmlns:s=\"x\"><s:Body><Other/></s:Body></s:Envelope>", 6,
+       "has no GetDatabasesResponse"},
+      {"<s:Envelope xmlns:s=\"x\"><s:Body/></s:Envelope>", 6, "has no GetDatabasesResponse"},
       {"<s:Envelope xmlns:s=\"x\"><s:Body><s:Fault><faultcode>c</faultcode>"
        "<faultstring>broken</faultstring></s:Fault></s:Body></s:Envelope>",
        1, "the server says: broken"}};
@@ -128,6 +129,23 @@ TEST_F(CommandTest, UnderstandsOnlyResponses) {
     EXPECT_EQ(outcome.code, row.code) << row.body;
     EXPECT_THAT(outcome.error, HasSubstr(row.says)) << row.body;
   }
+}
+
+TEST_F(CommandTest, SpeaksTheNamespaceThatItIsGiven) {
+  sandbox::ServerOptions options;
+  options.namespaceBase = "http://vendor.example.com/";
+  Start(sandbox::Content::Minimal, options);
+  EXPECT_THAT(Run({"databases"}).error, HasSubstr("the server says: "));
+  for (std::string const base : {"http://vendor.example.com", "http://vendor.example.com/"}) {
+    EXPECT_EQ(Run({"databases", "--namespace", base}).error, "");
+    EXPECT_EQ(Run({"databases"}, {"LUMO_NAMESPACE_BASE=" + base}).code, 0);
+  }
+  EXPECT_EQ(Run({"databases", "--sandbox", "--namespace", "urn:x"}).code, 0);
+  EXPECT_EQ(Run({"databases", "--namespace", "a b"}).code, 2);
+  EXPECT_EQ(Run({"--version"}).out, "lumo " + std::string(LUMO_VERSION) + "\n");
+  std::string const more = "vendor namespace: " + LumoSession::GetVendorNamespaceBase() + "\n";
+  EXPECT_THAT(Run({"--version", "-v"}).out, EndsWith(more));
+  EXPECT_THAT(Run({"-v", "--version"}).out, EndsWith(more));
 }
 
 TEST_F(CommandTest, KeepsWhatWasDoneBeforeAFault) {

@@ -1,0 +1,44 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+
+#include "cli/Commands.h"
+#include "sandbox/Server.h"
+#include "sandbox/Store.h"
+#include "tests/cli/Command.h"
+#include "tests/support/ParseCounter.h"
+
+namespace {
+
+/// Lines of the server's log that tell of a request; bodies are indented.
+long RequestsIn(std::string const& log) {
+  std::istringstream lines(log);
+  long requests = 0;
+  for (std::string line; std::getline(lines, line);) requests += line.rfind(' ', 0) == 0 ? 0 : 1;
+  return requests;
+}
+
+}  // namespace
+
+TEST_F(CommandTest, ParsesEachReplyToGetOnce) {
+  std::ostringstream log;
+  sandbox::ServerOptions serverOptions;
+  serverOptions.log = &log;
+  Start(sandbox::Content::Minimal, serverOptions);
+  cli::Context context;
+  context.server.url = Url();
+  context.output.file = File("out.csv");
+  context.output.format = cli::Format::Csv;
+  context.isQuiet = true;
+  context.chunk = 1;
+  cli::GetOptions options;
+  options.what.database = "ENG_MATERIALS";
+  options.what.table = "Materials";
+  int const before = ParsedTexts();
+  Get(context, options);
+  long const requests = RequestsIn(log.str());
+  EXPECT_GT(requests, 5);
+  EXPECT_EQ(ParsedTexts() - before, requests);
+}
