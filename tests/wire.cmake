@@ -2,7 +2,9 @@ lumo_add_tests(wire
   support/Main.cpp
   support/EveryOperation.cpp
   support/RawServer.cpp
+  platform/HostileServerTest.cpp
   platform/HttpClientTest.cpp
+  platform/HttpReportTest.cpp
   session/CallTest.cpp
   session/EveryOperationTest.cpp
   session/SessionTest.cpp)

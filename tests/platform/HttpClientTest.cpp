@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "lumo/LumoServiceLayer.h"
-#include "tests/support/RawServer.h"
+#include "tests/support/Http.h"
 
 using testing::ElementsAre;
 using testing::Ge;
@@ -29,45 +29,6 @@ using testing::StartsWith;
 namespace {
 
 std::string const kSecret = "s3cr3t-w0rd";
-std::string const kFine = HttpReply("200 OK", "fine");
-
-SmartPtr<HttpClient> ClientOf(std::string const& url) {
-  auto client =
-      HttpClient::CreateOneFromURL(nullptr, std::wstring(url.begin(), url.end()), L"", L"", false);
-  client->SetTimeouts(5000, 5000, 5000, 5000);
-  return client;
-}
-
-SmartPtr<HttpMessage> Post(HttpClient& client, std::string const& body = "<a/>",
-                           bool isWrite = false) {
-  auto message = HttpMessage::CreateOne();
-  message->GetRequestBuffer()->SetMessage(body.data(), body.size());
-  message->SetIsWrite(isWrite);
-  client.SendRequest(L"/p", eHttpVerb_Post, message);
-  return message;
-}
-
-std::string HeaderOf(std::string const& request, std::string const& name) {
-  std::size_t const start = request.find("\r\n" + name + ": ");
-  if (start == std::string::npos) return {};
-  std::size_t const value = start + name.size() + 4;
-  return request.substr(value, request.find("\r\n", value) - value);
-}
-
-std::string Challenge(std::string const& methods) {
-  return HttpReply("401 Unauthorized", "<html>who?</html>", methods);
-}
-
-/// Milliseconds that `work` takes.
-template <class Work>
-long long Elapsed(Work work) {
-  auto const start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
-                                                               start)
-      .count();
-}
-
 constexpr int kLimitMs = 200;
 constexpr int kGraceMs = 500;
 
@@ -94,15 +55,47 @@ Gate& ResolverGate() {
   return gate;
 }
 
+/// A port of loopback whose queue is full, so that a new connection gets no answer.
+class FullListener {
+ public:
+  FullListener() {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* const any = reinterpret_cast<sockaddr*>(&address);
+    m_sockets.push_back(socket(AF_INET, SOCK_STREAM, 0));
+    EXPECT_EQ(bind(m_sockets[0], any, size), 0);
+    EXPECT_EQ(listen(m_sockets[0], 0), 0);
+    EXPECT_EQ(getsockname(m_sockets[0], any, &size), 0);
+    m_port = ntohs(address.sin_port);
+    for (int i = 0; i < 4; ++i) {
+      m_sockets.push_back(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
+      connect(m_sockets.back(), any, size);
+    }
+  }
+  ~FullListener() {
+    for (int const socket : m_sockets) close(socket);
+  }
+  FullListener(FullListener const&) = delete;
+  FullListener& operator=(FullListener const&) = delete;
+  std::string Url() const { return "http://127.0.0.1:" + std::to_string(m_port); }
+
+ private:
+  std::vector<int> m_sockets;
+  int m_port = 0;
+};
+
 }  // namespace
 
-/// Stands before the system's: one made-up name never resolves.
+/// Stands before the system's: one made-up name never resolves, another does not exist.
 extern "C" int getaddrinfo(char const* name, char const* service, addrinfo const* hints,
                            addrinfo** result) {
   if (name != nullptr && std::string(name) == "silent.test") {
     ResolverGate().Wait();
     return EAI_FAIL;
   }
+  if (name != nullptr && std::string(name) == "unknown.test") return EAI_NONAME;
   using Resolve = int (*)(char const*, char const*, addrinfo const*, addrinfo**);
   static auto const system = reinterpret_cast<Resolve>(dlsym(RTLD_NEXT, "getaddrinfo"));
   return system(name, service, hints, result);
@@ -147,12 +140,8 @@ TEST(LogOn, PrefersDigestAndNtlmToBasic) {
 }
 
 TEST(LogOn, OfAWriteByNtlmStaysOnItsConnection) {
-  // The challenge: header, empty target name, flags, eight bytes to be hashed.
-  std::string const asks = "WWW-Authenticate: NTLM ";
-  std::string const question =
-      "TlRMTVNTUAACAAAAAAAAADAAAAAFggIAASNFZ4mrze8AAAAAAAAAAAAAAAAwAAAA\r\n";
   RawServer const server(
-      Replies({Challenge("WWW-Authenticate: NTLM\r\n"), Challenge(asks + question), kFine}));
+      Replies({Challenge("WWW-Authenticate: NTLM\r\n"), Challenge(kNtlmQuestion), kFine}));
   auto const client = ClientOf(server.Url());
   client->ApplyCredentials(L"u", L"s3cr3t-w0rd");
   EXPECT_EQ(Post(*client, "<a/>", true)->GetStatusCode(), 200);
@@ -301,32 +290,16 @@ TEST(TimeOut, LeavesATricklingServerInPeace) {
 }
 
 TEST(TimeOut, EndsAConnectionThatNobodyAccepts) {
-  int const listener = socket(AF_INET, SOCK_STREAM, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  socklen_t size = sizeof address;
-  auto* const any = reinterpret_cast<sockaddr*>(&address);
-  ASSERT_EQ(bind(listener, any, size), 0);
-  ASSERT_EQ(listen(listener, 0), 0);
-  ASSERT_EQ(getsockname(listener, any, &size), 0);
-  std::vector<int> fillers;  // they fill the queue, so that later ones get no answer
-  for (int i = 0; i < 4; ++i) {
-    fillers.push_back(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
-    connect(fillers.back(), any, size);
-  }
+  FullListener const listener;
   RawServer const mute([](RawConnection& connection, int) { connection.WaitForClose(); });
   for (std::string const& url :
-       {"http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)),
-        "https://127.0.0.1:" + std::to_string(mute.Port())}) {  // no TLS handshake either
+       {listener.Url(), "https://127.0.0.1:" + std::to_string(mute.Port())}) {  // no TLS either
     auto const client = ClientOf(url);
     client->SetTimeouts(0, kLimitMs, 0, 0);
     long long const connecting = Elapsed(
         [&] { EXPECT_THAT(Post(*client)->GetTransportError(), HasSubstr("while connecting")); });
     EXPECT_LT(connecting, kLimitMs + kGraceMs);
   }
-  for (int const filler : fillers) close(filler);
-  close(listener);
 }
 
 TEST(TimeOut, EndsANameThatDoesNotResolve) {
@@ -335,6 +308,48 @@ TEST(TimeOut, EndsANameThatDoesNotResolve) {
   long long const resolving =
       Elapsed([&] { EXPECT_THAT(Post(*client)->GetTransportError(), HasSubstr("resolving")); });
   EXPECT_LT(resolving, kLimitMs + kGraceMs);
+  ResolverGate().Open();
+}
+
+TEST(Abort, EndsACallInEveryWait) {
+  std::string const large(16UL * 1024 * 1024, 'x');
+  FullListener const listener;
+  RawServer const mute([](RawConnection& connection, int) { connection.WaitForClose(); });
+  RawServer const unread([](RawConnection& connection, int) { connection.WaitForCloseUnread(); });
+  RawServer const half([](RawConnection& connection, int) {
+    connection.ReadRequest();
+    connection.Send("HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\nhalf");
+    connection.WaitForClose();
+  });
+  struct Wait {
+    std::string url;
+    std::string body;
+    eHttpPhase phase;
+  };
+  for (Wait const& wait :
+       {Wait{"http://silent.test", "", eHttpPhase_Resolving},
+        Wait{listener.Url(), "", eHttpPhase_Connecting},
+        Wait{"https://127.0.0.1:" + std::to_string(mute.Port()), "", eHttpPhase_Connecting},
+        Wait{unread.Url(), large, eHttpPhase_Sending}, Wait{mute.Url(), "", eHttpPhase_Receiving},
+        Wait{half.Url(), "", eHttpPhase_Receiving}}) {
+    auto const client = ClientOf(wait.url);
+    client->SetTimeouts(0, 0, 0, 0);
+    auto const start = std::chrono::steady_clock::now();
+    int asked = 0;
+    HttpTransportSettings settings;
+    settings.progress = [&](std::uint64_t, std::uint64_t) {
+      ++asked;
+      return std::chrono::steady_clock::now() - start < std::chrono::milliseconds(kLimitMs);
+    };
+    client->SetTransportSettings(settings);
+    long long const ended = Elapsed([&] {
+      auto const report = Post(*client, wait.body)->GetReport();
+      EXPECT_EQ(report->failure, eHttpFailure_Aborted);
+      EXPECT_EQ(report->phase, wait.phase) << wait.url;
+    });
+    EXPECT_LT(ended, kLimitMs + kGraceMs);
+    EXPECT_GE(asked, ended / 100) << wait.url;
+  }
   ResolverGate().Open();
 }
 
@@ -384,5 +399,5 @@ TEST(Settings, CapTheReplyAndAbortOnRequest) {
   client->SetTransportSettings(settings);
   auto const aborted = Post(*client);
   EXPECT_EQ(aborted->GetResponseBuffer(), nullptr);
-  EXPECT_THAT(aborted->GetTransportError(), Not(IsEmpty()));
+  EXPECT_EQ(aborted->GetReport()->failure, eHttpFailure_Aborted);
 }

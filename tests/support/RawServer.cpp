@@ -43,6 +43,11 @@ bool RawConnection::Send(std::string const& bytes) const {
   return true;
 }
 
+bool RawConnection::HasNews(int milliseconds) const {
+  pollfd news{m_socket, POLLIN, 0};
+  return poll(&news, 1, milliseconds) > 0;
+}
+
 void RawConnection::Reset() const {
   linger const hard{1, 0};
   setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &hard, sizeof hard);

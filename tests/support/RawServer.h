@@ -15,6 +15,8 @@ class RawConnection {
   std::string ReadRequest();
   /// Sends the bytes as they are; false when the client is gone.
   bool Send(std::string const& bytes) const;
+  /// Whether more comes, or the client closes, within this time.
+  bool HasNews(int milliseconds) const;
   /// Closes with a reset instead of an orderly end.
   void Reset() const;
   /// Waits until the client closes.

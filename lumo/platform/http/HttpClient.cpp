@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
+#include <tuple>
 #include <utility>
 
 #include "lumo/platform/core/WideText.h"
@@ -43,15 +45,18 @@ void HttpClient::ChangeOptions(Change change) {
   auto changed = std::make_shared<HttpOptions>(*m_options);
   change(*changed);
   m_options = std::move(changed);
+  m_transport->CloseIdle();
 }
 
 void HttpClient::SetTimeouts(int resolve, int connect, int send, int receive) {
-  ChangeOptions([=](HttpOptions& options) {
-    options.resolveTimeout = std::max(resolve, 0);
-    options.connectTimeout = std::max(connect, 0);
-    options.sendTimeout = std::max(send, 0);
-    options.receiveTimeout = std::max(receive, 0);
-  });
+  auto const limits = [](auto& options) {
+    return std::tie(options.resolveTimeout, options.connectTimeout, options.sendTimeout,
+                    options.receiveTimeout);
+  };
+  auto const wanted = std::make_tuple(std::max(resolve, 0), std::max(connect, 0), std::max(send, 0),
+                                      std::max(receive, 0));
+  if (limits(*m_options) == wanted) return;
+  ChangeOptions([&](HttpOptions& options) { limits(options) = wanted; });
 }
 
 void HttpClient::ApplyCredentials(std::wstring const& user, std::wstring const& password) {
@@ -74,9 +79,27 @@ int HttpClient::SendRequest(std::wstring const& path, eHttpVerb verb,
                             SmartPtr<HttpMessage> const& message) {
   if (!message) return kLocalFailure;
   try {
-    return m_transport->Send(m_options, lumo::ToUtf8(path), verb, *message);
-  } catch (std::exception const& error) {  // out of memory, mostly
-    message->SetTransportError(error.what());
-    return kLocalFailure;
+    message->ForgetExchange();
+    int const code = Carry(path, verb, *message);
+    bool const isUnnamed = code != 0 && message->GetReport()->failure == eHttpFailure_None;
+    if (isUnnamed) message->SetFailure(eHttpFailure_Other, message->GetTransportError());
+    return code;
+  } catch (std::bad_alloc const&) {
+    message->SetFailure(eHttpFailure_OutOfMemory, "out of memory");  // too short to need any
   }
+  message->GetReport()->errorNumber = kLocalFailure;
+  return kLocalFailure;
+}
+
+/// Lets nothing out but `std::bad_alloc`.
+int HttpClient::Carry(std::wstring const& path, eHttpVerb verb, HttpMessage& message) {
+  try {
+    return m_transport->Send(m_options, lumo::ToUtf8(path), verb, message);
+  } catch (std::bad_alloc const&) {
+    throw;
+  } catch (std::exception const& error) {  // of a transport that was set, mostly
+    message.SetFailure(eHttpFailure_Other, error.what());
+  }
+  message.GetReport()->errorNumber = kLocalFailure;
+  return kLocalFailure;
 }

@@ -20,7 +20,8 @@ class LUMO_API HttpClient : public SmartPtrTarget_ts {
   static void SetTransportFactory(HttpTransportFactory factory);
 
   /// Longest name resolution, connection, silence while sending and silence while receiving, in ms;
-  /// 0 (and less) waits for ever.
+  /// 0 (and less) waits for ever. Like every change below, a change of them closes the connections;
+  /// those that are set already change nothing.
   void SetTimeouts(int resolve, int connect, int send, int receive);
   /// Answers Basic, Digest and NTLM challenges; nothing is sent before a challenge.
   void ApplyCredentials(std::wstring const& user, std::wstring const& password);
@@ -28,16 +29,17 @@ class LUMO_API HttpClient : public SmartPtrTarget_ts {
   /// credentials, too, they answer the server's other challenges. The second flag is reserved.
   void SetAutologonPolicy(bool autologon, bool reserved);
   void SetTransportSettings(HttpTransportSettings const& settings);
-  HttpTransportSettings const& GetTransportSettings() const { return m_options->settings; }
+  HttpTransportSettings GetTransportSettings() const { return m_options->settings; }
 
   /// Sends the message to the base URL followed by `path`. 0 when a complete reply arrived, with
-  /// whatever status; otherwise an error number, and the message has the error's text.
+  /// whatever status; otherwise an error number, and the message's report says why.
   int SendRequest(std::wstring const& path, eHttpVerb verb, SmartPtr<HttpMessage> const& message);
 
  private:
   HttpClient(SmartPtr<HttpTransport> const& transport, std::wstring const& url);
   template <class Change>
   void ChangeOptions(Change change);
+  int Carry(std::wstring const& path, eHttpVerb verb, HttpMessage& message);
 
   SmartPtr<HttpTransport> m_transport;
   std::shared_ptr<HttpOptions const> m_options;

@@ -36,6 +36,32 @@ enum eHttpStatusCode : int {
   eHttpStatusCode_GatewayTimeout = 15,
 };
 
+/// Why no reply came.
+enum eHttpFailure : int {
+  eHttpFailure_None = 0,   ///< a reply came
+  eHttpFailure_Setup = 1,  ///< a URL, setting or verb that cannot be used; nothing was tried
+  eHttpFailure_NameResolution = 2,  ///< the server's name is not known
+  eHttpFailure_Connection = 3,      ///< refused, or nobody there
+  eHttpFailure_ConnectionLost = 4,  ///< closed, reset or cut short before the reply was complete
+  eHttpFailure_TimeOut = 5,         ///< the phase says in what
+  eHttpFailure_Tls = 6,             ///< certificates, and whatever else TLS does not allow
+  eHttpFailure_Proxy = 7,           ///< the proxy is not there, or refuses
+  eHttpFailure_Aborted = 8,         ///< the progress callback said so
+  eHttpFailure_TooLarge = 9,        ///< a reply over the limit, or headers without end
+  eHttpFailure_NotUnderstood = 10,  ///< what came is not HTTP, or breaks its rules
+  eHttpFailure_OutOfMemory = 11,
+  eHttpFailure_Other = 12,
+};
+
+/// Parts of an exchange, in their order.
+enum eHttpPhase : int {
+  eHttpPhase_None = 0,  ///< nothing was tried
+  eHttpPhase_Resolving = 1,
+  eHttpPhase_Connecting = 2,  ///< with TLS, and with the way through a proxy
+  eHttpPhase_Sending = 3,
+  eHttpPhase_Receiving = 4,
+};
+
 enum eHttpMimeType : int {
   eHttpMimeType_Unknown = 0,
   eHttpMimeType_TextPlain = 1,

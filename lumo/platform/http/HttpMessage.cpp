@@ -1,6 +1,7 @@
 #include "lumo/platform/http/HttpMessage.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -24,5 +25,19 @@ void HttpMessage::SetResponse(int statusCode, HttpHeaders&& headers, std::string
   buffer->GetSignal().Set();
   m_responseBuffer = buffer;
   m_statusCode = statusCode;
-  m_responseHeaders = std::move(headers);
+  m_report->headers = std::move(headers);
+  m_report->failure = eHttpFailure_None;
+}
+
+void HttpMessage::SetFailure(eHttpFailure failure, std::string const& error) {
+  m_report->error = error;
+  m_report->failure = failure;
+}
+
+void HttpMessage::ForgetExchange() {
+  bool const isNew = m_report->phase == eHttpPhase_None && m_report->error.empty();
+  if (isNew && !m_responseBuffer) return;
+  m_report = HttpReport::CreateOne();  // the old one may have been handed on
+  m_responseBuffer.Reset();
+  m_statusCode = 0;
 }

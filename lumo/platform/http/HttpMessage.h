@@ -1,25 +1,11 @@
 #pragma once
 
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "lumo/platform/core/Counted.h"
 #include "lumo/platform/http/HttpEnums.h"
 #include "lumo/platform/http/HttpMessageBuffer.h"
-
-/// Name and value of a header, in the order of the wire.
-using HttpHeaders = std::vector<std::pair<std::string, std::string>>;
-
-/// How long the phases of an exchange took, in seconds since its start; 0 for a phase that did not
-/// happen, such as connecting on a kept connection.
-struct HttpTimings {
-  double nameLookup = 0;
-  double connect = 0;
-  double tls = 0;
-  double firstByte = 0;
-  double total = 0;
-};
+#include "lumo/platform/http/HttpReport.h"
 
 /// One request and, once it was sent, its reply.
 class LUMO_API HttpMessage : public lumo::Counted<HttpMessage> {
@@ -41,14 +27,23 @@ class LUMO_API HttpMessage : public lumo::Counted<HttpMessage> {
   eHttpStatusCode GetStatus() const { return eHttpStatusCode_FromNumber(m_statusCode); }
   /// Numeric status of the reply; 0 without one.
   int GetStatusCode() const { return m_statusCode; }
-  HttpHeaders const& AccessResponseHeaders() const { return m_responseHeaders; }
+  HttpHeaders const& AccessResponseHeaders() const { return m_report->headers; }
   /// Called by the transport when a reply is complete.
   void SetResponse(int statusCode, HttpHeaders&& headers, std::string&& body);
+  /// Called by the transport when no reply comes.
+  void SetFailure(eHttpFailure failure, std::string const& error);
+  /// Drops what an earlier exchange left; the client calls it before each.
+  void ForgetExchange();
+
   /// What went wrong when no reply arrived, in the transport's words; otherwise empty.
-  std::string const& GetTransportError() const { return m_transportError; }
-  void SetTransportError(std::string const& error) { m_transportError = error; }
-  HttpTimings const& GetTimings() const { return m_timings; }
-  void SetTimings(HttpTimings const& timings) { m_timings = timings; }
+  std::string const& GetTransportError() const { return m_report->error; }
+  void SetTransportError(std::string const& error) {
+    SetFailure(error.empty() ? eHttpFailure_None : eHttpFailure_Other, error);
+  }
+  HttpTimings const& GetTimings() const { return m_report->timings; }
+  void SetTimings(HttpTimings const& timings) { m_report->timings = timings; }
+  /// Why no reply came, the log-on, the way through a proxy; never null. The transport writes it.
+  SmartPtr<HttpReport> GetReport() const { return m_report; }
 
   /// Time spent on the server and on the way there and back, in seconds.
   float GetServiceLayerTime() const { return m_serviceLayerTime; }
@@ -61,8 +56,6 @@ class LUMO_API HttpMessage : public lumo::Counted<HttpMessage> {
   bool m_isWrite = false;
   SmartPtr<HttpMessageBuffer> m_responseBuffer;
   int m_statusCode = 0;
-  HttpHeaders m_responseHeaders;
-  std::string m_transportError;
-  HttpTimings m_timings;
+  SmartPtr<HttpReport> m_report = HttpReport::CreateOne();
   float m_serviceLayerTime = 0;
 };

@@ -11,15 +11,21 @@
 
 /// Settings of the transport; the defaults change nothing.
 struct HttpTransportSettings {
-  /// File of CA certificates in PEM form; empty for the system's.
+  /// File of CA certificates in PEM form, and folder of such files under their hashed names. When
+  /// one is set, only they are trusted; both empty for the system's.
   std::string caFile;
+  std::string caPath;
   /// Client certificate and its key, files in PEM form; empty for none.
   std::string clientCertificateFile;
   std::string clientKeyFile;
   /// Address of a proxy; empty for the environment's. Loopback addresses are never proxied.
   std::string proxy;
-  /// Called while a call runs with the bytes sent and received so far; false ends the call without
-  /// a reply. It must not throw.
+  /// Answers the proxy's Basic, Digest and NTLM challenges, and Negotiate ones when the server's
+  /// are answered with a ticket; no user for none.
+  std::string proxyUser;
+  std::string proxyPassword;
+  /// Called while a call runs, at least every 100 ms in whatever phase, with the bytes sent and
+  /// received so far; false ends the call without a reply. It must not throw.
   std::function<bool(std::uint64_t sent, std::uint64_t received)> progress;
   /// Largest reply body that is accepted, in bytes; 0 for any.
   std::size_t maxReplyBytes = 0;
@@ -45,10 +51,13 @@ struct HttpOptions {
 class LUMO_API HttpTransport : public SmartPtrTarget_ts {
  public:
   /// 0 when a complete reply arrived, which is then in the message; otherwise an error number, and
-  /// the message has the error's text. The options of earlier calls stay alive and unchanged as
-  /// long as somebody holds them, so that their address tells whether anything changed.
+  /// the message has the failure's kind and text. The options of earlier calls stay alive and
+  /// unchanged as long as somebody holds them, so that their address tells whether anything
+  /// changed.
   virtual int Send(std::shared_ptr<HttpOptions const> const& options, std::string const& path,
                    eHttpVerb verb, HttpMessage& message) = 0;
+  /// The options have changed: connections that are not in use are of no use any more.
+  virtual void CloseIdle() {}
 };
 
 /// Makes the transport of a new `HttpClient`.

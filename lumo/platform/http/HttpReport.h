@@ -1,0 +1,59 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "lumo/platform/core/Counted.h"
+#include "lumo/platform/http/HttpEnums.h"
+
+/// Name and value of a header, in the order of the wire.
+using HttpHeaders = std::vector<std::pair<std::string, std::string>>;
+
+/// How long the phases of an exchange took, in seconds since its start; 0 for a phase that did not
+/// happen, such as connecting on a kept connection.
+struct HttpTimings {
+  double nameLookup = 0;
+  double connect = 0;
+  double tls = 0;
+  double firstByte = 0;
+  double total = 0;
+};
+
+/// What an exchange showed of the log-on. Passwords and tokens are never in it.
+struct HttpLogOn {
+  /// Methods that the server asked for in this exchange, as it writes them ("Negotiate", "NTLM"),
+  /// in its order; the same of the proxy.
+  std::vector<std::string> offered;
+  std::vector<std::string> offeredByProxy;
+  /// Method with which the last request was answered for; empty when none was, as on a connection
+  /// that is logged on already.
+  std::string used;
+  std::string usedWithProxy;
+  /// Why a log-on could not be made, in the words of libcurl and GSSAPI, such as "Clock skew too
+  /// great"; empty when nothing went wrong on this side.
+  std::string trouble;
+};
+
+/// What is told of one exchange beside the bytes of the reply.
+class LUMO_API HttpReport : public lumo::Counted<HttpReport> {
+ public:
+  /// Why no reply came, `eHttpFailure_None` when one did; the same in the transport's words.
+  eHttpFailure failure = eHttpFailure_None;
+  std::string error;
+  /// The transport's own number of that error: a CURLcode, or -1 for what failed before libcurl.
+  int errorNumber = 0;
+  /// Where the exchange ended. A request whose exchange ended before `eHttpPhase_Sending` did not
+  /// reach the server.
+  eHttpPhase phase = eHttpPhase_None;
+  /// Headers of the reply.
+  HttpHeaders headers;
+  HttpTimings timings;
+  HttpLogOn logOn;
+  /// Address of the proxy without user and password, and the environment variable that it was taken
+  /// from; empty for none.
+  std::string proxy;
+  std::string proxyVariable;
+  /// Status with which a proxy answered the request for a tunnel to an https server; 0 without one.
+  int proxyStatus = 0;
+};
