@@ -104,13 +104,13 @@ void OperationBase::LogTiming(ILogger* logger, std::uint64_t start,
 }
 
 void OperationBase::Post(SmartPtr<HttpMessage> const& message) const {
-  if (m_session == nullptr) return;
+  SmartPtr<HttpClient> const client =
+      m_session == nullptr ? SmartPtr<HttpClient>() : m_session->HttpClientPtr();
+  if (!client) return message->SetFailure(eHttpFailure_Setup, "");  // nobody to send it
   std::string const& applicationName = m_session->GetApplicationName();
   if (!applicationName.empty()) {
     message->AddRequestHeader("X-Zorand-ApplicationName", applicationName);
   }
-  SmartPtr<HttpClient> const client = m_session->HttpClientPtr();
-  if (!client) return;
   std::uint64_t const start = Time::GetPerformanceTime();
   client->SendRequest(GetService(), eHttpVerb_Post, message);
   message->AddServiceLayerTime(Time::PerformanceTimeToSeconds(Time::GetPerformanceTime() - start));

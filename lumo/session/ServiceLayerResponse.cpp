@@ -76,6 +76,11 @@ std::string ServiceLayerResponse::ErrorText() const {
   return m_outcome == CallOutcomes::NotSet ? "no call was made" : m_errorText;
 }
 
+HttpReport const& ServiceLayerResponse::GetHttpReport() const {
+  static HttpReport const kNone;
+  return m_exchange ? *m_exchange->GetReport() : kNone;
+}
+
 void ServiceLayerResponse::SetRequestBuffer(SmartPtr<HttpMessageBuffer> const& request) {
   m_requestText = PrintedText(request);
 }

@@ -54,6 +54,9 @@ class LUMO_API ServiceLayerResponse : public lumo::Counted<ServiceLayerResponse>
   std::string const& GetOperationName() const { return m_operationName; }
   /// The exchange itself, with the reply's headers and bytes and the timings; null before any call.
   SmartPtr<HttpMessage> const& GetExchange() const { return m_exchange; }
+  /// What the exchange told beside its bytes: the kind of a failure, the reply's headers, the
+  /// log-on, the proxy, the times. Empty before any call.
+  HttpReport const& GetHttpReport() const;
 
   // What follows is for the pipeline of a call.
 

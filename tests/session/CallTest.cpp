@@ -202,6 +202,7 @@ TEST(Call, EndsAsNoReplyWithoutASessionOrAServer) {
     EXPECT_EQ(outcome->GetResponseMessage(), "GetTables FAILED");
     EXPECT_EQ(outcome->GetErrorMessage(), "");
     EXPECT_EQ(outcome->GetTransportError().empty(), services->GetSession() == nullptr);
+    EXPECT_NE(outcome->GetHttpReport().failure, eHttpFailure_None);
   }
   EXPECT_EQ(server.Connections(), 0);
 }
