@@ -3,8 +3,10 @@
 /// The toolkit: what programs that want data are written against. Link `Lumo::Toolkit`. The exact
 /// library below it has an include of its own, `lumo/LumoServiceLayer.h`.
 #include "lumo/toolkit/Attribute.h"
+#include "lumo/toolkit/Condition.h"
 #include "lumo/toolkit/Error.h"
 #include "lumo/toolkit/Numbers.h"
 #include "lumo/toolkit/Options.h"
+#include "lumo/toolkit/RecordHead.h"
 #include "lumo/toolkit/Units.h"
 #include "lumo/toolkit/Value.h"

@@ -2,6 +2,7 @@ if(LUMO_BUILD_TOOLKIT)
   lumo_add_tests(toolkit_tests
     support/Main.cpp
     support/RawServer.cpp
+    toolkit/ConditionTest.cpp
     toolkit/FailureTest.cpp
     toolkit/ValueTest.cpp)
   target_link_libraries(toolkit_tests PRIVATE Lumo::Toolkit)
@@ -11,7 +12,8 @@ if(LUMO_BUILD_TOOLKIT AND LUMO_BUILD_SANDBOX)
   lumo_add_tests(toolkit_sandbox_tests
     support/Main.cpp
     toolkit/Sandbox.cpp
-    toolkit/NamesTest.cpp)
+    toolkit/NamesTest.cpp
+    toolkit/SearchTest.cpp)
   target_link_libraries(toolkit_sandbox_tests PRIVATE Lumo::Toolkit lumo_sandbox_parts)
   add_test(NAME toolkit.WorksOnTheSandbox COMMAND toolkit_sandbox_tests)
 endif()

@@ -5,18 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "lumo/toolkit/RecordHead.h"
 #include "lumo/toolkit/TableInfo.h"
 
 /// Records by what people call them, and their places in the tree. Not installed.
 namespace lumo {
-
-/// A record as lists show it.
-struct RecordHead {
-  RecordId id = {};
-  std::string name = {};  ///< that the tree shows
-  std::string fullName = {};
-  std::string folder = {};  ///< path in the tree, see `PathBelow`
-};
 
 /// For requests.
 LUMO_API SmartPtr<RecordReference> ReferenceTo(RecordId const& id);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <type_traits>
 #include <utility>
 
@@ -102,6 +103,12 @@ bool IsUsable(UnitStep const& step) {
   return std::isfinite(step.factor) && step.factor > 0 && std::isfinite(step.offset);
 }
 
+UnitStep const* StepTo(std::vector<UnitStep> const& steps, std::string const& target) {
+  auto const found = std::find_if(steps.begin(), steps.end(),
+                                  [&](UnitStep const& step) { return step.target == target; });
+  return found == steps.end() ? nullptr : &*found;
+}
+
 }  // namespace
 
 double UnitStep::operator()(double figure) const {
@@ -157,31 +164,41 @@ bool Units::Knows(std::string const& unit) const { return m_steps->count(unit) !
 
 std::vector<std::string> Units::TargetsOf(std::string const& unit) const {
   std::vector<std::string> targets;
-  auto const found = m_steps->find(unit);
-  if (found != m_steps->end()) {
-    for (UnitStep const& step : found->second) targets.push_back(step.target);
+  for (auto const& [source, steps] : *m_steps) {
+    if (source != unit && StepTo(steps, unit) == nullptr) continue;
+    for (UnitStep const& step : steps) {
+      bool const isNew = std::find(targets.begin(), targets.end(), step.target) == targets.end();
+      if (isNew) targets.push_back(step.target);
+    }
   }
-  if (std::find(targets.begin(), targets.end(), unit) == targets.end()) {
-    targets.insert(targets.begin(), unit);
-  }
+  bool const isNew = std::find(targets.begin(), targets.end(), unit) == targets.end();
+  if (isNew) targets.insert(targets.begin(), unit);
   return targets;
 }
 
-UnitStep const* Units::Find(std::string const& from, std::string const& to) const {
-  auto const found = m_steps->find(from);
-  if (found == m_steps->end()) return nullptr;
-  for (UnitStep const& step : found->second) {
-    if (step.target == to) return &step;
+std::optional<UnitStep> Units::Find(std::string const& from, std::string const& to) const {
+  auto const direct = m_steps->find(from);
+  if (direct != m_steps->end()) {
+    if (UnitStep const* const step = StepTo(direct->second, to)) return *step;
   }
-  return nullptr;
+  for (auto const& [source, steps] : *m_steps) {
+    UnitStep const* const back = StepTo(steps, from);
+    if (back == nullptr) continue;
+    UnitStep const onwards = {to, 1, 0};
+    UnitStep const* const step = source == to ? &onwards : StepTo(steps, to);
+    if (step == nullptr) continue;
+    double const factor = step->factor / back->factor;
+    return UnitStep{to, factor, step->offset - back->offset * factor};
+  }
+  return {};
 }
 
 bool Units::CanConvert(std::string const& from, std::string const& to) const {
-  return from == to || Find(from, to) != nullptr;
+  return from == to || Find(from, to);
 }
 
-UnitStep const& Units::Step(std::string const& from, std::string const& to) const {
-  if (UnitStep const* const step = Find(from, to)) return *step;
+UnitStep Units::Step(std::string const& from, std::string const& to) const {
+  if (auto step = Find(from, to)) return *step;
   auto const named = [](std::string const& unit) { return unit.empty() ? "no unit" : unit; };
   if (from.empty()) {
     throw Error(ErrorCode::InvalidArgument,
@@ -203,11 +220,14 @@ double Units::Convert(double figure, std::string const& from, std::string const&
 Value Units::Convert(Value value, std::string const& to) const {
   std::string first;  // of the units that cannot be converted
   bool fits = false;
+  std::map<std::string, std::optional<UnitStep>> found;
   auto const stepFor = [&](std::string const& unit) -> UnitStep const* {
-    UnitStep const* const step = unit == to ? nullptr : Find(unit, to);
     fits = fits || unit == to;
-    if (step == nullptr && unit != to && first.empty()) first = unit;
-    return step;
+    if (unit == to) return nullptr;
+    auto const [step, isNew] = found.try_emplace(unit);
+    if (isNew) step->second = Find(unit, to);
+    if (!step->second && first.empty()) first = unit;
+    return step->second ? &*step->second : nullptr;
   };
   Walk<decltype(stepFor)> walk(stepFor, false);
   walk(value);

@@ -43,8 +43,9 @@ class LUMO_API UnitSystem {
   std::shared_ptr<std::map<std::string, UnitStep> const> m_steps;
 };
 
-/// Units of a database and the server's own factors between them; no other ones are used. Copies
-/// share their tables; safe to use from several threads.
+/// Units of a database and the server's own factors between them; no other ones are used, but two
+/// of them may be joined: degF become K by way of degC. Copies share their tables; safe to use from
+/// several threads.
 ///
 ///     double const density = units.Convert(2.7, "g/cm^3", "kg/m^3");
 class LUMO_API Units {
@@ -68,8 +69,8 @@ class LUMO_API Units {
   std::optional<double> NumberIn(Value const& value, std::string const& unit) const;
 
  private:
-  UnitStep const* Find(std::string const& from, std::string const& to) const;
-  UnitStep const& Step(std::string const& from, std::string const& to) const;
+  std::optional<UnitStep> Find(std::string const& from, std::string const& to) const;
+  UnitStep Step(std::string const& from, std::string const& to) const;
 
   std::shared_ptr<std::map<std::string, std::vector<UnitStep>> const> m_steps;
 };

@@ -234,6 +234,32 @@ std::optional<std::int64_t> DateTime::Microseconds() const {
   return (minutes * 60 + second) * 1'000'000 + fraction;
 }
 
+DateTime DateTime::FromMicroseconds(std::int64_t microseconds) {
+  constexpr std::int64_t kDay = 86'400'000'000;
+  std::int64_t const days = microseconds / kDay - (microseconds % kDay < 0 ? 1 : 0);
+  std::int64_t const rest = microseconds - days * kDay;
+  // The inverse of `DaysTo`, by eras of 400 years that begin in March.
+  std::int64_t const shifted = days + 719468;
+  std::int64_t const era = (shifted >= 0 ? shifted : shifted - 146096) / 146097;
+  std::int64_t const dayOfEra = shifted - era * 146097;
+  std::int64_t const yearOfEra =
+      (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+  std::int64_t const dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+  std::int64_t const month = (5 * dayOfYear + 2) / 153;  // 0 is March
+  std::int64_t const day = dayOfYear - (153 * month + 2) / 5 + 1;
+  std::int64_t const year = yearOfEra + era * 400 + (month >= 10 ? 1 : 0);
+  std::int64_t const seconds = rest / 1'000'000;
+  auto const padded = [](std::int64_t number, std::size_t size) {
+    std::string const digits = std::to_string(number);
+    return std::string(size - std::min(size, digits.size()), '0') + digits;
+  };
+  std::string text = padded(year, 4) + "-" + padded(month < 10 ? month + 3 : month - 9, 2) + "-" +
+                     padded(day, 2) + "T" + padded(seconds / 3600, 2) + ":" +
+                     padded(seconds / 60 % 60, 2) + ":" + padded(seconds % 60, 2);
+  if (rest % 1'000'000 != 0) text += "." + padded(rest % 1'000'000, 6);
+  return {std::move(text)};
+}
+
 double Curve::Middle(std::size_t point) const {
   bool const isRange = !yHigh.empty() && !std::isnan(yHigh.at(point));
   if (!isRange) return y.at(point);

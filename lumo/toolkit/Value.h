@@ -37,6 +37,8 @@ struct DateTime {
   /// Since 1970-01-01T00:00:00; a text without a zone is taken as it stands. Nothing for a text
   /// that is not a date.
   LUMO_API std::optional<std::int64_t> Microseconds() const;
+  /// Without a zone, and with a fraction of a second only where there is one.
+  LUMO_API static DateTime FromMicroseconds(std::int64_t microseconds);
 };
 
 /// One figure.

@@ -94,6 +94,15 @@ TEST(Dates, AreMomentsWhateverTheirForm) {
   }
 }
 
+TEST(Dates, AreWrittenAsTheyAreRead) {
+  for (char const* const text :
+       {"1970-01-01T00:00:00", "2024-02-29T23:59:59", "0001-01-01T00:00:00",
+        "9999-12-31T23:59:59.999999", "1969-12-31T23:59:59.000001", "1900-03-01T12:00:00",
+        "2000-12-31T00:00:00.500000"}) {
+    EXPECT_EQ(lumo::DateTime::FromMicroseconds(*lumo::DateTime{text}.Microseconds()).text, text);
+  }
+}
+
 lumo::Curve Line(std::vector<double> x, std::vector<double> y) {
   lumo::Curve curve;
   curve.x = std::move(x);
@@ -143,6 +152,8 @@ TEST(Units, ConvertByTheServersFactorsAlone) {
   EXPECT_DOUBLE_EQ(units.Convert(2.5, "MPa", "GPa"), 0.0025);
   EXPECT_EQ(units.Convert(273.25, "K", "degC"), 0.1);
   EXPECT_EQ(units.Convert(7, "unknown", "unknown"), 7);
+  EXPECT_NEAR(units.Convert(212, "degF", "K"), 373.15, 1e-9);  // by way of degC
+  EXPECT_NEAR(units.Convert(1, "g/cm^3", "lb/in^3"), 0.0361273, 1e-7);
   auto const refused = [&](char const* from, char const* to) {
     lumo::Error const error = ErrorOf([&] { units.Convert(1, from, to); });
     EXPECT_EQ(error.Code(), ErrorCode::InvalidArgument);
