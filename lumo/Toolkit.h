@@ -2,7 +2,9 @@
 
 /// The toolkit: what programs that want data are written against. Link `Lumo::Toolkit`. The exact
 /// library below it has an include of its own, `lumo/LumoServiceLayer.h`.
+#include "lumo/toolkit/Arrow.h"
 #include "lumo/toolkit/Attribute.h"
+#include "lumo/toolkit/Columns.h"
 #include "lumo/toolkit/Condition.h"
 #include "lumo/toolkit/Error.h"
 #include "lumo/toolkit/Numbers.h"

@@ -2,6 +2,7 @@ if(LUMO_BUILD_TOOLKIT)
   lumo_add_tests(toolkit_tests
     support/Main.cpp
     support/RawServer.cpp
+    toolkit/ColumnsTest.cpp
     toolkit/ConditionTest.cpp
     toolkit/FailureTest.cpp
     toolkit/ValueTest.cpp)

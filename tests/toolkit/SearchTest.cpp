@@ -1,10 +1,12 @@
-// What the server judges of a condition and what is judged here, on a sandbox with its full content.
+// What the server judges of a condition and what is judged here, on a sandbox with its full
+// content; and all its values as columns.
 
 #include <gmock/gmock.h>
 
 #include <map>
 #include <set>
 
+#include "lumo/toolkit/Columns.h"
 #include "lumo/toolkit/ConditionPlan.h"
 #include "lumo/toolkit/DataValues.h"
 #include "tests/toolkit/Sandbox.h"
@@ -154,6 +156,53 @@ TEST_F(Search, KeepsToASubset) {
 TEST_F(Search, TellsTheUnitsThatTheServerHas) {
   lumo::Error const error = ErrorOf([&] { Read("young / density > 0.025", Match::Overlap); });
   EXPECT_THAT(error.what(), testing::HasSubstr("GPa.m^3/kg"));
+}
+
+TEST_F(Search, ReadsAllOfATableIntoColumns) {
+  std::vector<lumo::RecordHead> const records = AllRecords();
+  std::vector<lumo::Attribute> const& attributes = Materials().Attributes(Link());
+  std::map<int, Values> const all = ReadAll(records, attributes);
+  lumo::UnitSystem const si = Materials().SystemOf(Link(), "SI", "");
+  lumo::Units const& units = Materials().KnownUnits(Link());
+  lumo::ColumnBuilder wide = lumo::ColumnBuilder::Wide(attributes, units, si);
+  std::map<std::string, std::size_t> rows;  // of the long forms
+  for (lumo::RecordHead const& record : records) {
+    std::vector<Value> values;
+    for (lumo::Attribute const& attribute : attributes) {
+      Values const& of = all.at(record.id.identity);
+      values.push_back(of.count(attribute.name) == 0 ? Value() : of.at(attribute.name));
+    }
+    wide.Add(record, values);
+  }
+  auto const columns = wide.Take();
+  EXPECT_EQ(columns->rows, records.size());
+  lumo::Column const& melting = *columns->Find("Melting point.low");
+  EXPECT_EQ(melting.field.unit, "K");
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    Values const& of = all.at(records[i].id.identity);
+    auto const held = of.find("Melting point");
+    ASSERT_EQ(melting.IsValid(i), held != of.end());
+    if (held == of.end()) continue;
+    ASSERT_NEAR(melting.numbers[i], *std::get<lumo::Range>(held->second).low + 273.15, 1e-9);
+  }
+  for (lumo::Attribute const& attribute : attributes) {
+    if (attribute.type != lumo::AttributeType::Curve &&
+        attribute.type != lumo::AttributeType::Grid &&
+        attribute.type != lumo::AttributeType::Number) {
+      continue;
+    }
+    lumo::ColumnBuilder longForm = lumo::ColumnBuilder::Long(attribute, units, si);
+    for (lumo::RecordHead const& record : records) {
+      Values const& of = all.at(record.id.identity);
+      auto const held = of.find(attribute.name);
+      if (held != of.end()) longForm.Add(record, {held->second});
+    }
+    rows[attribute.name] = longForm.Rows();
+  }
+  EXPECT_GT(rows["Yield strength against temperature"], 30u);
+  EXPECT_GT(rows["Composition"], 30u);
+  EXPECT_GE(rows["Hardness by condition"], 3u);
+  EXPECT_GE(rows["Fatigue strength by temperature"], 3u);
 }
 
 }  // namespace
