@@ -204,11 +204,10 @@ class Parser {
   NodePtr Negated() {
     if (++m_depth > kDeepest) Refuse("is nested too deeply", m_at);
     NodePtr node;
-    if (KnownNameSize() != 0) {  // which may well begin with "not" or a parenthesis
-      node = Compared();
-    } else if (TakesWord("not")) {
+    bool const isName = KnownNameSize() != 0;  // it may well begin with "not" or a parenthesis
+    if (!isName && TakesWord("not")) {
       node = Not(Negated());
-    } else if (Takes('(')) {
+    } else if (!isName && Takes('(')) {
       std::size_t const open = m_at - 1;
       node = Or();
       if (!Takes(')')) Refuse("the parenthesis is not closed", open);
@@ -406,7 +405,7 @@ class Parser {
   std::string TakeUnit(Subject const& subject, std::size_t place, bool mayBeMissing) {
     SkipBlanks();
     std::size_t const unitPlace = m_at;
-    std::string const unit = TakeOperand();
+    std::string unit = TakeOperand();
     RefuseRange(unit, place);
     if (unit == subject.unit || (unit.empty() && mayBeMissing)) return unit;
     std::string const name = Quoted(subject.attribute.name);
@@ -560,7 +559,7 @@ class Parser {
     };
     constexpr Form kForms[] = {{4, "-01-01", 0},
                                {7, "-01", 0},
-                               {10, "", 24 * 3600 * kSecond},
+                               {10, "", 24 * (3600 * kSecond)},
                                {16, "", 60 * kSecond},
                                {19, "", kSecond}};
     for (Form const& form : kForms) {

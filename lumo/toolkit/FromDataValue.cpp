@@ -277,7 +277,7 @@ class Reader {
 
  private:
   static double LowEnd(double end) { return std::isfinite(end) ? end : -kOpen; }
-  static double HighEnd(double end) { return std::isfinite(end) ? end : kOpen; }
+  static double HighEnd(double end) { return -LowEnd(-end); }
 
   template <class Value>
   static File FileOf(Value const& value) {

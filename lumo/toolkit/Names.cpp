@@ -71,6 +71,7 @@ std::string Plural(std::string const& what) {
                                  std::vector<std::size_t> const& places, std::string const& name,
                                  std::string const& what) {
   std::vector<std::string> candidates;
+  candidates.reserve(places.size());
   for (std::size_t const place : places) candidates.push_back(names[place]);
   std::vector<std::string> few(
       candidates.begin(),

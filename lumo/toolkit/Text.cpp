@@ -78,6 +78,7 @@ std::vector<std::string> Alike(std::string_view text, std::vector<std::string> c
                    [](auto const& a, auto const& b) { return a.first < b.first; });
   if (near.size() > kFewWords) near.resize(kFewWords);
   std::vector<std::string> alike;
+  alike.reserve(near.size());
   for (auto const& [distance, word] : near) alike.push_back(*word);
   return alike;
 }
