@@ -46,6 +46,13 @@ bool IsFolder(TreeRecord const& record) {
   return record.GetHasChildren() || EqualIgnoringCase(record.GetType(), "Folder");
 }
 
+std::vector<SmartPtr<RecordReference>> ReferencesTo(std::vector<RecordHead> const& records) {
+  std::vector<SmartPtr<RecordReference>> references;
+  references.reserve(records.size());
+  for (RecordHead const& record : records) references.push_back(ReferenceTo(record.id));
+  return references;
+}
+
 std::vector<SmartPtr<TreeRecord>> TreeRecordsOf(
     Connection& connection, std::vector<SmartPtr<RecordReference>> const& records) {
   auto const request = GetTreeRecordsRequest::CreateOne();
@@ -98,7 +105,7 @@ std::optional<RecordHead> FindIdentity(Connection& connection, TableInfo const& 
 std::optional<RecordHead> FindGuid(Connection& connection, TableInfo const& table,
                                    std::string const& guid) {
   auto reference = ReferenceTo({table.DatabaseKey(), 0, guid});
-  if (auto const version = Known(connection, table, reference)) return version;
+  if (auto version = Known(connection, table, reference)) return version;
   reference->SetRecordGUID("");
   reference->SetHistoryGUID(guid);
   return Known(connection, table, reference);
@@ -153,6 +160,7 @@ RecordHead FindForgiving(Connection& connection, TableInfo const& table, std::st
     if (error.Code() != ErrorCode::ServerFault) throw;  // the text holds no word, perhaps
   }
   std::vector<std::string> names;
+  names.reserve(found.size());
   for (RecordHead const& record : found) names.push_back(record.name);
   try {
     auto const place = TryName(names, name, "record");
@@ -305,8 +313,7 @@ std::optional<RecordHead> FindIn(Connection& connection, TableInfo const& table,
                                  FolderAt const& folder, std::string const& name) {
   std::vector<RecordHead> const named = FindByName(connection, table, name, "");
   if (named.empty()) return {};
-  std::vector<SmartPtr<RecordReference>> references;
-  for (RecordHead const& record : named) references.push_back(ReferenceTo(record.id));
+  auto const references = ReferencesTo(named);
   std::vector<RecordHead> here;
   for (auto const& record : TreeRecordsOf(connection, references)) {
     if (record->GetParentRecordHistoryIdentity() != folder.id.identity) continue;
@@ -361,8 +368,7 @@ std::string const& FolderPaths::PathOf(int identity) {
 
 void FolderPaths::Fill(Connection& connection, std::vector<RecordHead>& records) {
   if (records.empty()) return;
-  std::vector<SmartPtr<RecordReference>> references;
-  for (RecordHead const& record : records) references.push_back(ReferenceTo(record.id));
+  auto const references = ReferencesTo(records);
   std::map<int, int> parents;
   std::vector<int> folders;
   for (auto const& record : TreeRecordsOf(connection, references)) {

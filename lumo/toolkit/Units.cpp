@@ -25,7 +25,7 @@ class Walk {
   bool HasConverted() const { return m_hasConverted; }
 
   void operator()(Value& value) {
-    std::visit([this](auto& held) { Convert(held); }, value);
+    std::visit([this](auto& held) { this->Convert(held); }, value);
   }
 
  private:
