@@ -4,6 +4,7 @@ if(LUMO_BUILD_TOOLKIT)
     support/RawServer.cpp
     toolkit/ColumnsTest.cpp
     toolkit/ConditionTest.cpp
+    toolkit/ConnectionTest.cpp
     toolkit/FailureTest.cpp
     toolkit/ValueTest.cpp)
   target_link_libraries(toolkit_tests PRIVATE Lumo::Toolkit)

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <exception>
 #include <functional>
 #include <memory>
-#include <new>
 #include <optional>
 #include <string>
 
@@ -13,11 +14,31 @@
 
 namespace lumo {
 
-/// What ends the calls of a connection before their time.
+/// What the calls of a connection belong to.
 struct CallScope {
-  CancellationToken cancel = {};
-  std::optional<std::chrono::steady_clock::time_point> deadline = {};
+  using Time = std::chrono::steady_clock::time_point;
+
+  CancellationToken cancel = {};  ///< of who wants the work
+  CancellationToken stop = {};    ///< of who does it, when nobody wants it any more
+  std::optional<Time> deadline = {};
+  /// No try begins after this; the retry policy alone decides when it is empty.
+  std::optional<Time> lastTry = {};
+  /// Whether a call that timed out is repeated; false for one that is to be made smaller first.
+  bool repeatsTimeouts = true;
+  /// Told of each try, on the thread that makes the call.
+  std::function<void(CallEvent const&)> onCall = {};
+  /// Bytes of replies, counted as they come.
+  std::shared_ptr<std::atomic<std::uint64_t>> received = {};
+
+  /// Throws `Error` (Cancelled, Timeout) when the work is over.
+  void ThrowWhenOver(std::string const& operation = "") const;
+  bool IsOver() const;
 };
+
+/// The exact library for a server. `progress` is the transport's.
+LUMO_API SmartPtr<LumoServiceLayerServices> MakeServices(
+    std::string const& url, ConnectOptions const& options,
+    std::function<bool(std::uint64_t sent, std::uint64_t received)> progress);
 
 /// One connection to a server, used by one thread at a time. Every way in which a call can fail
 /// ends in an `Error`. Not installed: programs have `Client`.
@@ -35,8 +56,10 @@ class LUMO_API Connection {
   SmartPtr<EngineeringDataService> Engineering() const;
   LumoServiceLayerServices& Services() const;
 
-  /// For the calls from now on.
-  void SetScope(CallScope const& scope);
+  std::string const& Url() const;
+  ConnectOptions const& Options() const;
+  /// For the calls from now on; may be changed between them.
+  CallScope& Scope();
 
   /// Makes a call that reads, again where the retry policy says so, and gives its response:
   ///
@@ -56,20 +79,19 @@ class LUMO_API Connection {
 
  private:
   enum class Kind { Read, Write };
-  /// Makes the call once; `badValue` receives what a value in the reply had that did not convert.
-  using Once = std::function<SmartPtr<ServiceLayerResponse>(std::string& badValue)>;
+  /// Makes the call once.
+  using Once = std::function<SmartPtr<ServiceLayerResponse>()>;
 
   template <class Response, class Call>
   SmartPtr<Response> Make(Kind kind, Call const& call) {
     SmartPtr<Response> response;
-    Run(kind, [&](std::string& badValue) {
+    Run(kind, [&] {
       response = Response::CreateOne();
       try {
         call(response.get());
-      } catch (std::bad_alloc const&) {
-        throw;
-      } catch (std::exception const& error) {
-        badValue = error.what();
+      } catch (std::exception const&) {  // a value did not convert, as the outcome then says
+        auto const outcome = response->GetServiceLayerResponse();
+        if (!outcome || outcome->GetOutcome() != CallOutcomes::NotUnderstood) throw;
       }
       return response->GetServiceLayerResponse();
     });

@@ -53,8 +53,12 @@ enum class HintCode {
   CheckHost,           ///< the host that the certificate does not name
   GiveCertificate,     ///< the server wants a client's certificate
   CheckProxy,          ///< the proxy, and the variable or option that names it
-  LogOn,               ///< a user or ticket is needed; then the methods that the server offers
+  LogOnToProxy,        ///< the proxy that refuses the log-on, then the methods that it offers
+  LogOn,               ///< a user or ticket is needed; the methods that the server offers
+  GivePassword,        ///< the user whose password nobody gave
+  GiveServer,          ///< no server is named
   CheckPassword,       ///< the user whose log-on is refused
+  AvoidNtlm,           ///< the user whose password has characters with which NTLM does not work
   CheckTicket,         ///< what the ticket's library says
   AskForRights,        ///< the user, empty for none
   WaitSeconds,         ///< how long the server wants to be left alone, in seconds

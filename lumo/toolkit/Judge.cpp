@@ -1,56 +1,27 @@
 #include "lumo/toolkit/Judge.h"
 
+#include <curl/curl.h>
 #include <strings.h>
 
 #include <algorithm>
+#include <charconv>
+#include <ctime>
 #include <string_view>
 #include <utility>
+
+#include "lumo/toolkit/Verdict.h"
 
 namespace lumo {
 namespace {
 
-constexpr int kOk = 200;
+constexpr int kBadGateway = 502;
+constexpr int kGatewayTimeout = 504;
 constexpr std::size_t kBodyStart = 2048;
+constexpr long long kLongestWait = 366LL * 86400;
 
-bool Has(std::string_view text, std::string_view part) {
-  return text.find(part) != std::string_view::npos;
-}
-
-/// One line without control characters.
-std::string OneLine(std::string_view text) {
-  std::string line;
-  for (char const c : text) {
-    bool const isBlank = static_cast<unsigned char>(c) <= ' ' || c == '\x7f';
-    if (isBlank && (line.empty() || line.back() == ' ')) continue;
-    line += isBlank ? ' ' : c;
-  }
-  while (!line.empty() && line.back() == ' ') line.pop_back();
-  return line;
-}
-
-struct Verdict {
-  ErrorCode code = ErrorCode::NotUnderstood;
-  std::string text = {};
-  Hint hint = {};
-};
-
-/// The kind of a failed exchange, by the words of the transport.
-ErrorCode KindOf(std::string_view error) {
-  if (Has(error, "resolve proxy") || Has(error, "CONNECT tunnel") || Has(error, "proxy")) {
-    return ErrorCode::Proxy;
-  }
-  if (Has(error, "timed out") || Has(error, "Timeout")) return ErrorCode::Timeout;
-  if (Has(error, "resolve host")) return ErrorCode::NameResolution;
-  for (char const* const word : {"SSL", "TLS", "certificate", "CAfile", "0A000"}) {
-    if (Has(error, word)) return ErrorCode::Tls;
-  }
-  return ErrorCode::Connection;
-}
-
-std::string HostOf(std::string const& url) {
-  std::size_t const scheme = url.find("://");
-  std::size_t const begin = scheme == std::string::npos ? 0 : scheme + 3;
-  return url.substr(begin, url.find_first_of("/?#", begin) - begin);
+std::string_view ReplyOf(HttpMessage const& exchange) {
+  auto const reply = exchange.GetResponseBuffer();
+  return reply ? std::string_view(reply->GetBytes()) : std::string_view();
 }
 
 std::string UserOf(ConnectOptions const& options) {
@@ -58,18 +29,40 @@ std::string UserOf(ConnectOptions const& options) {
   return password == nullptr ? std::string() : password->user;
 }
 
-Hint LogOnHint(ConnectOptions const& options) {
-  if (std::holds_alternative<Ticket>(options.credentials)) return {HintCode::CheckTicket, {""}};
-  std::string user = UserOf(options);
-  if (user.empty()) return {HintCode::LogOn};
-  return {HintCode::CheckPassword, {std::move(user)}};
+bool IsAscii(std::string const& text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return c >= 0; });
 }
 
-Verdict OfNoReply(std::string const& transportText, std::string const& url) {
-  ErrorCode const code = KindOf(transportText);
-  Verdict verdict = {code, "no reply from " + url + ": " + OneLine(transportText)};
-  if (code == ErrorCode::NameResolution) verdict.hint = {HintCode::CheckName, {HostOf(url)}};
-  return verdict;
+Hint LogOnHint(HttpLogOn const& logOn, ConnectOptions const& options) {
+  if (std::holds_alternative<Ticket>(options.credentials)) {
+    return {HintCode::CheckTicket, {logOn.trouble}};
+  }
+  auto const* const given = std::get_if<Password>(&options.credentials);
+  if (given == nullptr) return {HintCode::LogOn, logOn.offered};
+  if (logOn.used == "NTLM" && !IsAscii(given->password)) {
+    return {HintCode::AvoidNtlm, {given->user}};
+  }
+  return {HintCode::CheckPassword, {given->user}};
+}
+
+Verdict VerdictOnLogOn(HttpLogOn const& logOn, ConnectOptions const& options) {
+  std::string const trouble = logOn.trouble.empty() ? "" : ": " + OneLine(logOn.trouble);
+  return {ErrorCode::Unauthenticated, "the server refuses the log-on (status 401)" + trouble,
+          LogOnHint(logOn, options)};
+}
+
+/// What servers say of a call that was not meant for their port, or lacks a certificate.
+std::optional<Verdict> VerdictOnBadRequest(HttpMessage const& exchange, std::string const& url) {
+  std::string_view const reply = ReplyOf(exchange);
+  if (Has(reply, "plain HTTP request was sent to HTTPS port") ||
+      Has(reply, "speaking plain HTTP to an SSL-enabled server port")) {
+    return Verdict{ErrorCode::Tls, "the server wants https", {HintCode::UseHttps, {url}}};
+  }
+  if (Has(reply, "SSL certificate")) {
+    return Verdict{
+        ErrorCode::Tls, "the server wants a client's certificate", {HintCode::GiveCertificate}};
+  }
+  return std::nullopt;
 }
 
 std::string Header(HttpMessage const& exchange, char const* name) {
@@ -83,14 +76,15 @@ Verdict OfStatus(int status, HttpMessage const& exchange, std::string const& url
                  ConnectOptions const& options) {
   std::string const answers = "the server answers with status " + std::to_string(status);
   switch (status) {
-    case 401:
-      return {ErrorCode::Unauthenticated, "the server refuses the log-on (status 401)",
-              LogOnHint(options)};
+    case 400:
+      if (auto verdict = VerdictOnBadRequest(exchange, url)) return *verdict;
+      break;
+    case 401: return VerdictOnLogOn(exchange.GetReport()->logOn, options);
     case 403:
       return {ErrorCode::PermissionDenied,
               "the server does not permit this (status 403)",
               {HintCode::AskForRights, {UserOf(options)}}};
-    case 407: return {ErrorCode::Unauthenticated, "the proxy refuses the log-on (status 407)"};
+    case 407: return VerdictOnProxyLogOn(*exchange.GetReport());
     case 408: return {ErrorCode::Timeout, answers};
     case 413:
       return {ErrorCode::ServerFault,
@@ -116,61 +110,96 @@ Verdict OfStatus(int status, HttpMessage const& exchange, std::string const& url
   return {ErrorCode::ServerFault, answers};
 }
 
-/// Name of the first element in the envelope's body, without its prefix; empty when there is none.
-std::string_view BodyElement(std::string_view reply) {
-  std::size_t const body = reply.find(":Body");
-  std::size_t const begin = body == std::string_view::npos ? body : reply.find('<', body);
-  if (begin == std::string_view::npos) return {};
-  std::string_view name = reply.substr(begin + 1);
-  name = name.substr(0, name.find_first_of(" />\t\r\n"));
-  return name.substr(name.find(':') + 1);
+/// Whether a reply is not even an envelope.
+bool IsForeign(HttpMessage const& exchange) {
+  return !Has(ReplyOf(exchange).substr(0, kBodyStart), "Envelope");
 }
 
-bool IsResponse(std::string_view reply) {
-  constexpr std::string_view kResponse = "Response";
-  std::string_view const name = BodyElement(reply);
-  return name == "text" || (name.size() > kResponse.size() &&
-                            name.substr(name.size() - kResponse.size()) == kResponse);
+/// What the error text says behind the operation's name.
+std::string TextOf(ServiceLayerResponse const& outcome) {
+  std::string const text = outcome.ErrorText();
+  std::string const name = outcome.GetOperationName() + ": ";
+  return text.compare(0, name.size(), name) == 0 ? text.substr(name.size()) : text;
+}
+
+Verdict VerdictOn(ServiceLayerResponse const& outcome, HttpMessage const& exchange,
+                  std::string const& url, ConnectOptions const& options) {
+  switch (outcome.GetOutcome()) {
+    case CallOutcomes::NoReply: return VerdictOnNoReply(*exchange.GetReport(), url, options);
+    case CallOutcomes::OtherStatus:
+      return OfStatus(exchange.GetStatusCode(), exchange, url, options);
+    case CallOutcomes::Fault:
+    case CallOutcomes::FaultInSuccess: {
+      // A gate in front of the server may word its refusal as a fault.
+      Verdict verdict = OfStatus(exchange.GetStatusCode(), exchange, url, options);
+      if (verdict.code == ErrorCode::NotUnderstood) verdict = {ErrorCode::ServerFault};
+      verdict.text = "the server says: " + OneLine(outcome.GetFaultText());
+      return verdict;
+    }
+    default: break;
+  }
+  Verdict verdict = {ErrorCode::NotUnderstood, TextOf(outcome)};
+  if (IsForeign(exchange)) verdict.hint = {HintCode::CheckAddress, {url}};
+  return verdict;
+}
+
+/// Whether the server may have acted on a request to which it gave no answer of its own.
+bool IsOutcomeOpen(HttpMessage const& exchange) {
+  if (exchange.GetResponseBuffer()) {
+    int const status = exchange.GetStatusCode();
+    return status == kBadGateway || status == kGatewayTimeout;
+  }
+  HttpReport const& report = *exchange.GetReport();
+  return report.phase >= eHttpPhase_Sending && report.failure != eHttpFailure_Tls;
 }
 
 }  // namespace
 
-std::optional<Error> Judge(SmartPtr<ServiceLayerResponse> const& outcome,
-                           std::string const& badValue, std::string const& url,
-                           ConnectOptions const& options) {
+bool FailedTry::IsOverload() const {
+  return error.Code() == ErrorCode::RateLimited || error.Code() == ErrorCode::Unavailable ||
+         error.Code() == ErrorCode::Timeout;
+}
+
+std::optional<std::chrono::seconds> RetryAfterOf(HttpMessage const& exchange) {
+  std::string const text = Header(exchange, "Retry-After");
+  if (text.empty()) return std::nullopt;
+  long long wait = 0;
+  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), wait);
+  bool const isNumber = error == std::errc() && end == text.data() + text.size();
+  if (error == std::errc::result_out_of_range) wait = kLongestWait;
+  if (!isNumber && error != std::errc::result_out_of_range) {
+    std::time_t const then = curl_getdate(text.c_str(), nullptr);
+    std::time_t const now = curl_getdate(Header(exchange, "Date").c_str(), nullptr);
+    if (then == -1) return std::nullopt;
+    wait = then - (now == -1 ? std::time(nullptr) : now);
+  }
+  return std::chrono::seconds(std::clamp(wait, 0LL, kLongestWait));
+}
+
+std::optional<FailedTry> Judge(SmartPtr<ServiceLayerResponse> const& outcome,
+                               std::string const& url, ConnectOptions const& options) {
   if (!outcome || !outcome->GetExchange()) {
-    return Error(ErrorCode::InvalidArgument, "the call has no request");
+    return FailedTry{Error(ErrorCode::InvalidArgument, "the call has no request"), true};
   }
+  if (outcome->Succeeded()) return std::nullopt;
   HttpMessage const& exchange = *outcome->GetExchange();
-  std::string_view const reply = exchange.GetResponseBuffer()
-                                     ? std::string_view(exchange.GetResponseBuffer()->GetBytes())
-                                     : std::string_view();
-  int const status = exchange.GetStatusCode();
-  std::string const fault = outcome->GetErrorMessage();
-  Verdict verdict;
-  if (!exchange.GetResponseBuffer()) {
-    verdict = OfNoReply(exchange.GetTransportError(), url);
-  } else if (status != kOk && !fault.empty() && (status == 500 || status < 400)) {
-    verdict = {ErrorCode::ServerFault, "the server says: " + OneLine(fault)};
-  } else if (status != kOk) {
-    verdict = OfStatus(status, exchange, url, options);
-  } else if (!badValue.empty()) {
-    verdict = {ErrorCode::NotUnderstood, "the reply holds a value that is none: " + badValue};
-  } else if (!IsResponse(reply)) {
-    verdict = {ErrorCode::NotUnderstood,
-               reply.empty() ? "the reply is empty"
-                             : "the reply holds no response: " + OneLine(reply.substr(0, 80)),
-               {HintCode::CheckAddress, {url}}};
-  } else {
-    return std::nullopt;
-  }
+  Verdict verdict = VerdictOn(*outcome, exchange, url, options);
   ErrorDetails details;
   details.operation = outcome->GetOperationName();
-  details.httpStatus = status;
-  details.transportText = exchange.GetTransportError();
-  if (verdict.code == ErrorCode::NotUnderstood) details.bodyStart = reply.substr(0, kBodyStart);
+  details.httpStatus = exchange.GetStatusCode();
+  details.faultCode = outcome->GetFaultCode();
+  details.faultDetail = outcome->GetFaultDetail();
+  HttpReport const& report = *exchange.GetReport();
+  details.transportText = report.error.empty() ? report.logOn.trouble : report.error;
+  bool const hasReply = bool(exchange.GetResponseBuffer());
+  if (outcome->GetFaultText().empty()) details.bodyStart = ReplyOf(exchange).substr(0, kBodyStart);
   details.hint = std::move(verdict.hint);
-  return Error(verdict.code, verdict.text, std::move(details));
+
+  FailedTry failed{Error(verdict.code, verdict.text, std::move(details))};
+  failed.hasReply = hasReply;
+  failed.isOutcomeOpen = IsOutcomeOpen(exchange);
+  if (hasReply && failed.error.IsRetryable()) failed.retryAfter = RetryAfterOf(exchange);
+  return failed;
 }
 
 }  // namespace lumo
