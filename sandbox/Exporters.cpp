@@ -36,10 +36,14 @@ constexpr Exporter kExporters[] = {
 };
 /// Steps of every exporter.
 constexpr char const* kTransforms[] = {"collect", "format"};
-/// What the exporters need; the first four are required.
-constexpr char const* kNeeded[] = {"Density", "Young's modulus", "Yield strength (elastic limit)",
+/// What the exporters need; all but the last are required.
+constexpr char const* kNeeded[] = {"Density",          "Young's modulus",
+                                   "Poisson's ratio",  "Yield strength (elastic limit)",
                                    "Tensile strength", "Thermal expansion coefficient"};
-constexpr std::size_t kRequired = 4;
+/// Where a card shows them; without a word a figure stands below the one before.
+constexpr char const* kKeywords[] = {"DENSITY", "ELASTIC", "", "YIELD", "STRENGTH", "EXPANSION"};
+constexpr std::size_t kYield = 3;
+constexpr std::size_t kRequired = 5;
 constexpr char kCurve[] = "Yield strength against temperature";
 
 Exporter const& FindExporter(std::string const& key) {
@@ -207,25 +211,25 @@ std::string TableOutput(Store& store, Export const& job) {
   return text;
 }
 
-/// One quantity of a card: a comment with name and unit, and the figure.
+/// One quantity of a card: its keyword, a comment with name and unit, and the figure.
 std::string CardLine(Store& store, Export const& job, std::string const& keyword,
                      Attribute const& attribute, double value, std::string const& note = "") {
   std::string unit;
   std::string const shown = Shown(store, job, attribute, value, &unit);
-  return "*" + keyword + "\n$ " + attribute.name + ", " + unit + note + "\n" + shown + "\n";
+  return (keyword.empty() ? "" : "*" + keyword + "\n") + "** " + attribute.name +
+         (unit.empty() ? "" : ", " + unit) + note + "\n" + shown + "\n";
 }
 
 std::string CardOutput(Store& store, Export const& job) {
-  constexpr char const* kKeywords[] = {"DENSITY", "ELASTIC", "YIELD", "STRENGTH", "EXPANSION"};
   std::string text;
   for (Record const& record : job.records) {
     std::vector<Figure> const figures = NeededFigures(store, record);
-    text += "$ " + record.longName + "\n$ typical figures, middles of ranges; not for design\n" +
+    text += "** " + record.longName + "\n** typical figures, middles of ranges; not for design\n" +
             "*MATERIAL, " + record.shortName + "\n";
     for (std::size_t i = 0; i < figures.size(); ++i) {
       std::optional<double> value = figures[i].value;
       std::string note;
-      if (i == 2 && job.temperature) {
+      if (i == kYield && job.temperature) {
         Curve const curve = CurveOf(store, record);
         if (curve.empty()) throw Fault("\"" + record.shortName + "\" has no curve to read from");
         value = Interpolated(curve, *job.temperature);

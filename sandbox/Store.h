@@ -93,7 +93,7 @@ class Store {
 };
 
 /// Changes with the schema, so that a file of another version is refused and not misread.
-constexpr int kSchemaVersion = 2;
+constexpr int kSchemaVersion = 3;
 
 /// Makes the tables and fills them with what the sandbox ships.
 void Seed(Store& store, Content content);

@@ -6,7 +6,7 @@ run() { "$source/scripts/with-sandbox" "$sandbox" "$examples/$1" "${@:2}"; }
 
 output=$(run list-databases)
 grep -qx 'Engineering Materials       database                    key ENG_MATERIALS' <<<"$output"
-grep -qx '  Materials                 table                       32 attributes' <<<"$output"
+grep -qx '  Materials                 table                       37 attributes' <<<"$output"
 grep -qE '^    Actinides +subset +identity [0-9]+$' <<<"$output"
 
 # A reader that stops early, as grep -q does, would end the example with a broken pipe.

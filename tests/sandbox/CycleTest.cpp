@@ -542,11 +542,11 @@ TEST(Exporters, AreListedAndDescribed) {
       needs, &needed);
   ASSERT_TRUE(IsFine(needed));
   auto const& attributes = needed.AccessRecords().at(0)->AccessAttributes();
-  ASSERT_THAT(attributes, SizeIs(6));
-  EXPECT_EQ(attributes[5]->GetDataPresence(), AttributeExporterParameters::Present);
-  EXPECT_EQ(attributes[5]->AccessParameters().at(0)->GetId(), "temperature");
+  ASSERT_THAT(attributes, SizeIs(7));
+  EXPECT_EQ(attributes[6]->GetDataPresence(), AttributeExporterParameters::Present);
+  EXPECT_EQ(attributes[6]->AccessParameters().at(0)->GetId(), "temperature");
   EXPECT_THAT(
-      attributes[5]->AccessGraphDomains().at(0)->AccessParameterDomains().at(0)->AccessValues(),
+      attributes[6]->AccessGraphDomains().at(0)->AccessParameterDomains().at(0)->AccessValues(),
       SizeIs(6));
 }
 
@@ -572,7 +572,8 @@ TEST(Exporters, PutOutTablesAndCards) {
   temperature.GetParameterValue()->GetParameterValue()->SetValue_Numeric(423.15);
   card.AddParameterValue(temperature);
   EXPECT_THAT(Exported(card, "card-2"),
-              AllOf(HasSubstr("*MATERIAL, 304\n*DENSITY\n$ Density, kg/m^3\n7925\n"),
+              AllOf(HasSubstr("*MATERIAL, 304\n*DENSITY\n** Density, kg/m^3\n7925\n"),
+                    HasSubstr("** Young's modulus, GPa\n196.5\n** Poisson's ratio\n0.27\n*YIELD\n"),
                     HasSubstr("MPa at 150 degC\n158.5\n")));
   card.SetStopBeforeId("format");
   EXPECT_THAT(Exported(card, "card-2"), StartsWith("304: Density = 7925\n"));
