@@ -3,14 +3,15 @@
 #include <exception>
 
 #include "cli/Failure.h"
-#include "sandbox/Server.h"
-#include "sandbox/Store.h"
+#include "sandbox/http/Server.h"
+#include "sandbox/seed/Seed.h"
 
 namespace cli {
 
 struct InnerSandbox::Parts {
   Parts(std::string const& file, std::string const& namespaceBase)
-      : store(file, sandbox::Content::Full), server(store, OptionsFor(namespaceBase)) {}
+      : store(sandbox::OpenStore(file, sandbox::Content::Full)),
+        server(store, OptionsFor(namespaceBase)) {}
   static sandbox::ServerOptions OptionsFor(std::string const& namespaceBase) {
     sandbox::ServerOptions options;
     options.namespaceBase = namespaceBase;

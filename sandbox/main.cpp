@@ -17,8 +17,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "Server.h"
-#include "Store.h"
+#include "sandbox/http/Server.h"
+#include "sandbox/seed/Seed.h"
 
 namespace {
 
@@ -235,7 +235,7 @@ int main(int count, char** texts) try {
   }
   if (options.log) options.server.log = logFile.is_open() ? &logFile : &std::cerr;
   int const signals = StopSignals();
-  sandbox::Store store(options.database, options.content);
+  sandbox::Store store = sandbox::OpenStore(options.database, options.content);
   if (options.records > 0) sandbox::AddGeneratedRecords(store, options.records);
   sandbox::Server server(store, options.server);
   int const port = server.Start(options.port);

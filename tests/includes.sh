@@ -19,5 +19,8 @@ lumo/services/browse/A.h #include "lumo/services/search/B.h"
 lumo/newroom/A.h #include "lumo/xml/B.h"
 sandbox/A.cpp #include <lumo/LumoServiceLayer.h>
 cli/A.cpp #include "lumo/session/LumoSession.h"
-cli/A.cpp #include "sandbox/Server.h"
+cli/A.cpp #include "sandbox/http/Server.h"
+sandbox/wire/A.cpp #include "lumo/xml/NodeReader.h"
+sandbox/model/A.h #include "sandbox/operations/Handlers.h"
+sandbox/operations/browse/A.cpp #include "sandbox/operations/search/Scope.h"
 WRONG

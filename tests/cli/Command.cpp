@@ -56,7 +56,7 @@ CommandTest::~CommandTest() {
 
 void CommandTest::Start(sandbox::Content content, sandbox::ServerOptions const& options) {
   if (m_server) m_server->Stop();
-  m_store = std::make_unique<sandbox::Store>(":memory:", content);
+  m_store = std::make_unique<sandbox::Store>(sandbox::OpenStore(":memory:", content));
   m_server = std::make_unique<sandbox::Server>(*m_store, options);
   m_url = "http://127.0.0.1:" + std::to_string(m_server->Start(0));
 }

@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "sandbox/Server.h"
+#include "sandbox/http/Server.h"
+#include "sandbox/seed/Seed.h"
 
 /// What a command put out and how it ended.
 struct Outcome {

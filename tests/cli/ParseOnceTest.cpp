@@ -5,8 +5,8 @@
 #include <sstream>
 
 #include "cli/Commands.h"
-#include "sandbox/Server.h"
-#include "sandbox/Store.h"
+#include "sandbox/http/Server.h"
+#include "sandbox/seed/Seed.h"
 #include "tests/cli/Command.h"
 #include "tests/support/ParseCounter.h"
 

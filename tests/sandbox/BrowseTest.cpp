@@ -192,7 +192,7 @@ TEST(Parameters, AreDescribed) {
   ASSERT_THAT(parameters.AccessParameterDetails(), SizeIs(2));
   ParameterDetail const& condition = *parameters.AccessParameterDetails()[1];
   EXPECT_EQ(condition.GetParameterType(), ParameterDetail::ParameterType::Discrete);
-  EXPECT_THAT(condition.AccessParameterValues(), SizeIs(3));
+  EXPECT_THAT(condition.AccessParameterValues(), SizeIs(9));
   EXPECT_NE(condition.GetAppliesToAttribute(), nullptr);
 
   auto const named = GetParameterDetailsRequest::CreateOne();

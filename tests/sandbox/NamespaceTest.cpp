@@ -1,6 +1,7 @@
 // Two vendors in one process: every operation speaks the namespace of its session.
 
-#include "Server.h"
+#include "sandbox/http/Server.h"
+#include "sandbox/seed/Seed.h"
 #include "tests/support/EveryOperation.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +13,7 @@ class Vendor {
  public:
   explicit Vendor(std::string const& namespaceBase)
       : m_base(namespaceBase),
-        m_store(":memory:"),
+        m_store(sandbox::OpenStore(":memory:")),
         m_server(m_store, OptionsFor(namespaceBase)),
         m_url("http://127.0.0.1:" + std::to_string(m_server.Start(0))) {}
 

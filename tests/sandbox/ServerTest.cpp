@@ -9,7 +9,8 @@
 #include <memory>
 #include <sstream>
 
-#include "Server.h"
+#include "sandbox/http/Server.h"
+#include "sandbox/seed/Seed.h"
 #include "tests/sandbox/Sandbox.h"
 
 using testing::AllOf;
@@ -25,7 +26,9 @@ namespace {
 class OwnServer {
  public:
   explicit OwnServer(sandbox::ServerOptions const& options = {}, int port = 0)
-      : m_store(":memory:"), m_server(m_store, options), m_port(m_server.Start(port)) {}
+      : m_store(sandbox::OpenStore(":memory:")),
+        m_server(m_store, options),
+        m_port(m_server.Start(port)) {}
   std::string Url() const { return "http://127.0.0.1:" + std::to_string(m_port); }
   int Port() const { return m_port; }
   int Count(std::string const& what) { return m_store.Only("SELECT count(*) FROM " + what).Int(0); }

@@ -1,12 +1,12 @@
 #include "tests/toolkit/Sandbox.h"
 
-#include "sandbox/Server.h"
-#include "sandbox/Store.h"
+#include "sandbox/http/Server.h"
+#include "sandbox/seed/Seed.h"
 
 namespace {
 
 struct Sandbox {
-  Sandbox() : store(":memory:", sandbox::Content::Full), server(store) {
+  Sandbox() : store(sandbox::OpenStore(":memory:", sandbox::Content::Full)), server(store) {
     lumo::ConnectOptions options;
     options.onCall = [this](lumo::CallEvent const& /*call*/) { ++calls; };
     link = std::make_unique<lumo::Connection>("http://127.0.0.1:" + std::to_string(server.Start(0)),
