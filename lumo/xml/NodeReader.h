@@ -9,6 +9,7 @@
 
 #include "lumo/platform/core/SmartPtr.h"
 #include "lumo/xml/ConvertTo.h"
+#include "lumo/xml/GrowingTree.h"
 #include "lumo/xml/XMLUtilites.h"
 
 namespace lumo {
@@ -67,19 +68,21 @@ class LUMO_API NodeReader {
     for (auto* child = m_node->first_node(); child != nullptr; child = child->next_sibling()) {
       if (HasLocalName(*child, name)) visit(*child);
     }
+    if (!IsGrowing(*m_node)) return;
+    while (auto* const item = NextGrowing(*m_node, name)) visit(*item);
   }
 
   /// Calls `visit(child)` for every child element, whatever its name.
   template <class Visit>
   void ForEachChild(Visit visit) const {
     if (m_node == nullptr) return;
-    for (auto* child = m_node->first_node(); child != nullptr; child = child->next_sibling()) {
+    for (auto* child = FirstChild(*m_node); child != nullptr; child = child->next_sibling()) {
       if (child->type() == rapidxml::node_element) visit(*child);
     }
   }
 
   /// Steps inside the first such child.
-  NodeReader In(std::string_view name) { return NodeReader(Find(name)); }
+  NodeReader In(std::string_view name) { return NodeReader(Find(name, true)); }
 
   /// Reads an attribute of the element itself; false when there is none.
   template <class Field>
@@ -109,12 +112,14 @@ class LUMO_API NodeReader {
 
  private:
   /// In the order of the wire the child is the next one.
-  XmlNode<char> const* Find(std::string_view name) {
+  XmlNode<char> const* Find(std::string_view name, bool mayGrow = false) {
     assert(!WasRead(name) && "a name is asked for once");
-    if (m_passedOver || m_next == nullptr || !HasLocalName(*m_next, name)) return Search(name);
+    if (m_passedOver || m_next == nullptr || !HasLocalName(*m_next, name)) {
+      return Search(name, mayGrow);
+    }
     return std::exchange(m_next, m_next->next_sibling());
   }
-  XmlNode<char> const* Search(std::string_view name);
+  XmlNode<char> const* Search(std::string_view name, bool mayGrow);
   bool WasRead(std::string_view name) const;
   XmlAttribute<char> const* FindAttribute(std::string_view name) const;
 
@@ -135,7 +140,7 @@ class LUMO_API NodeReader {
   /// Calls `use` with the text of an element, in place where it is in one piece.
   template <class Use>
   static void WithText(XmlNode<char> const& node, Use use) {
-    XmlNode<char> const* const only = node.first_node();
+    XmlNode<char> const* const only = FirstChild(node);
     if (only == nullptr) return use(RawValue(node));
     if (only->next_sibling() == nullptr && only->type() == rapidxml::node_data) {
       return use(RawValue(*only));

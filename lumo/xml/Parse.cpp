@@ -7,21 +7,18 @@
 
 namespace {
 
-/// RapidXML descends once per nested element: the limit keeps a hostile reply off the end of the
-/// stack.
-constexpr int kMaxDepth = 512;
-
 /// RapidXML's default behaviour, and a bit of our own by which the parser below is found.
 constexpr int kParseDepthLimited = rapidxml::parse_default | 0x10000;
 
 thread_local char const* lastError = "";
 thread_local int depth = 0;
 
-/// One element deeper, as long as it lives.
+/// One element deeper, as long as it lives. RapidXML descends once per nested element: the limit
+/// keeps a hostile reply off the end of the stack.
 class Descent {
  public:
   explicit Descent(void* where) {
-    if (++depth <= kMaxDepth) return;
+    if (++depth <= lumo::kMaxDepth) return;
     --depth;
     throw rapidxml::parse_error("too many nested elements", where);
   }

@@ -1,6 +1,7 @@
 #include "lumo/xml/XMLUtilites.h"
 
 #include "lumo/xml/ConvertTo.h"
+#include "lumo/xml/GrowingTree.h"
 #include "lumo/xml/Make.h"
 #include "lumo/xml/Namespaces.h"
 #include "lumo/xml/NodeReader.h"
@@ -8,7 +9,7 @@
 namespace {
 
 XmlNode<char>* FirstChild(XmlNode<char> const* parent, std::string_view name) {
-  return parent == nullptr ? nullptr : lumo::FirstNamed(parent->first_node(), name);
+  return parent == nullptr ? nullptr : lumo::FirstNamed(lumo::FirstChild(*parent), name);
 }
 
 XmlNode<char>* MakeNode(std::string_view name, std::string_view value,
@@ -37,6 +38,7 @@ XmlNode<char>* XMLUtilites::GetNode(std::string const& name, XmlDocument<char> c
 
 void XMLUtilites::GetNodes(std::string const& name, XmlNode<char> const* parent,
                            std::vector<XmlNode<char> const*>& out) {
+  if (parent != nullptr) lumo::FirstChild(*parent);  // none is to be dropped
   lumo::NodeReader(parent).ForEach(name,
                                    [&out](XmlNode<char> const& child) { out.push_back(&child); });
 }
@@ -47,7 +49,7 @@ XmlAttribute<char>* XMLUtilites::GetAttr(std::string const& name, XmlNode<char> 
 
 std::string XMLUtilites::GetText(XmlNode<char> const* node) {
   if (node == nullptr) return {};
-  XmlNode<char> const* child = node->first_node();
+  XmlNode<char> const* child = lumo::FirstChild(*node);
   if (child == nullptr) return std::string(lumo::RawValue(*node));
   std::string text;
   for (; child != nullptr; child = child->next_sibling()) {

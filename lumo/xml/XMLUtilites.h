@@ -66,16 +66,18 @@ namespace lumo {
 /// Message of the last text that did not parse on this thread; empty when there was none.
 LUMO_API std::string_view LastXmlError();
 
+/// How many elements may lie inside each other in a text that is read.
+constexpr int kMaxDepth = 512;
+
 /// Name of a node or attribute without its prefix, in place.
 inline std::string_view LocalName(XmlBase<char> const& item) {
   std::string_view const name(item.name(), item.name_size());
   return name.substr(name.find(':') + 1);  // npos + 1 is 0: no prefix
 }
 
-/// Whether that is the item's name without its prefix. Most names that differ do so in length: they
+/// Whether that is the name without its prefix. Most names that differ do so in length: they
 /// have no ":" where the prefix would end, so that nothing is compared for them.
-inline bool HasLocalName(XmlBase<char> const& item, std::string_view local) {
-  std::string_view const name(item.name(), item.name_size());
+inline bool HasLocalName(std::string_view name, std::string_view local) {
   if (name.size() == local.size()) {
     return name == local && name.find(':') == std::string_view::npos;
   }
@@ -86,6 +88,10 @@ inline bool HasLocalName(XmlBase<char> const& item, std::string_view local) {
     if (name[i] == ':') return false;
   }
   return true;
+}
+
+inline bool HasLocalName(XmlBase<char> const& item, std::string_view local) {
+  return HasLocalName(std::string_view(item.name(), item.name_size()), local);
 }
 
 inline XmlNode<char>* NextOf(XmlNode<char> const& node) { return node.next_sibling(); }
