@@ -31,6 +31,9 @@ class LUMO_API DataValueFactoryNew : public NoCopy {
   virtual ~DataValueFactoryNew();
   /// The value that `node` holds; null when it holds none.
   virtual SmartPtr<IDataValue> CreateInstance(XmlNode<char> const* node) = 0;
+  /// Whether `node` must be part of a reply's whole tree as RapidXML makes it, which takes more
+  /// time and memory. A factory that reads with `lumo::NodeReader` alone may say no.
+  virtual bool NeedsWholeTree() const { return true; }
   std::string const& GetTypeCode() const { return m_typeCode; }
 
  private:

@@ -5,6 +5,7 @@
 
 #include "lumo/values/AttributeTypes.h"
 #include "lumo/values/DataValueFactoryNew.h"
+#include "lumo/xml/GrowingTree.h"
 #include "lumo/xml/UnbuiltValues.h"
 #include "lumo/xml/XMLUtilites.h"
 
@@ -44,6 +45,7 @@ RegisteredValue BuildRegistered(NameRegistry const& registry, XmlNode<char> cons
     UnbuiltValues::Note();
     return {entry->second, nullptr};
   }
+  if (factory->second->NeedsWholeTree()) RequireWholeTree(node);
   return {entry->second, factory->second->CreateInstance(&node)};
 }
 

@@ -13,10 +13,18 @@ struct HasFactory : std::false_type {};
 template <class T>
 struct HasFactory<T, std::void_t<decltype(T::s_factory)>> : std::true_type {};
 
+/// The classes of this library read with `NodeReader` alone.
+template <class T>
+class OwnFactory : public TypedDataValueFactory<T> {
+ public:
+  using TypedDataValueFactory<T>::TypedDataValueFactory;
+  bool NeedsWholeTree() const override { return false; }
+};
+
 template <class T>
 void MakeFactory() {
   if constexpr (HasFactory<T>::value) {
-    if (T::s_factory == nullptr) T::s_factory = new TypedDataValueFactory<T>(T().GetTypeString());
+    if (T::s_factory == nullptr) T::s_factory = new OwnFactory<T>(T().GetTypeString());
     // A factory from outside that took the place took the entry along when it died.
     DataValueFactoryNew::s_factories.emplace(T::s_factory->GetTypeCode(), T::s_factory);
   }
