@@ -3,6 +3,7 @@ lumo_add_tests(unit
   EveryClassTest.cpp
   platform/Base64Test.cpp
   platform/SmartPtrTest.cpp
+  xml/GrowingTreeTest.cpp
   xml/XmlTest.cpp
   types/ReferenceTest.cpp
   types/EnumerationTest.cpp

@@ -20,7 +20,14 @@ class LUMO_API IResponse : public SmartPtrTarget_ts {
 namespace lumo {
 
 /// Base of a response class: `class GetTablesResponse : public lumo::Response<GetTablesResponse>`.
+/// `T` reads with `NodeReader` alone, so that it may be built while the reply is parsed; a class
+/// that looks at nodes itself derives from `FromXml<T, IResponse>`.
 template <class T>
-using Response = FromXml<T, IResponse>;
+class Response : public FromXml<T, IResponse> {
+ public:
+  using ReadsWithNodeReader = T;
+  using FromXml<T, IResponse>::FromXml;
+  Response() = default;
+};
 
 }  // namespace lumo

@@ -4,6 +4,7 @@
 
 #include "lumo/platform/core/Time.h"
 #include "lumo/session/OperationBase.h"
+#include "lumo/xml/GrowingTree.h"
 #include "lumo/xml/UnbuiltValues.h"
 
 /// The road of one call: request object, envelope, bytes, server, bytes, document, response object.
@@ -38,6 +39,10 @@ class Operation : public OperationBase {
  protected:
   using OperationBase::OperationBase;
 
+  /// Whether replies may be read while they are parsed, see `lumo::ReadWhileParsed`:
+  /// `ProcessResponse` is the one above, and the response looks at no nodes itself.
+  virtual bool IsReadWhileParsed() const { return false; }
+
  private:
   void HandleReply(SmartPtr<HttpMessage> const& sent, ResponseType* response, ILogger* logger) {
     if (response == nullptr) return LogError(logger, "Response cannot be NULL.");
@@ -56,6 +61,7 @@ class Operation : public OperationBase {
   /// The tree is gone before the response is handed over.
   SmartPtr<ResponseType> Read(HttpMessage const& message, ServiceLayerResponse& outcome,
                               ILogger* logger) {
+    if (SmartPtr<ResponseType> parsed = ReadWhileParsed(message, outcome, logger)) return parsed;
     std::unique_ptr<XmlDocument<char>> const document = ParseReply(message, outcome, logger);
     lumo::UnbuiltValues const unbuilt;
     SmartPtr<ResponseType> const parsed = Convert(*document, outcome);
@@ -64,6 +70,20 @@ class Operation : public OperationBase {
     } else {
       ConcludeUnread(message, outcome, *document);
     }
+    return parsed;
+  }
+
+  /// Null when the whole tree decides.
+  SmartPtr<ResponseType> ReadWhileParsed(HttpMessage const& message, ServiceLayerResponse& outcome,
+                                         ILogger* logger) const {
+    if (!IsReadWhileParsed()) return nullptr;
+    lumo::UnbuiltValues const unbuilt;
+    SmartPtr<ResponseType> parsed;
+    bool const isRead = lumo::ReadWhileParsed(
+        message.GetResponseBuffer()->GetBytes(), GetResponseTagName(),
+        [&parsed](XmlNode<char> const* node) { parsed = ResponseType::CreateOne(node); });
+    if (!isRead) return nullptr;
+    ConcludeRead(outcome, unbuilt.Count(), logger);
     return parsed;
   }
 

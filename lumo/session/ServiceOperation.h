@@ -2,6 +2,8 @@
 
 #include <string>
 #include <string_view>
+#include <type_traits>
+#include <typeinfo>
 
 #include "lumo/session/Operation.h"
 
@@ -28,6 +30,21 @@ struct Endpoints {
   LUMO_API static constexpr Endpoint EngineeringData = {L"/EngineeringData.svc", "/EngineeringData",
                                                         "eng"};
 };
+
+/// Whether `Response` promises to read with `NodeReader` alone; classes derived from it do not.
+template <class Response, class = void>
+constexpr bool kReadsWithNodeReader = false;
+template <class Response>
+constexpr bool kReadsWithNodeReader<Response, std::void_t<typename Response::ReadsWithNodeReader>> =
+    std::is_same_v<Response, typename Response::ReadsWithNodeReader>;
+
+/// Whether `Impl` inherits the `ProcessResponse` of that type.
+template <class Impl, class Inherited, class = void>
+constexpr bool kKeepsProcessResponse = false;
+template <class Impl, class Inherited>
+constexpr bool kKeepsProcessResponse<
+    Impl, Inherited,
+    std::enable_if_t<std::is_same_v<decltype(&Impl::ProcessResponse), Inherited>>> = true;
 
 /// Base of an operation class, which adds its `Name` and its public method:
 ///
@@ -59,6 +76,14 @@ class ServiceOperation : public Operation<RequestType, ResponseType> {
   std::wstring const& GetService() const override { return m_path; }
 
  protected:
+  /// A class derived from `Impl` may have a `ProcessResponse` of its own.
+  bool IsReadWhileParsed() const override {
+    using Inherited =
+        SmartPtr<ResponseType> (Operation<RequestType, ResponseType>::*)(XmlDocument<char>*);
+    return kReadsWithNodeReader<ResponseType> && kKeepsProcessResponse<Impl, Inherited> &&
+           typeid(*this) == typeid(Impl);
+  }
+
   void Call(SmartPtr<RequestType> const& request, ResponseType* response) {
     if (!request) return this->LogError(this->SessionLogger(), "Request cannot be NULL.");
     this->ExecuteRequestInternal(request, response, this->SessionLogger());
