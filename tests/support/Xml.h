@@ -1,10 +1,14 @@
 #pragma once
 
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 
 #include "lumo/LumoServiceLayer.h"
+#include "lumo/xml/GrowingTree.h"
+#include "lumo/xml/NodeReader.h"
 
 /// Parses a text that must be well-formed.
 inline std::unique_ptr<XmlDocument<char>> Parsed(std::string const& xml) {
@@ -45,8 +49,30 @@ bool WritesOnlyWhenAttached(T const& object) {
          detached->first_attribute() == nullptr;
 }
 
+/// The object read from the first element of the text, as the content of a reply that is read while
+/// it is parsed; null when it must not be.
+template <class T>
+SmartPtr<T> ReadWhileParsed(std::string const& xml) {
+  SmartPtr<T> object;
+  auto const read = [&object](XmlNode<char> const* node) { object = T::CreateOne(node); };
+  std::string const name(lumo::LocalName(*Parsed(xml)->first_node()));
+  std::string const wrapped = std::is_base_of_v<IResponse, T> ? xml : "<list>" + xml + "</list>";
+  std::string const reply = "<s:Envelope><s:Body>" + wrapped + "</s:Body></s:Envelope>";
+  if constexpr (std::is_base_of_v<IResponse, T>) {
+    return lumo::ReadWhileParsed(reply, name, read) ? object : nullptr;
+  } else {
+    auto const readItem = [&](XmlNode<char> const* list) {
+      lumo::NodeReader(list).ForEach(name, [&](XmlNode<char> const& item) { read(&item); });
+    };
+    return lumo::ReadWhileParsed(reply, "list", readItem) ? object : nullptr;
+  }
+}
+
 /// The object read from the first element of the text.
 template <class T>
 SmartPtr<T> Read(std::string const& xml) {
+  if (std::getenv("LUMO_TEST_OTHER_READING") != nullptr) {
+    if (SmartPtr<T> object = ReadWhileParsed<T>(xml)) return object;
+  }
   return T::CreateOne(Parsed(xml)->first_node());
 }
