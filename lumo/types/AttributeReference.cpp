@@ -1,38 +1,39 @@
 #include "lumo/types/AttributeReference.h"
 
-#include <cstddef>
 #include <string_view>
 
 #include "lumo/xml/NodeReader.h"
 #include "lumo/xml/NodeWriter.h"
+#include "lumo/xml/Words.h"
 
 namespace {
 
-constexpr std::string_view kPseudoNames[] = {
-    "name",
-    "shortName",
-    "subsets",
-    "releasedDate",
-    "modifiedDate",
-    "recordType",
-    "recordHistoryIdentity",
-    "recordColor",
-    "linkedRecords",
-    "versionState",
-    "recordGUID",
-    "recordHistoryGUID",
-    "recordVersionNumber",
-    "tableName",
-    "childRecords",
-    "tableFilters",
-    "writable",
-    "parentName",
-    "parentShortName",
-    "parentRecordHistoryIdentity",
-    "parentRecordHistoryGUID",
+using PseudoAttrs = AttributeReference::PseudoAttrs;
+using PseudoName = lumo::Word<PseudoAttrs::eLumoPseudoAttributeReference>;
+constexpr PseudoName kPseudoNames[] = {
+    // the last has no bracketed form
+    {PseudoAttrs::Name, "name"},
+    {PseudoAttrs::ShortName, "shortName"},
+    {PseudoAttrs::Subsets, "subsets"},
+    {PseudoAttrs::ReleasedDate, "releasedDate"},
+    {PseudoAttrs::ModifiedDate, "modifiedDate"},
+    {PseudoAttrs::RecordType, "recordType"},
+    {PseudoAttrs::RecordHistoryIdentity, "recordHistoryIdentity"},
+    {PseudoAttrs::RecordColor, "recordColor"},
+    {PseudoAttrs::LinkedRecords, "linkedRecords"},
+    {PseudoAttrs::VersionState, "versionState"},
+    {PseudoAttrs::RecordGUID, "recordGUID"},
+    {PseudoAttrs::RecordHistoryGUID, "recordHistoryGUID"},
+    {PseudoAttrs::RecordVersionNumber, "recordVersionNumber"},
+    {PseudoAttrs::TableName, "tableName"},
+    {PseudoAttrs::ChildRecords, "childRecords"},
+    {PseudoAttrs::TableFilters, "tableFilters"},
+    {PseudoAttrs::Writable, "writable"},
+    {PseudoAttrs::ParentName, "parentName"},
+    {PseudoAttrs::ParentShortName, "parentShortName"},
+    {PseudoAttrs::ParentRecordHistoryIdentity, "parentRecordHistoryIdentity"},
+    {PseudoAttrs::ParentRecordHistoryGUID, "parentRecordHistoryGUID"},
 };
-/// The last name has no bracketed form.
-constexpr std::size_t kBracketedNames = std::size(kPseudoNames) - 1;
 
 }  // namespace
 
@@ -48,18 +49,16 @@ AttributeReference::AttributeReference(XmlNode<char> const* node) : FromXml(node
 bool AttributeReference::IsPseudoAttributeName(std::string const& name, int* index) {
   if (name.size() < 2 || name.front() != '[' || name.back() != ']') return false;
   std::string_view const inner = std::string_view(name).substr(1, name.size() - 2);
-  for (std::size_t i = 0; i < kBracketedNames; ++i) {
-    if (inner != kPseudoNames[i]) continue;
-    if (index != nullptr) *index = static_cast<int>(i);
-    return true;
-  }
-  return false;
+  auto const* const word = lumo::FindWord(kPseudoNames, &PseudoName::text, inner);
+  bool const hasBrackets = word != nullptr && word->value != PseudoAttrs::ParentRecordHistoryGUID;
+  if (hasBrackets && index != nullptr) *index = word->value;
+  return hasBrackets;
 }
 
 void AttributeReference::MakePseudoAttribute(PseudoAttrs::eLumoPseudoAttributeReference e) {
-  auto const index = static_cast<std::size_t>(static_cast<unsigned>(e));
-  if (index >= std::size(kPseudoNames)) return;
-  m_name = kPseudoNames[index];
+  std::string const name = lumo::WordOf(kPseudoNames, e, "");
+  if (name.empty()) return;
+  m_name = name;
   m_isStandardName = true;
   m_attributeID = 0;
   m_partialTableReference.Reset();

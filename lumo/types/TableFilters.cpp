@@ -26,11 +26,11 @@ constexpr lumo::Word<TableFilters::eTablesFilter> kWords[] = {
     {TableFilters::MobileUseTypesTablesOnly, "MobileUseTypesTablesOnly"},
 };
 
-lumo::WordTable<TableFilters::eTablesFilter> table;
+lumo::WordTable table(kWords);
 
 }  // namespace
 
-void TableFilters::StaticInit() { table.Fill(kWords); }
+void TableFilters::StaticInit() { table.Fill(); }
 void TableFilters::StaticShutdown() { table.Clear(); }
 
 std::string TableFilters::ToString(eTablesFilter filter) {

@@ -1,6 +1,7 @@
 #include "lumo/values/ParameterValue.h"
 
 #include <stdexcept>
+#include <string_view>
 
 #include "lumo/xml/NodeReader.h"
 #include "lumo/xml/NodeWriter.h"
@@ -16,8 +17,9 @@ constexpr lumo::Word<ParameterValue::eParameterValueType> kWords[] = {
 }  // namespace
 
 ParameterValue::eParameterValueType ParameterValue::TypeFromString(std::string const& text) {
-  if (text == "Numeric") return Numeric;
-  if (text == "Discrete") return Discrete;
+  using Word = lumo::Word<eParameterValueType>;
+  Word const* const word = lumo::FindWord(kWords, &Word::text, std::string_view(text));
+  if (word != nullptr) return word->value;
   throw std::runtime_error("unknown parameter value type valid types are Numeric and Discrete");
 }
 

@@ -1,15 +1,25 @@
 #include "lumo/values/TabularColumn.h"
 
-#include <algorithm>
-
 #include "lumo/xml/NodeReader.h"
+#include "lumo/xml/Words.h"
+
+namespace {
+
+constexpr lumo::Word<TabularColumn::eType> kWords[] = {
+    {TabularColumn::Local, "Local"},
+    {TabularColumn::TargetAttribute, "TargetAttribute"},
+    {TabularColumn::TargetRecord, "TargetRecord"},
+    {TabularColumn::TargetTabularColumn, "TargetTabularColumn"},
+};
+
+}  // namespace
 
 std::array<std::string, 4> const TabularColumn::TypeStrings = {
-    "Local", "TargetAttribute", "TargetRecord", "TargetTabularColumn"};
+    std::string(kWords[0].text), std::string(kWords[1].text), std::string(kWords[2].text),
+    std::string(kWords[3].text)};
 
 TabularColumn::eType TabularColumn::ParseType(std::string const& text) {
-  auto const* const found = std::find(TypeStrings.begin(), TypeStrings.end(), text);
-  return static_cast<eType>(found - TypeStrings.begin());  // the end is Unknown
+  return lumo::ValueOf(kWords, text, Unknown);
 }
 
 TabularColumn::TabularColumn(XmlNode<char> const* node) {

@@ -25,25 +25,25 @@ constexpr lumo::Word<ParameterType::eParameterType> kTypeWords[] = {
     {ParameterType::Discrete, "Discrete"},
 };
 
-lumo::WordTable<ScaleType::eScaleType> scales;
-lumo::WordTable<Interpolation::eInterpolation> interpolations;
-lumo::WordTable<ParameterType::eParameterType> types;
+lumo::WordTable scales(kScaleWords);
+lumo::WordTable interpolations(kInterpolationWords);
+lumo::WordTable types(kTypeWords);
 
 }  // namespace
 
-void ParameterDetail::ScaleType::StaticInit() { scales.Fill(kScaleWords); }
+void ParameterDetail::ScaleType::StaticInit() { scales.Fill(); }
 void ParameterDetail::ScaleType::StaticShutdown() { scales.Clear(); }
 ScaleType::eScaleType ParameterDetail::ScaleType::FromString(std::string const& text) {
   return scales.ValueOf(text);
 }
 
-void ParameterDetail::Interpolation::StaticInit() { interpolations.Fill(kInterpolationWords); }
+void ParameterDetail::Interpolation::StaticInit() { interpolations.Fill(); }
 void ParameterDetail::Interpolation::StaticShutdown() { interpolations.Clear(); }
 Interpolation::eInterpolation ParameterDetail::Interpolation::FromString(std::string const& text) {
   return interpolations.ValueOf(text);
 }
 
-void ParameterDetail::ParameterType::StaticInit() { types.Fill(kTypeWords); }
+void ParameterDetail::ParameterType::StaticInit() { types.Fill(); }
 void ParameterDetail::ParameterType::StaticShutdown() { types.Clear(); }
 ParameterType::eParameterType ParameterDetail::ParameterType::FromString(std::string const& text) {
   return types.ValueOf(text);
