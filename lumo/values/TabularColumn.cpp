@@ -1,5 +1,6 @@
 #include "lumo/values/TabularColumn.h"
 
+#include "lumo/platform/core/Early.h"
 #include "lumo/xml/NodeReader.h"
 #include "lumo/xml/Words.h"
 
@@ -14,7 +15,7 @@ constexpr lumo::Word<TabularColumn::eType> kWords[] = {
 
 }  // namespace
 
-std::array<std::string, 4> const TabularColumn::TypeStrings = {
+LUMO_EARLY std::array<std::string, 4> const TabularColumn::TypeStrings = {
     std::string(kWords[0].text), std::string(kWords[1].text), std::string(kWords[2].text),
     std::string(kWords[3].text)};
 

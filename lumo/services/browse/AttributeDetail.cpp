@@ -1,8 +1,9 @@
 #include "lumo/services/browse/AttributeDetail.h"
 
+#include "lumo/platform/core/Early.h"
 #include "lumo/xml/NodeReader.h"
 
-std::unordered_set<std::string> AttributeDetail::s_supportedColumns;
+LUMO_EARLY std::unordered_set<std::string> AttributeDetail::s_supportedColumns;
 
 void AttributeDetail::StaticInit() { s_supportedColumns = {"local", "target", "unavailable"}; }
 
