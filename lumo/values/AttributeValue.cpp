@@ -3,7 +3,9 @@
 #include <string_view>
 #include <utility>
 
+#include "lumo/platform/core/Early.h"
 #include "lumo/values/AttributeTypes.h"
+#include "lumo/values/BuildValue.h"
 #include "lumo/xml/UnbuiltValues.h"
 #include "lumo/xml/XMLUtilites.h"
 
@@ -20,7 +22,7 @@ bool HoldsValue(XmlNode<char> const& node) {
 
 }  // namespace
 
-lumo::NameRegistry AttributeValue::s_factory;
+LUMO_EARLY lumo::NameRegistry AttributeValue::s_factory;
 
 void AttributeValue::RegisterTypes() {
   s_factory = {

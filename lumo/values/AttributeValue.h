@@ -3,6 +3,7 @@
 #include <string>
 
 #include "lumo/types/AttributeIdentifier.h"
+#include "lumo/values/IDataValue.h"
 #include "lumo/values/NameRegistry.h"
 
 /// Value of one attribute of a record. Lists, links and empty values do not occur here: such an

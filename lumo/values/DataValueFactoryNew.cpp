@@ -1,7 +1,8 @@
 #include "lumo/values/DataValueFactoryNew.h"
 
-std::unordered_map<std::string, DataValueFactoryNew*, lumo::TypeCodeHash>
-    DataValueFactoryNew::s_factories;
+#include "lumo/platform/core/Early.h"
+
+LUMO_EARLY DataValueFactoryNew::Table DataValueFactoryNew::s_factories;
 
 DataValueFactoryNew::DataValueFactoryNew(std::string const& typeCode) : m_typeCode(typeCode) {
   s_factories[m_typeCode] = this;

@@ -1,31 +1,19 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <unordered_map>
 
 #include "lumo/platform/core/NoCopy.h"
 #include "lumo/values/IDataValue.h"
-
-namespace lumo {
-
-/// Hash of a type code: most have four letters.
-struct TypeCodeHash {
-  std::size_t operator()(std::string const& code) const {
-    std::size_t hash = code.size();
-    for (char const c : code) hash = hash * 31 + static_cast<unsigned char>(c);
-    return hash;
-  }
-};
-
-}  // namespace lumo
+#include "lumo/values/NameRegistry.h"
 
 /// Builds values of one type from their elements. A factory enters itself into `s_factories` when
 /// it is made and leaves when it is destroyed; library start-up makes one per value class.
 class LUMO_API DataValueFactoryNew : public NoCopy {
  public:
+  using Table = std::unordered_map<std::string, DataValueFactoryNew*, lumo::NameHash>;
   /// Every live factory by its type code. Not locked: it changes only while no call runs.
-  static std::unordered_map<std::string, DataValueFactoryNew*, lumo::TypeCodeHash> s_factories;
+  static Table s_factories;
 
   explicit DataValueFactoryNew(std::string const& typeCode);
   virtual ~DataValueFactoryNew();

@@ -1,8 +1,11 @@
 #include "lumo/values/ListDataType.h"
 
+#include "lumo/platform/core/Early.h"
+#include "lumo/values/BuildValue.h"
+
 namespace {
 
-lumo::NameRegistry registry;
+LUMO_EARLY lumo::NameRegistry registry;
 
 }  // namespace
 

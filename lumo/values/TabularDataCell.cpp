@@ -2,9 +2,11 @@
 
 #include <string>
 
+#include "lumo/platform/core/Early.h"
+#include "lumo/values/BuildValue.h"
 #include "lumo/xml/NodeWriter.h"
 
-lumo::NameRegistry TabularDataCell::s_factory;
+LUMO_EARLY lumo::NameRegistry TabularDataCell::s_factory;
 
 void TabularDataCell::RegisterTypes() { s_factory = lumo::ShortNames(); }
 

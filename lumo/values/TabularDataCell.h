@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lumo/platform/core/Counted.h"
+#include "lumo/values/IDataValue.h"
 #include "lumo/values/NameRegistry.h"
 #include "lumo/values/TabularColumn.h"
 

@@ -93,16 +93,6 @@ TEST(ShortNames, StandForTypesInCellsAndLists) {
   EXPECT_EQ(Sorted(ListDataType::AccessRegistry()), expected);
 }
 
-TEST(NameRegistry, IsUsedLikeAMap) {
-  lumo::NameRegistry registry = {{"A", "1"}};
-  registry["B"] = "2";
-  registry["A"] += "1";
-  EXPECT_EQ(registry.at("A") + registry.find("B")->second, "112");
-  EXPECT_EQ(registry.erase("A") + registry.erase("A") + registry.count("A"), 1U);
-  EXPECT_EQ(registry.find(""), registry.end());
-  EXPECT_THROW(registry.at("A"), std::out_of_range);
-}
-
 TEST(Lifecycle, MakesAndDestroysFactoriesAndRegistries) {
   EXPECT_EQ(DataValueFactoryNew::s_factories.size(), 16U);
   auto* const factory = RangeDataType::s_factory;

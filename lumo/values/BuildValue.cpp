@@ -1,7 +1,4 @@
-#include "lumo/values/NameRegistry.h"
-
-#include <algorithm>
-#include <stdexcept>
+#include "lumo/values/BuildValue.h"
 
 #include "lumo/values/AttributeTypes.h"
 #include "lumo/values/DataValueFactoryNew.h"
@@ -10,32 +7,6 @@
 #include "lumo/xml/XMLUtilites.h"
 
 namespace lumo {
-
-NameRegistry::const_iterator NameRegistry::find(std::string_view name) const {
-  return std::find_if(begin(), end(), [name](value_type const& entry) {
-    return entry.first.size() == name.size() &&
-           (name.empty() || entry.first.front() == name.front()) && entry.first == name;
-  });
-}
-
-std::string const& NameRegistry::at(std::string_view name) const {
-  const_iterator const entry = find(name);
-  if (entry == end()) throw std::out_of_range("name is not registered: " + std::string(name));
-  return entry->second;
-}
-
-std::string& NameRegistry::operator[](std::string_view name) {
-  const_iterator const entry = find(name);
-  if (entry == end()) return m_entries.emplace_back(name, std::string()).second;
-  return m_entries[static_cast<std::size_t>(entry - begin())].second;
-}
-
-std::size_t NameRegistry::erase(std::string_view name) {
-  const_iterator const entry = find(name);
-  if (entry == end()) return 0;
-  m_entries.erase(entry);
-  return 1;
-}
 
 RegisteredValue BuildRegistered(NameRegistry const& registry, XmlNode<char> const& node) {
   auto const entry = registry.find(LocalName(node));
