@@ -1,10 +1,17 @@
 #include "lumo/types/AttributeIdentifier.h"
 
-#include "lumo/xml/NodeReader.h"
-
 AttributeIdentifier::AttributeIdentifier(XmlNode<char> const* node) {
-  lumo::NodeReader in(node);  // these names begin with capitals on the wire
-  in.Child("AttributeName", m_attributeName);
+  lumo::NodeReader in(node);
+  ReadName(in);
+  ReadRest(in);
+}
+
+// These names begin with capitals on the wire.
+bool AttributeIdentifier::ReadName(lumo::NodeReader& in) {
+  return in.Child("AttributeName", m_attributeName);
+}
+
+void AttributeIdentifier::ReadRest(lumo::NodeReader& in) {
   in.Child("AttributeIdentity", m_attributeID);
   in.Child("StandardAttributeName", m_standardAttributeName);
 }

@@ -2,7 +2,9 @@
 
 #include <string>
 
+#include "lumo/platform/core/OptionalPart.h"
 #include "lumo/xml/FromXml.h"
+#include "lumo/xml/NodeReader.h"
 
 /// Says to which attribute something in a reply belongs.
 class LUMO_API AttributeIdentifier : public lumo::FromXml<AttributeIdentifier> {
@@ -16,11 +18,17 @@ class LUMO_API AttributeIdentifier : public lumo::FromXml<AttributeIdentifier> {
   int GetAttributeID() const { return m_attributeID; }
   void SetAttributeID(int attributeID) { m_attributeID = attributeID; }
   /// Empty when the attribute has no standard name.
-  std::string const& GetStandardAttributeName() const { return m_standardAttributeName; }
+  std::string const& GetStandardAttributeName() const { return m_standardAttributeName.Get(); }
   void SetStandardAttributeName(std::string const& name) { m_standardAttributeName = name; }
 
+ protected:
+  /// The two steps of reading, for a class that goes on reading the same element. The first one is
+  /// false when the element does not name an attribute.
+  bool ReadName(lumo::NodeReader& in);
+  void ReadRest(lumo::NodeReader& in);
+
  private:
-  std::string m_attributeName;
   int m_attributeID = 0;
-  std::string m_standardAttributeName;
+  std::string m_attributeName;
+  lumo::OptionalPart<std::string> m_standardAttributeName;
 };

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "lumo/platform/core/LazyPart.h"
 #include "lumo/types/ParameterReference.h"
 #include "lumo/types/UnitInformation.h"
 
@@ -14,7 +15,7 @@ class LUMO_API ParameterInformation : public lumo::FromXml<ParameterInformation>
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
   /// Never null after construction; empty for a parameter without a unit.
-  SmartPtr<UnitInformation> GetUnit() const { return m_unit; }
+  SmartPtr<UnitInformation> GetUnit() const { return m_unit.Get(); }
   void SetUnit(SmartPtr<UnitInformation> const& unit) { m_unit = unit; }
   /// Null when the reply did not say which parameter it is; not sent then.
   SmartPtr<ParameterReference> GetParameterReference() const { return m_parameterReference; }
@@ -27,5 +28,5 @@ class LUMO_API ParameterInformation : public lumo::FromXml<ParameterInformation>
  private:
   SmartPtr<ParameterReference> m_parameterReference;
   std::string m_name;
-  SmartPtr<UnitInformation> m_unit = UnitInformation::CreateOne();
+  lumo::LazyPart<UnitInformation> m_unit;
 };

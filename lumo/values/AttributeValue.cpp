@@ -6,12 +6,15 @@
 #include "lumo/platform/core/Early.h"
 #include "lumo/values/AttributeTypes.h"
 #include "lumo/values/BuildValue.h"
+#include "lumo/values/TypeCode.h"
 #include "lumo/xml/UnbuiltValues.h"
-#include "lumo/xml/XMLUtilites.h"
 
 namespace {
 
-constexpr char kUnsupported[] = "UNSUPPORTED DATA TYPE";
+std::string const& Unsupported() {
+  static std::string const& code = lumo::KeptTypeCode("UNSUPPORTED DATA TYPE");
+  return code;
+}
 
 /// Whether the element holds a value, of whatever type.
 bool HoldsValue(XmlNode<char> const& node) {
@@ -43,17 +46,31 @@ void AttributeValue::RegisterTypes() {
   };
 }
 
-AttributeValue::AttributeValue() : m_dataType(kUnsupported) {}
+AttributeValue::AttributeValue() : m_dataType(&Unsupported()) {}
 
-AttributeValue::AttributeValue(XmlNode<char> const* node) : FromXml(node) {
-  XmlNode<char> const* child = node == nullptr ? nullptr : node->first_node();
-  for (; child != nullptr && !m_dataValue; child = child->next_sibling()) {
-    if (s_factory.empty() && HoldsValue(*child)) lumo::UnbuiltValues::Note();
-    auto [typeCode, value] = lumo::BuildRegistered(s_factory, *child);
-    if (!typeCode.empty()) m_dataType = typeCode;
-    m_dataValue = std::move(value);
-  }
-  if (m_dataType.empty()) m_dataType = kUnsupported;
+AttributeValue::AttributeValue(XmlNode<char> const* node) : m_dataType(&Unsupported()) {
+  lumo::NodeReader in(node);
+  ReadName(in);
+  ReadRest(in);
+  ReadValue(in);
 }
 
-bool AttributeValue::IsSupported() const { return m_dataType != kUnsupported; }
+SmartPtr<AttributeValue> AttributeValue::CreateOneOfRecord(XmlNode<char> const& node) {
+  lumo::NodeReader in(&node);
+  SmartPtr<AttributeValue> value = CreateOne();
+  if (!value->ReadName(in)) return nullptr;
+  value->ReadRest(in);
+  value->ReadValue(in);
+  return value->IsSupported() ? value : nullptr;
+}
+
+void AttributeValue::ReadValue(lumo::NodeReader const& in) {
+  for (auto* child = in.Rest(); child != nullptr && !m_dataValue; child = child->next_sibling()) {
+    if (s_factory.empty() && HoldsValue(*child)) lumo::UnbuiltValues::Note();
+    auto [typeCode, value] = lumo::BuildRegistered(s_factory, *child);
+    if (typeCode != nullptr) m_dataType = typeCode;
+    m_dataValue = std::move(value);
+  }
+}
+
+bool AttributeValue::IsSupported() const { return m_dataType != &Unsupported(); }

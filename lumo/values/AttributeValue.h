@@ -18,8 +18,12 @@ class LUMO_API AttributeValue : public lumo::FromXml<AttributeValue, AttributeId
   AttributeValue();
   explicit AttributeValue(XmlNode<char> const* node);
 
+  /// The value in an element of a record; null when it does not name its attribute or holds no
+  /// value of a known type.
+  static SmartPtr<AttributeValue> CreateOneOfRecord(XmlNode<char> const& node);
+
   /// Type code of the value, "UNSUPPORTED DATA TYPE" when none was recognised.
-  std::string const& GetDataType() const { return m_dataType; }
+  std::string const& GetDataType() const { return *m_dataType; }
   /// Whether the reply held a value of a known type, even if it could not be built.
   bool IsSupported() const;
   /// Null when the reply held no value of a known type.
@@ -28,6 +32,8 @@ class LUMO_API AttributeValue : public lumo::FromXml<AttributeValue, AttributeId
   void SetDataValue(IDataValue* value) { m_dataValue = value; }
 
  private:
-  std::string m_dataType;
+  void ReadValue(lumo::NodeReader const& in);
+
+  std::string const* m_dataType;  // never null; kept as long as the process
   SmartPtr<IDataValue> m_dataValue;
 };

@@ -2,6 +2,7 @@
 
 #include "lumo/values/AttributeTypes.h"
 #include "lumo/values/DataValueFactoryNew.h"
+#include "lumo/values/TypeCode.h"
 #include "lumo/xml/GrowingTree.h"
 #include "lumo/xml/UnbuiltValues.h"
 #include "lumo/xml/XMLUtilites.h"
@@ -10,14 +11,14 @@ namespace lumo {
 
 RegisteredValue BuildRegistered(NameRegistry const& registry, XmlNode<char> const& node) {
   auto const entry = registry.find(LocalName(node));
-  if (entry == registry.end()) return {};
+  if (entry == registry.end()) return {nullptr, nullptr};
   auto const factory = DataValueFactoryNew::s_factories.find(entry->second);
   if (factory == DataValueFactoryNew::s_factories.end()) {
     UnbuiltValues::Note();
-    return {entry->second, nullptr};
+    return {&KeptTypeCode(entry->second), nullptr};
   }
   if (factory->second->NeedsWholeTree()) RequireWholeTree(node);
-  return {entry->second, factory->second->CreateInstance(&node)};
+  return {&factory->second->GetTypeCode(), factory->second->CreateInstance(&node)};
 }
 
 SmartPtr<IDataValue> BuildFirst(NameRegistry const& registry, XmlNode<char> const& node) {

@@ -1,16 +1,16 @@
 #pragma once
 
-#include <string_view>
+#include <string>
 
 #include "lumo/values/IDataValue.h"
 #include "lumo/values/NameRegistry.h"
 
 namespace lumo {
 
-/// The value in `node` by the registry's code for its name, and that code; an empty code when the
+/// The value in `node` by the registry's code for its name, and that code; a null code when the
 /// name is not registered, a null value when no factory knows the code.
 struct RegisteredValue {
-  std::string_view typeCode;
+  std::string const* typeCode;  ///< see `KeptTypeCode`
   SmartPtr<IDataValue> value;
 };
 RegisteredValue BuildRegistered(NameRegistry const& registry, XmlNode<char> const& node);

@@ -25,7 +25,7 @@ class LUMO_API DataValueFactoryNew : public NoCopy {
   std::string const& GetTypeCode() const { return m_typeCode; }
 
  private:
-  std::string m_typeCode;
+  std::string const& m_typeCode;  // kept as long as the process
 };
 
 /// The factory of value class `T`, which has a static `CreateOne(node)`.

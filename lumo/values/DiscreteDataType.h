@@ -21,8 +21,8 @@ class LUMO_API DiscreteValue : public lumo::FromXml<DiscreteValue> {
   void CreateXMLNode(XmlNode<char>* node) const;
 
  private:
-  std::string m_value;
   int m_order = 0;
+  std::string m_value;
 };
 
 /// One or more words out of those that the attribute allows.

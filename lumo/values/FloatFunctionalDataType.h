@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lumo/platform/core/LazyPart.h"
 #include "lumo/types/UnitInformation.h"
 #include "lumo/values/IDataValue.h"
 #include "lumo/values/Parameters.h"
@@ -11,15 +12,15 @@ class LUMO_API FloatFunctionalDataType : public IDataValue {
   explicit FloatFunctionalDataType(XmlNode<char> const* node);
 
   /// Never null after construction.
-  SmartPtr<UnitInformation> GetUnit() const { return m_unit; }
+  SmartPtr<UnitInformation> GetUnit() const { return m_unit.Get(); }
   void SetUnit(SmartPtr<UnitInformation> const& unit) { m_unit = unit; }
   /// Never null after construction.
-  SmartPtr<Parameters> GetParameters() const { return m_parameters; }
+  SmartPtr<Parameters> GetParameters() const { return m_parameters.Get(); }
   void SetParameters(SmartPtr<Parameters> const& parameters) { m_parameters = parameters; }
 
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
-  SmartPtr<UnitInformation> m_unit = UnitInformation::CreateOne();
-  SmartPtr<Parameters> m_parameters = Parameters::CreateOne();
+  lumo::LazyPart<UnitInformation> m_unit;
+  lumo::LazyPart<Parameters> m_parameters;
 };

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "lumo/platform/core/LazyPart.h"
 #include "lumo/types/ParameterInformation.h"
 #include "lumo/values/Constraints.h"
 #include "lumo/values/GraphDecoration.h"
@@ -15,10 +16,10 @@ class LUMO_API Series : public lumo::FromXml<Series> {
   explicit Series(XmlNode<char> const* node);
 
   /// Never null after construction.
-  SmartPtr<XYData> GetXYPoints() const { return m_xyPoints; }
+  SmartPtr<XYData> GetXYPoints() const { return m_xyPoints.Get(); }
   void SetXYPoints(SmartPtr<XYData> const& points) { m_xyPoints = points; }
   /// The parameter values at which the curve holds. Never null after construction.
-  SmartPtr<Constraints> GetConstraints() const { return m_constraints; }
+  SmartPtr<Constraints> GetConstraints() const { return m_constraints.Get(); }
   void SetConstraints(SmartPtr<Constraints> const& constraints) { m_constraints = constraints; }
   /// How the curve is drawn; `Lines` by default. Only sent: replies are not asked for it.
   GraphDecoration::eOptions GetDecoration() const { return m_decoration; }
@@ -27,8 +28,8 @@ class LUMO_API Series : public lumo::FromXml<Series> {
   void CreateXMLNode(XmlNode<char>* node) const;
 
  private:
-  SmartPtr<XYData> m_xyPoints = XYData::CreateOne();
-  SmartPtr<Constraints> m_constraints = Constraints::CreateOne();
+  lumo::LazyPart<XYData> m_xyPoints;
+  lumo::LazyPart<Constraints> m_constraints;
   GraphDecoration::eOptions m_decoration = GraphDecoration::Lines;
 };
 

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "lumo/platform/core/LazyPart.h"
 #include "lumo/values/Constraints.h"
 
 /// One value of a gridded curve and the parameter values at which it holds.
@@ -18,7 +19,7 @@ class LUMO_API FloatFunctionalValue : public SmartPtrTarget_ts {
   virtual std::string GetNodeType() const = 0;
 
   /// Never null after construction.
-  SmartPtr<Constraints> GetConstraints() const { return m_constraints; }
+  SmartPtr<Constraints> GetConstraints() const { return m_constraints.Get(); }
   void SetConstraints(SmartPtr<Constraints> const& constraints) { m_constraints = constraints; }
   bool GetEstimated() const { return m_estimated; }
   void SetEstimated(bool estimated) { m_estimated = estimated; }
@@ -26,8 +27,8 @@ class LUMO_API FloatFunctionalValue : public SmartPtrTarget_ts {
   virtual void CreateXMLNode(XmlNode<char>* node) const;
 
  private:
-  SmartPtr<Constraints> m_constraints = Constraints::CreateOne();
   bool m_estimated = false;
+  lumo::LazyPart<Constraints> m_constraints;
 };
 
 /// A single figure.

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "lumo/platform/core/LazyPart.h"
 #include "lumo/types/ParameterReference.h"
 #include "lumo/values/ParameterValue.h"
 
@@ -12,17 +13,17 @@ class LUMO_API ParameterReferenceAndValue : public lumo::FromXml<ParameterRefere
   explicit ParameterReferenceAndValue(XmlNode<char> const* node);
 
   /// Never null after construction.
-  SmartPtr<ParameterReference> GetParameter() const { return m_parameter; }
+  SmartPtr<ParameterReference> GetParameter() const { return m_parameter.Get(); }
   void SetParameter(SmartPtr<ParameterReference> const& parameter) { m_parameter = parameter; }
   /// Never null after construction.
-  SmartPtr<ParameterValue> GetParameterValue() const { return m_parameterValue; }
+  SmartPtr<ParameterValue> GetParameterValue() const { return m_parameterValue.Get(); }
   void SetParameterValue(SmartPtr<ParameterValue> const& value) { m_parameterValue = value; }
 
   void CreateXMLNode(XmlNode<char>* node) const;
 
  private:
-  SmartPtr<ParameterReference> m_parameter = ParameterReference::CreateOne();
-  SmartPtr<ParameterValue> m_parameterValue = ParameterValue::CreateOne();
+  lumo::LazyPart<ParameterReference> m_parameter;
+  lumo::LazyPart<ParameterValue> m_parameterValue;
 };
 
 /// The parameter values under which a figure holds.

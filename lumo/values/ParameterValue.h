@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "lumo/platform/core/OptionalPart.h"
 #include "lumo/xml/FromXml.h"
 
 /// Value of a parameter: a number or a discrete choice.
@@ -27,7 +28,7 @@ class LUMO_API ParameterValue : public lumo::FromXml<ParameterValue> {
     m_type = Numeric;
   }
   /// Empty unless a text was read or set.
-  std::string const& GetValue_Discrete() const { return m_discreteValue; }
+  std::string const& GetValue_Discrete() const { return m_discreteValue.Get(); }
   /// Makes the value a discrete choice.
   void SetValue_Discrete(std::string const& value) {
     m_discreteValue = value;
@@ -39,5 +40,5 @@ class LUMO_API ParameterValue : public lumo::FromXml<ParameterValue> {
  private:
   eParameterValueType m_type = Discrete;
   double m_numericValue = 0;
-  std::string m_discreteValue;
+  lumo::OptionalPart<std::string> m_discreteValue;
 };

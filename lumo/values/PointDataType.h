@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "lumo/platform/core/LazyPart.h"
 #include "lumo/values/AttributeTypes.h"
 #include "lumo/values/DataValue.h"
 #include "lumo/values/ParameterReferenceAndValue.h"
@@ -18,7 +19,9 @@ class LUMO_API PointValueWithParameters : public lumo::FromXml<PointValueWithPar
   double GetValue() const { return m_value; }
   void SetValue(double value) { m_value = value; }
   /// Never null after construction.
-  SmartPtr<ParameterReferencesAndValues> GetValueParameters() const { return m_valueParameters; }
+  SmartPtr<ParameterReferencesAndValues> GetValueParameters() const {
+    return m_valueParameters.Get();
+  }
   void SetValueParameters(SmartPtr<ParameterReferencesAndValues> const& parameters) {
     m_valueParameters = parameters;
   }
@@ -27,8 +30,7 @@ class LUMO_API PointValueWithParameters : public lumo::FromXml<PointValueWithPar
 
  private:
   double m_value = 0;
-  SmartPtr<ParameterReferencesAndValues> m_valueParameters =
-      ParameterReferencesAndValues::CreateOne();
+  lumo::LazyPart<ParameterReferencesAndValues> m_valueParameters;
 };
 
 /// One or more figures, each perhaps for other values of the parameters.
@@ -43,12 +45,12 @@ class LUMO_API PointDataType : public lumo::DataValue<PointDataType, UnittedReal
   std::vector<SmartPtr<PointValueWithParameters>> const& AccessPoints() const { return m_points; }
   void AddPoint(SmartPtr<PointValueWithParameters> const& point) { m_points.push_back(point); }
   /// Never null after construction.
-  SmartPtr<Parameters> GetParameters() const { return m_parameters; }
+  SmartPtr<Parameters> GetParameters() const { return m_parameters.Get(); }
   void SetParameters(SmartPtr<Parameters> const& parameters) { m_parameters = parameters; }
 
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
   std::vector<SmartPtr<PointValueWithParameters>> m_points;
-  SmartPtr<Parameters> m_parameters = Parameters::CreateOne();
+  lumo::LazyPart<Parameters> m_parameters;
 };

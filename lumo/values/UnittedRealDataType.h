@@ -19,6 +19,6 @@ class LUMO_API UnittedRealDataType : public IDataValue {
   void CreateXMLNode(XmlNode<char>* node) const override;
 
  private:
-  std::string m_unitSymbol;
   bool m_estimated = false;
+  std::string m_unitSymbol;
 };

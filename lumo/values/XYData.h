@@ -25,8 +25,8 @@ class LUMO_API XYDatum : public SmartPtrTarget_ts {
   virtual void CreateXMLNode(XmlNode<char>* node) const;
 
  private:
-  SmartPtr<ParameterValue> m_x;
   bool m_isEstimated = false;
+  SmartPtr<ParameterValue> m_x;
 };
 
 /// A datum with one y.

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "lumo/platform/core/LazyPart.h"
+#include "lumo/platform/core/OptionalPart.h"
 #include "lumo/platform/core/SmartPtr.h"
 #include "lumo/xml/ConvertTo.h"
 #include "lumo/xml/GrowingTree.h"
@@ -84,6 +86,9 @@ class LUMO_API NodeReader {
   /// Steps inside the first such child.
   NodeReader In(std::string_view name) { return NodeReader(Find(name, true)); }
 
+  /// The first child that was not read; the first of all once one was passed over.
+  XmlNode<char> const* Rest() const { return m_passedOver ? m_node->first_node() : m_next; }
+
   /// Reads an attribute of the element itself; false when there is none.
   template <class Field>
   bool Attribute(std::string_view name, Field& field) const {
@@ -131,6 +136,14 @@ class LUMO_API NodeReader {
   template <class T>
   static void ReadNode(XmlNode<char> const& node, SmartPtr<T>& field) {
     field = T::CreateOne(&node);
+  }
+  template <class T>
+  static void ReadNode(XmlNode<char> const& node, LazyPart<T>& field) {
+    field = T::CreateOne(&node);
+  }
+  template <class T>
+  static void ReadNode(XmlNode<char> const& node, OptionalPart<T>& field) {
+    ReadNode(node, field.Make());
   }
   template <class Field>
   static void ReadNode(XmlNode<char> const& node, Field& field) {

@@ -5,6 +5,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "lumo/platform/core/LazyPart.h"
+#include "lumo/platform/core/OptionalPart.h"
 #include "lumo/platform/core/SmartPtr.h"
 #include "lumo/xml/ConvertTo.h"
 #include "lumo/xml/Xml.h"
@@ -34,6 +36,10 @@ class LUMO_API NodeWriter {
   template <class T>
   void Child(std::string_view name, SmartPtr<T> const& object) {
     if (object) object->CreateXMLNode(Into(name).Node());
+  }
+  template <class T>
+  void Child(std::string_view name, LazyPart<T> const& part) {
+    Child(name, part.Get());
   }
   /// The same, but an empty child when the object is null.
   template <class T>
@@ -105,6 +111,7 @@ class LUMO_API NodeWriter {
       : m_node(node), m_document(document) {}
 
   static std::string_view TextOf(std::string const& text) { return text; }
+  static std::string_view TextOf(OptionalPart<std::string> const& text) { return text.Get(); }
   static std::string_view TextOf(char const* text) { return text; }
   static std::string_view TextOf(std::string_view text) { return text; }
   template <class Flag>

@@ -67,6 +67,28 @@ TEST(SmartPtr, IsCopiedAndReleasedBySeveralThreadsAtOnce) {
   EXPECT_EQ(Counting::s_live, 0);
 }
 
+TEST(LazyPart, IsMadeOnceAndSharedByAssignment) {
+  class Part : public lumo::Counted<Part> {};
+  lumo::LazyPart<Part> const part;
+  std::vector<SmartPtr<Part>> seen(4);
+  std::vector<std::thread> threads;
+  threads.reserve(seen.size());
+  for (auto& each : seen) threads.emplace_back([&part, &each] { each = part.Get(); });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_THAT(seen, testing::Each(part.Get()));
+  EXPECT_NE(part.Get(), nullptr);
+  lumo::LazyPart<Part> copy;
+  copy = part;
+  EXPECT_EQ(copy.Get(), part.Get());
+  copy = SmartPtr<Part>();
+  EXPECT_EQ(copy.Get(), nullptr);  // who sets null wants null
+  lumo::LazyPart<Part> const other;
+  copy = other;
+  EXPECT_EQ(copy.Get(), other.Get());
+  copy = new Part();
+  EXPECT_NE(copy.Get(), other.Get());
+}
+
 TEST(SmartPtr, AssignmentOfATargetDoesNotCopyTheCount) {
   SmartPtr<Counting> held(new Counting());
   auto const heldTwice = held;

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "lumo/platform/core/LazyPart.h"
+#include "lumo/platform/core/OptionalPart.h"
 #include "lumo/types/AttributeReference.h"
 #include "lumo/types/RecordReference.h"
 #include "lumo/values/AttributeValue.h"
@@ -14,11 +16,11 @@ class LUMO_API RecordData : public lumo::FromXml<RecordData> {
  public:
   using PseudoAttribute = AttributeReference::PseudoAttrs::eLumoPseudoAttributeReference;
 
-  RecordData() : m_recordReference(RecordReference::CreateOne()) {}
+  RecordData() = default;
   explicit RecordData(XmlNode<char> const* node);
 
   /// Empty, but not null, when the reply named none.
-  SmartPtr<RecordReference> GetRecordReference() const { return m_recordReference; }
+  SmartPtr<RecordReference> GetRecordReference() const { return m_recordReference.Get(); }
   void SetRecordReference(SmartPtr<RecordReference> const& recordReference) {
     m_recordReference = recordReference;
   }
@@ -38,7 +40,7 @@ class LUMO_API RecordData : public lumo::FromXml<RecordData> {
   void ReadValue(XmlNode<char> const& node);
 
   static constexpr std::size_t kPseudoAttributes = 20;
-  SmartPtr<RecordReference> m_recordReference;
+  lumo::LazyPart<RecordReference> m_recordReference;
   std::vector<SmartPtr<AttributeValue>> m_attributeValues;
-  std::array<SmartPtr<AttributeValue>, kPseudoAttributes> m_pseudoAttributes;
+  lumo::OptionalPart<std::array<SmartPtr<AttributeValue>, kPseudoAttributes>> m_pseudoAttributes;
 };
