@@ -259,6 +259,38 @@ TEST(Condition, IsRefusedWithThePlaceOfTheFault) {
               HasSubstr("nested too deeply"));
 }
 
+TEST(Condition, IsReadOrRefusedWhateverItsTokens) {
+  constexpr char const* kTokens[] = {
+      "density", "young",     "recyclable", "composition", "durability", "last reviewed",
+      "heat",    "(",         ")",          "[",           "]",          "Element",
+      "and",     "or",        "not",        "<",           ">=",         "!=",
+      "=",       "between",   "contains",   "lacks",       "exists",     "is missing",
+      "*",       "/",         "^",          "|",           "3000",       "-1e9",
+      "2,5",     "kg/m^3",    "GPa",        "g/cm^3",      "%",          "2026-03-17",
+      "2026",    "Excellent", "\"",         "'",           "ö",          "\xff",
+      " ",       "Limited",   "use",        "yes",         "to",         ".."};
+  unsigned seed = 1;
+  auto const next = [&seed](std::size_t end) {
+    seed = seed * 1664525U + 1013904223U;
+    return (seed >> 8U) % end;
+  };
+  std::size_t read = 0;
+  for (int i = 0; i < 20000; ++i) {
+    std::string text;
+    for (std::size_t left = 1 + next(12); left > 0; --left) {
+      text += kTokens[next(std::size(kTokens))];
+      if (next(4) != 0) text += ' ';
+    }
+    try {
+      Read(text).Judge(OfAlloy);
+      ++read;
+    } catch (lumo::Error const& error) {
+      ASSERT_THAT(error.what(), HasSubstr("at column ")) << text;
+    }
+  }
+  EXPECT_GT(read, 100u);
+}
+
 TEST(UnitFactors, TellWhatSymbolsSay) {
   using lumo::FactorsOf;
   EXPECT_EQ(FactorsOf("W/m.K"), FactorsOf("W/(m.K)"));
