@@ -2,6 +2,11 @@
 
 #include <rapidxml/rapidxml.hpp>
 
+// They shape the document, which the library and its callers share.
+static_assert(RAPIDXML_STATIC_POOL_SIZE == 64 * 1024 && RAPIDXML_DYNAMIC_POOL_SIZE == 64 * 1024 &&
+                  RAPIDXML_ALIGNMENT == sizeof(void*),
+              "RapidXML must be compiled with its default pool sizes");
+
 /// RapidXML's document tree under this library's names. Names and values are pointer plus length
 /// into memory that the document owns. A document is large (64 KiB inside the object): keep it on
 /// the heap.
