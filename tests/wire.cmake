@@ -14,3 +14,9 @@ endif()
 set_target_properties(wire PROPERTIES ENABLE_EXPORTS ON)  # the test's own name resolver is found
 target_link_libraries(wire PRIVATE ${CMAKE_DL_LIBS})
 lumo_discover_tests(wire)
+
+# Its own allocations take the place of the process's, libcurl's included.
+find_package(CURL REQUIRED)
+lumo_add_tests(memory support/Main.cpp support/RawServer.cpp session/MemoryTest.cpp)
+target_link_libraries(memory PRIVATE CURL::libcurl)
+lumo_discover_tests(memory)

@@ -1,5 +1,7 @@
 #include "lumo/session/LumoSession.h"
 
+#include <new>
+
 #include "lumo/platform/core/Time.h"
 #include "lumo/platform/core/WideText.h"
 #include "lumo/xml/Namespaces.h"
@@ -70,9 +72,12 @@ void LumoSession::FillRequestHeaders(SmartPtr<HttpMessage> const& message,
 
 bool LumoSession::ConnectionIsValid(eHttpStatusCode* status) const {
   if (!m_client) return false;
-  auto const message = HttpMessage::CreateOne();
-  bool const answered = m_client->SendRequest(L"/", eHttpVerb_Get, message) == 0;
-  eHttpStatusCode const answer = answered ? message->GetStatus() : eHttpStatusCode_Unknown;
+  eHttpStatusCode answer = eHttpStatusCode_Unknown;
+  try {
+    auto const message = HttpMessage::CreateOne();
+    if (m_client->SendRequest(L"/", eHttpVerb_Get, message) == 0) answer = message->GetStatus();
+  } catch (std::bad_alloc const&) {  // as good as no answer
+  }
   if (status != nullptr) *status = answer;
   return answer == eHttpStatusCode_OK;
 }

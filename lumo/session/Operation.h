@@ -1,6 +1,8 @@
 #pragma once
 
 #include <exception>
+#include <new>
+#include <utility>
 
 #include "lumo/platform/core/Time.h"
 #include "lumo/session/OperationBase.h"
@@ -14,8 +16,9 @@
 ///     services->GetBrowseService()->GetGetTablesImpl()->RequestTables(request, &response);
 ///     if (!response.GetServiceLayerResponse()->Succeeded()) { ... }
 ///
-/// Values in the reply that do not convert throw the standard exceptions. An operation object
-/// keeps nothing between calls and may be used by several threads at once.
+/// Nor does memory that runs out. Values in the reply that do not convert throw the standard
+/// exceptions. An operation object keeps nothing between calls and may be used by several threads
+/// at once.
 template <class RequestType, class ResponseType>
 class Operation : public OperationBase {
  public:
@@ -24,11 +27,13 @@ class Operation : public OperationBase {
   /// `response` in place and sets only its `ServiceLayerResponse`.
   void ExecuteRequestInternal(SmartPtr<IRequest> const& request, ResponseType* response,
                               ILogger* logger) {
-    std::uint64_t const start = Time::GetPerformanceTime();
-    SmartPtr<HttpMessage> const message = BuildRequestHandle(request);
-    Post(message);
-    HandleReply(message, response, logger);
-    LogTiming(logger, start, *message);
+    GuardMemory(response, logger, [&] {
+      std::uint64_t const start = Time::GetPerformanceTime();
+      SmartPtr<HttpMessage> const message = BuildRequestHandle(request);
+      Post(message);
+      HandleReply(message, response, logger);
+      LogTiming(logger, start, *message);
+    });
   }
 
   /// The response that the document holds; null when it holds none.
@@ -43,6 +48,17 @@ class Operation : public OperationBase {
   /// `ProcessResponse` is the one above, and the response looks at no nodes itself.
   virtual bool IsReadWhileParsed() const { return false; }
 
+  /// Does the work of a call, which fails when memory runs out.
+  template <class Work>
+  void GuardMemory(ResponseType* response, ILogger* logger, Work work) {
+    try {
+      work();
+    } catch (std::bad_alloc const&) {
+      SmartPtr<ServiceLayerResponse> const outcome = OutOfMemory(logger);
+      if (response != nullptr) response->SetServiceLayerResponse(outcome);
+    }
+  }
+
  private:
   void HandleReply(SmartPtr<HttpMessage> const& sent, ResponseType* response, ILogger* logger) {
     if (response == nullptr) return LogError(logger, "Response cannot be NULL.");
@@ -53,7 +69,9 @@ class Operation : public OperationBase {
     if (!message.GetResponseBuffer()) return;
     if (message.GetStatus() != eHttpStatusCode_OK) return ReadFailure(message, *outcome, logger);
     if (SmartPtr<ResponseType> const parsed = Read(message, *outcome, logger)) {
-      *response = *parsed;
+      ResponseType copy;
+      copy = *parsed;  // which may fail, and moving may not
+      *response = std::move(copy);
       response->SetServiceLayerResponse(outcome);
     }
   }
@@ -64,7 +82,7 @@ class Operation : public OperationBase {
     if (SmartPtr<ResponseType> parsed = ReadWhileParsed(message, outcome, logger)) return parsed;
     std::unique_ptr<XmlDocument<char>> const document = ParseReply(message, outcome, logger);
     lumo::UnbuiltValues const unbuilt;
-    SmartPtr<ResponseType> const parsed = Convert(*document, outcome);
+    SmartPtr<ResponseType> parsed = Convert(*document, outcome);
     if (parsed) {
       ConcludeRead(outcome, unbuilt.Count(), logger);
     } else {
@@ -90,6 +108,8 @@ class Operation : public OperationBase {
   SmartPtr<ResponseType> Convert(XmlDocument<char>& document, ServiceLayerResponse& outcome) {
     try {
       return ProcessResponse(&document);
+    } catch (std::bad_alloc const&) {
+      throw;
     } catch (std::exception const& error) {
       outcome.SetOutcome(CallOutcomes::NotUnderstood, GetOperationName(),
                          std::string("a value in the reply does not convert: ") + error.what());

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iterator>
+#include <new>
 #include <string_view>
 
 #include "lumo/platform/core/Time.h"
@@ -103,6 +104,26 @@ void OperationBase::LogTiming(ILogger* logger, std::uint64_t start,
           SecondsText(message.GetServiceLayerTime()) + "s spent in Lumo:ServiceLayer.");
 }
 
+void OperationBase::ReserveOutcome() { m_outOfMemory = MakeOutOfMemory(); }
+
+SmartPtr<ServiceLayerResponse> OperationBase::MakeOutOfMemory() const {
+  auto exchange = HttpMessage::CreateOne();
+  exchange->SetFailure(eHttpFailure_OutOfMemory, "out of memory");
+  exchange->GetReport()->phase = eHttpPhase_Receiving;  // as far as the call may have come
+  auto outcome = ServiceLayerResponse::CreateOne();
+  outcome->SetNoReply(GetOperationName(), exchange->GetTransportError());
+  outcome->SetExchange(GetOperationName(), exchange);
+  return outcome;
+}
+
+SmartPtr<ServiceLayerResponse> OperationBase::OutOfMemory(ILogger* logger) const {
+  try {
+    LogError(logger, "out of memory");
+  } catch (std::bad_alloc const&) {  // the outcome tells it
+  }
+  return m_outOfMemory ? m_outOfMemory : MakeOutOfMemory();
+}
+
 void OperationBase::Post(SmartPtr<HttpMessage> const& message) const {
   SmartPtr<HttpClient> const client =
       m_session == nullptr ? SmartPtr<HttpClient>() : m_session->HttpClientPtr();
@@ -137,7 +158,7 @@ std::unique_ptr<XmlDocument<char>> OperationBase::ParseReply(HttpMessage const& 
                                                              ILogger* logger) const {
   auto document = std::make_unique<XmlDocument<char>>();
   SmartPtr<HttpMessageBuffer> const reply = message.GetResponseBuffer();
-  if (XMLUtilites::Parse(reply->Begin(), reply->End(), *document)) return document;
+  if (lumo::ParseXml(reply->Begin(), reply->End(), *document)) return document;
   std::string const error(lumo::LastXmlError());
   LogError(logger, "Response is not well-formed XML: " + error);
   outcome.SetOutcome(

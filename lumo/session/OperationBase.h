@@ -35,6 +35,12 @@ class LUMO_API OperationBase : public SmartPtrTarget_ts {
   /// fresh connection and is never sent twice.
   void SetIsWrite(bool isWrite) { m_isWrite = isWrite; }
 
+  /// Makes the outcome of a call for which memory runs out, while there is some. Without it, it is
+  /// made when it is needed, and that may fail.
+  void ReserveOutcome();
+  /// That outcome; logs it when that is possible.
+  SmartPtr<ServiceLayerResponse> OutOfMemory(ILogger* logger) const;
+
   ILogger* SessionLogger() const;
   /// Logs the operation's name followed by `text`; does nothing without a logger.
   void Log(ILogger* logger, int level, std::string const& text) const;
@@ -64,6 +70,8 @@ class LUMO_API OperationBase : public SmartPtrTarget_ts {
   XmlNode<char> const* FindResponseNode(XmlDocument<char> const& document) const;
 
  private:
+  SmartPtr<ServiceLayerResponse> MakeOutOfMemory() const;
+
   LumoSession* m_session;
   std::string m_namespace;
   std::string m_baseTypesNamespace;
@@ -72,4 +80,5 @@ class LUMO_API OperationBase : public SmartPtrTarget_ts {
   HeaderVals::eOptionalBool m_actAsReadUser = HeaderVals::NotSet;
   std::string m_applicationName;
   bool m_isWrite = false;
+  SmartPtr<ServiceLayerResponse> m_outOfMemory;  // shared by all calls, and not changed
 };

@@ -17,7 +17,7 @@ lumo::LazyText PrintedText(SmartPtr<HttpMessageBuffer> const& buffer) {
   if (!buffer) return {};
   return lumo::LazyText([buffer]() -> std::string {
     auto const document = std::make_unique<XmlDocument<char>>();
-    bool const isXml = XMLUtilites::Parse(buffer->Begin(), buffer->End(), *document);
+    bool const isXml = lumo::ParseXml(buffer->Begin(), buffer->End(), *document);
     return isXml ? XMLUtilites::Print(*document) : buffer->GetBytes();
   });
 }
@@ -61,7 +61,7 @@ ServiceLayerResponse::ServiceLayerResponse(std::string const& responseText, int 
     : m_responseCode(responseCode), m_responseText(responseText) {
   auto const document = std::make_unique<XmlDocument<char>>();
   char const* const text = responseText.data();
-  bool const isXml = XMLUtilites::Parse(text, text + responseText.size(), *document);
+  bool const isXml = lumo::ParseXml(text, text + responseText.size(), *document);
   if (SetFault("", *document)) return;
   if (responseCode != kSuccess) {
     SetOutcome(CallOutcomes::OtherStatus, "", "status " + std::to_string(responseCode));

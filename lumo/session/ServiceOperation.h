@@ -70,6 +70,7 @@ class ServiceOperation : public Operation<RequestType, ResponseType> {
       : Operation<RequestType, ResponseType>(session, Service.Namespace(session),
                                              std::string(Service.prefix)) {
     this->SetIsWrite(Impl::Writes);
+    this->ReserveOutcome();
   }
 
   std::string const& GetOperationName() const override { return m_name; }

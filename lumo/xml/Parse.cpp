@@ -1,7 +1,7 @@
 #include <cstddef>
 #include <cstring>
-
 #include <new>
+#include <string_view>
 
 #include "lumo/xml/XMLUtilites.h"
 
@@ -10,7 +10,8 @@ namespace {
 /// RapidXML's default behaviour, and a bit of our own by which the parser below is found.
 constexpr int kParseDepthLimited = rapidxml::parse_default | 0x10000;
 
-thread_local char const* lastError = "";
+thread_local char lastError[128] = "";
+thread_local bool isOutOfMemory = false;  // why the last text did not parse
 thread_local int depth = 0;
 
 /// One element deeper, as long as it lives. RapidXML descends once per nested element: the limit
@@ -79,12 +80,22 @@ XmlNode<char>* rapidxml::xml_document<char>::parse_cdata<kParseDepthLimited>(cha
   return section;
 }
 
-void XmlErrorHandler(char const* message, void* /*where*/) { lastError = message; }
+void XmlErrorHandler(char const* message, void* /*where*/) {
+  std::string_view const text = message == nullptr ? std::string_view() : message;
+  lastError[text.copy(lastError, sizeof lastError - 1)] = '\0';
+}
 
 std::string_view lumo::LastXmlError() { return lastError; }
 
+bool lumo::ParseXml(char const* begin, char const* end, XmlDocument<char>& document) {
+  if (XMLUtilites::Parse(begin, end, document)) return true;
+  if (isOutOfMemory) throw std::bad_alloc();
+  return false;
+}
+
 bool XMLUtilites::Parse(char const* begin, char const* end, XmlDocument<char>& document) {
   document.clear();
+  isOutOfMemory = false;
   std::size_t const size = begin == nullptr ? 0 : static_cast<std::size_t>(end - begin);
   try {
     char* const text = document.allocate_string(nullptr, size + 1);
@@ -97,6 +108,7 @@ bool XMLUtilites::Parse(char const* begin, char const* end, XmlDocument<char>& d
   } catch (rapidxml::parse_error const& error) {
     return Refuse(error.what(), error.where<char>(), document);
   } catch (std::bad_alloc const&) {
+    isOutOfMemory = true;
     return Refuse("out of memory", nullptr, document);
   }
   return true;

@@ -63,8 +63,12 @@ LUMO_API void XmlErrorHandler(char const* message, void* where);
 
 namespace lumo {
 
-/// Message of the last text that did not parse on this thread; empty when there was none.
+/// Message of the last text that did not parse on this thread; empty when there was none. Valid
+/// until the next such text.
 LUMO_API std::string_view LastXmlError();
+/// As `XMLUtilites::Parse`, but throws `std::bad_alloc` when memory runs out: the empty document
+/// would pass for one that does not parse.
+LUMO_API bool ParseXml(char const* begin, char const* end, XmlDocument<char>& document);
 
 /// How many elements may lie inside each other in a text that is read.
 constexpr int kMaxDepth = 512;

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <string>
 
-#include "lumo/LumoServiceLayer.h"
+#include "lumo/platform/http/HttpClient.h"
 #include "tests/support/RawServer.h"
 
 inline std::string const kFine = HttpReply("200 OK", "fine");

@@ -116,6 +116,15 @@ TEST(XMLUtilites, LooksNamesUpWithoutTheirPrefix) {
   EXPECT_THAT(found, SizeIs(3));
 }
 
+TEST(Parse, KeepsTheMessageWhateverBecomesOfItsText) {
+  std::string message = "a message";
+  XmlErrorHandler(message.c_str(), nullptr);
+  message = "other text";
+  EXPECT_EQ(lumo::LastXmlError(), "a message");
+  XmlErrorHandler(std::string(1000, 'x').c_str(), nullptr);
+  EXPECT_EQ(lumo::LastXmlError(), std::string(127, 'x'));
+}
+
 TEST(XMLUtilites, JoinsAllTextOfAnElement) {
   auto const document = Parsed("<r>a&lt;<!-- no --><![CDATA[<b>]]> c<x>not this</x>&#228;</r>");
   EXPECT_EQ(XMLUtilites::GetText(document->first_node()), "a<<b> c\xC3\xA4");

@@ -26,11 +26,13 @@ void GetRecordAttributesImpl::RequestRecordAttributes(
 void GetRecordAttributesImpl::RequestRecordAttributes(
     std::vector<SmartPtr<RecordReference>> const& records, GetRecordAttributesResponse* response,
     bool includeMeta, bool includeEmpty, bool includeParameterDetails, bool includeFullDetail) {
-  auto const request = GetRecordAttributesRequest::CreateOne();
-  request->AccessRecordReferences() = records;
-  request->SetIncludeMetaAttributes(includeMeta);
-  request->SetIncludeEmptyAttributes(includeEmpty);
-  request->SetIncludeParameterDetails(includeParameterDetails);
-  request->SetIncludeFullAttributeDetail(includeFullDetail);
-  RequestRecordAttributes(request, response);
+  GuardMemory(response, SessionLogger(), [&] {
+    auto const request = GetRecordAttributesRequest::CreateOne();
+    request->AccessRecordReferences() = records;
+    request->SetIncludeMetaAttributes(includeMeta);
+    request->SetIncludeEmptyAttributes(includeEmpty);
+    request->SetIncludeParameterDetails(includeParameterDetails);
+    request->SetIncludeFullAttributeDetail(includeFullDetail);
+    RequestRecordAttributes(request, response);
+  });
 }
