@@ -58,13 +58,14 @@ TEST_F(Kerberos, AnImportOfThreeMegabytesReachesTheServerOnce) {
 
 TEST_F(Kerberos, WithoutAUsableTicketTheServerRefuses) {
   UseTickets(kNoTickets);
-  EXPECT_EQ(Asked(*Connect(m_url, Ticket()))->GetStatusCode(), 401);
+  EXPECT_THAT(Asked(*Connect(m_url, Ticket())), IsRefused("No credentials were supplied"));
   UseTickets(Told("RIG_EXPIRED_TICKET"));
-  EXPECT_EQ(Asked(*Connect(m_url, Ticket()))->GetStatusCode(), 401);
+  EXPECT_THAT(Asked(*Connect(m_url, Ticket())), IsRefused("Ticket expired"));
   UseTickets(m_tickets);
   std::string nameless = m_url;  // the realm has no service of this name
   nameless.replace(nameless.find("localhost"), 9, "127.0.0.1");
-  EXPECT_EQ(Asked(*Connect(nameless, Ticket()))->GetStatusCode(), 401);
+  EXPECT_THAT(Asked(*Connect(nameless, Ticket())),
+              IsRefused("Server HTTP/127.0.0.1@EXAMPLE.COM not found in Kerberos database"));
 }
 
 TEST_F(Kerberos, TicketGoesBeforeThePassword) {
@@ -89,8 +90,10 @@ TEST_F(Kerberos, WrongPasswordIsRefused) {
   EXPECT_EQ(Read(*Connect(m_either, User(kWrongPassword))), 401);
 }
 
-// Runs with a clock that is 20 minutes fast.
+// Runs with a clock that is 20 minutes fast. The realm minds it, or, where a ticket for the server
+// is there already, the server, whose answer has a token in it.
 TEST(KerberosClockOff, IsRefused) {
-  EXPECT_EQ(Asked(*Connect(Told("LUMO_URL"), Ticket()))->GetStatusCode(), 401);
-  EXPECT_THAT(LinesWith("Clock skew too great", "kdc.log"), Not(IsEmpty()));
+  auto const message = Asked(*Connect(Told("LUMO_URL"), Ticket()));
+  EXPECT_THAT(message, IsRefused("Clock skew too great"));
+  EXPECT_EQ(message->GetReport()->logOn.offered.at(0), "Negotiate");
 }

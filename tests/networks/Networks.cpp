@@ -99,7 +99,10 @@ int Import(LumoServiceLayerServices& services, std::size_t bytes) {
 SmartPtr<HttpMessage> Asked(LumoServiceLayerServices& services) {
   auto message = HttpMessage::CreateOne();
   services.GetSession()->HttpClientPtr()->SendRequest(L"/", eHttpVerb_Get, message);
-  std::cout << "message " << message->GetStatusCode() << ": " << message->GetTransportError()
+  HttpReport const& report = *message->GetReport();
+  std::cout << "message " << message->GetStatusCode() << ": " << report.error
+            << report.logOn.trouble << "; proxy " << report.proxy << ' ' << report.proxyVariable
             << '\n';
+  for (auto const& way : report.logOn.offered) std::cout << "  offered: " << way << '\n';
   return message;
 }

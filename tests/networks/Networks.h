@@ -34,6 +34,11 @@ int Read(LumoServiceLayerServices& services);
 /// The same for a call that imports a record with a file of so many bytes.
 int Import(LumoServiceLayerServices& services, std::size_t bytes = 1);
 
-/// The message of a GET that has come back, with everything that can be told of it. What it says
-/// is printed.
+/// The message of a GET that has come back, with everything that can be told of it, which is
+/// printed.
 SmartPtr<HttpMessage> Asked(LumoServiceLayerServices& services);
+MATCHER_P(IsRefused, why, "has the status 401, with the reason " + std::string(why)) {
+  std::string const& trouble = arg->GetReport()->logOn.trouble;
+  *result_listener << "status " << arg->GetStatusCode() << ", reason " << trouble;
+  return arg->GetStatusCode() == 401 && trouble.find(why) != std::string::npos;
+}
