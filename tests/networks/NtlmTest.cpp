@@ -35,7 +35,10 @@ TEST(Ntlm, AnImportOfThreeMegabytesReachesTheServerOnce) {
 
 TEST(Ntlm, AWrongPasswordIsRefusedAfterOneTry) {
   std::size_t const before = LinesWith("wrong", "proxy.log").size();
-  EXPECT_EQ(Asked(*ConnectAnn(kWrongPassword))->GetStatusCode(), 401);
+  auto const message = Asked(*ConnectAnn(kWrongPassword));
+  EXPECT_THAT(message, IsRefused(""));
+  EXPECT_THAT(message->GetReport()->logOn.offered, ElementsAre("Negotiate", "NTLM"));
+  EXPECT_EQ(message->GetReport()->logOn.used, "NTLM");
   EXPECT_THAT(LinesWith("wrong", "proxy.log", before + 1), SizeIs(before + 1));
 }
 
@@ -45,9 +48,19 @@ TEST(Ntlm, PasswordStepsInWhereThereIsNoTicket) {
   EXPECT_EQ(Import(*services), 200);
 }
 
-// A limit of libcurl.
-TEST(Ntlm, APasswordOutsideAsciiIsRefused) {
-  std::string const password = LinesWith("", "umlaut").at(0);
-  auto const message = Asked(*Connect(Told("LUMO_URL"), InDomain("uma", password)));
-  EXPECT_EQ(message->GetStatusCode(), 401);
+TEST(Ntlm, PasswordMayBeInLatin1) {
+  auto const services = Connect(Told("LUMO_URL"), InDomain("uma", LinesWith("", "umlaut").at(0)));
+  EXPECT_EQ(Import(*services), 200);
+  EXPECT_THAT(LinesWith("uma: wrong", "proxy.log"), IsEmpty());
+}
+
+// Servers count wrong proofs and lock the account in the end.
+TEST(Ntlm, NoProofThatMustBeWrongGoesOut) {
+  std::size_t const proofs = LinesWith("", "proxy.log").size();
+  for (auto const& logOn :
+       {InDomain("eva", LinesWith("", "euro").at(0)), InDomain("j\u00f6rg", RigPassword())}) {
+    EXPECT_THAT(Asked(*Connect(Told("LUMO_URL"), logOn)),
+                IsRefused("NTLM: libcurl cannot prove a password outside Latin-1 or a user"));
+  }
+  EXPECT_THAT(LinesWith("", "proxy.log"), SizeIs(proofs));
 }

@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <cstdlib>
@@ -149,6 +150,28 @@ TEST(LogOn, OfAWriteByNtlmStaysOnItsConnection) {
   EXPECT_THAT(HeaderOf(server.Requests()[2], "Authorization"), StartsWith("NTLM TlRMTVNTUAAD"));
   EXPECT_THAT(server.Requests()[2], testing::EndsWith("\r\n\r\n<a/>"));
   EXPECT_EQ(server.Connections(), 1);
+}
+
+TEST(LogOn, TriesAWrongPasswordOnce) {
+  RawServer const server(Replies({Challenge("WWW-Authenticate: Basic realm=\"r\"\r\n")}));
+  auto const client = ClientOf(server.Url());
+  client->ApplyCredentials(L"u", L"wr0ng");
+  client->SetAutologonPolicy(true, false);
+  EXPECT_EQ(Post(*client)->GetStatusCode(), 401);
+  auto const requests = server.Requests();
+  EXPECT_EQ(std::count_if(requests.begin(), requests.end(),
+                          [](auto const& one) { return !HeaderOf(one, "Authorization").empty(); }),
+            1);
+}
+
+TEST(LogOn, SendsAPasswordOutsideAsciiAsUtf8AfterTheChallenge) {
+  RawServer const server(Replies({Challenge("WWW-Authenticate: Basic realm=\"r\"\r\n"), kFine}));
+  auto const client = ClientOf(server.Url());
+  client->ApplyCredentials(L"u", L"\u00fc\u20ac");
+  EXPECT_EQ(Post(*client)->GetStatusCode(), 200);
+  ASSERT_THAT(server.Requests(), SizeIs(2));
+  EXPECT_EQ(HeaderOf(server.Requests()[0], "Authorization"), "");
+  EXPECT_EQ(HeaderOf(server.Requests()[1], "Authorization"), "Basic dTrDvOKCrA==");
 }
 
 TEST(LogOn, FailsAs401WithoutTellingThePassword) {

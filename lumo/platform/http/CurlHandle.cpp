@@ -6,10 +6,12 @@
 #include <algorithm>
 #include <climits>
 #include <new>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "lumo/platform/core/WideText.h"
 #include "lumo/platform/http/LogOnWords.h"
 
 namespace lumo {
@@ -73,6 +75,22 @@ long ConnectLimit(HttpOptions const& options) {
   return unlimited ? INT_MAX : static_cast<long>(std::min<long long>(limit, INT_MAX));
 }
 
+bool IsAscii(std::string const& text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
+}
+
+/// libcurl makes the proof of NTLM as if each byte of the password were a character, so that
+/// Latin-1 gives the right one and UTF-8 does not. Nothing for a password that has others.
+std::optional<std::string> InLatin1(std::string const& utf8) {
+  constexpr wchar_t kLast = 0xff;
+  std::string latin1;
+  for (wchar_t const c : ToWide(utf8)) {
+    if (c > kLast) return std::nullopt;
+    latin1 += static_cast<char>(c);
+  }
+  return latin1;
+}
+
 std::string RefusalText(CURLoption option, CURLcode code) {
   curl_easyoption const* const known = curl_easy_option_by_id(option);
   std::string const name = known == nullptr ? std::to_string(option) : known->name;
@@ -126,8 +144,12 @@ void CurlHandle::SetMethods(unsigned long methods) {
 }
 
 void CurlHandle::SetLogOn() {
-  SetMethods(Methods(m_options->hasCredentials, m_options->autologon));
-  if (m_methods == CURLAUTH_NONE) return;
+  unsigned long const methods = Methods(m_options->hasCredentials, m_options->autologon);
+  // What goes out of texts outside ASCII depends on what the server asks for.
+  bool const waits = !IsAscii(m_options->user + m_options->password);
+  SetMethods(waits ? methods & CURLAUTH_NEGOTIATE : methods);
+  m_methodsLeft = waits || m_options->autologon ? methods & kPasswordMethods : CURLAUTH_NONE;
+  if (methods == CURLAUTH_NONE) return;
   Set(CURLOPT_USERNAME, m_options->user.c_str());  // empty ones stand for the user's ticket
   Set(CURLOPT_PASSWORD, m_options->password.c_str());
 }
@@ -165,7 +187,8 @@ void CurlHandle::SetCallbacks() {
   Set(CURLOPT_SOCKOPTDATA, user);
   Set(CURLOPT_PREREQFUNCTION, curl_callbacks::OnRequest);
   Set(CURLOPT_PREREQDATA, user);
-  if (m_methods == CURLAUTH_NONE && m_isLoopback) return;  // there is nothing to remark
+  if ((m_methods | m_methodsLeft) == CURLAUTH_NONE && m_isLoopback)
+    return;  // there is nothing to remark
   Set(CURLOPT_DEBUGFUNCTION, curl_callbacks::OnDebug);
   Set(CURLOPT_DEBUGDATA, user);
   Set(CURLOPT_VERBOSE, 1L);
@@ -234,13 +257,31 @@ void CurlHandle::Prepare(std::string const& path, eHttpVerb verb, HttpMessage co
   if (!m_isLoopback) m_exchange.report->proxy = WithoutUser(m_options->settings.proxy);
 }
 
-bool CurlHandle::FallsBackToPassword(HttpMessage const& message) {
-  if ((m_methods & CURLAUTH_NEGOTIATE) == 0) return false;
+bool CurlHandle::PreparesNtlm(unsigned long& methods) {
+  bool const isNtlm = (methods & CURLAUTH_NTLM) != 0 && (methods & CURLAUTH_DIGEST) == 0;
+  if (!isNtlm || IsAscii(m_options->user + m_options->password)) return true;
+  auto const password = InLatin1(m_options->password);
+  if (!password || !IsAscii(m_options->user)) {
+    AddTrouble("NTLM: libcurl cannot prove a password outside Latin-1 or a user outside ASCII",
+               m_exchange.report->logOn.trouble);
+    return false;
+  }
+  Set(CURLOPT_PASSWORD, password->c_str());
+  methods = CURLAUTH_NTLM;
+  return true;
+}
+
+bool CurlHandle::TriesPassword(HttpMessage const& message) {
+  if (m_methodsLeft == CURLAUTH_NONE) return false;
   if (NumberOf(CURLINFO_RESPONSE_CODE) != kUnauthorized) return false;
   auto const offered = static_cast<unsigned long>(NumberOf(CURLINFO_HTTPAUTH_AVAIL));
-  unsigned long const left = m_methods & kPasswordMethods & offered;
-  if (left == CURLAUTH_NONE) return false;
+  // Where the server would not take a ticket, the password has been tried.
+  bool const isTried =
+      (m_methods & kPasswordMethods & offered) != 0 && (offered & CURLAUTH_NEGOTIATE) == 0;
+  unsigned long left = m_methodsLeft & offered;
+  if (isTried || left == CURLAUTH_NONE || !PreparesNtlm(left)) return false;
   SetMethods(left);
+  m_methodsLeft = CURLAUTH_NONE;
   int const requests = m_exchange.requests;
   Begin(message);
   m_exchange.requests = requests;

@@ -39,9 +39,10 @@ class CurlHandle {
 
   /// Gets ready for an exchange. The message must stay alive and unchanged until it is over.
   void Prepare(std::string const& path, eHttpVerb verb, HttpMessage const& message);
-  /// Gets ready once more when the server has refused the ticket, or there is none, and a password
-  /// is there, too: libcurl prefers the ticket and goes no further. False otherwise.
-  bool FallsBackToPassword(HttpMessage const& message);
+  /// Gets ready once more when the server has refused what it got and the password is still to be
+  /// tried: libcurl prefers a ticket and goes no further, and texts outside ASCII wait for the
+  /// server's question. False otherwise.
+  bool TriesPassword(HttpMessage const& message);
   /// Lets go of the message.
   void Forget();
 
@@ -69,6 +70,8 @@ class CurlHandle {
   void SetTls();
   void SetProxy();
   void SetMethods(unsigned long methods);
+  /// Gives the password the form that it needs when NTLM is to be used; false when it has none.
+  bool PreparesNtlm(unsigned long& methods);
   void Begin(HttpMessage const& message);
   void SetTarget(std::string const& url, HttpHeaders const& headers);
   static void Append(HeaderList& list, std::string const& line);
@@ -76,7 +79,8 @@ class CurlHandle {
 
   std::shared_ptr<HttpOptions const> m_options;
   bool m_isLoopback = false;
-  unsigned long m_methods = CURLAUTH_NONE;  // ways to log on
+  unsigned long m_methods = CURLAUTH_NONE;      // ways to log on
+  unsigned long m_methodsLeft = CURLAUTH_NONE;  // those to be tried when these fail
   CurlExchange m_exchange;
   char m_words[CURL_ERROR_SIZE] = {};
   // What the easy handle holds already: most calls repeat the headers of the one before.

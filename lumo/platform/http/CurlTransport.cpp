@@ -189,7 +189,7 @@ class CurlTransport : public HttpTransport {
       handle->Prepare(path, verb, message);
       CURLcode code = Drive(*handle);
       // What was refused is not done yet: a write may go out again.
-      if (code == CURLE_OK && handle->FallsBackToPassword(message)) code = Drive(*handle);
+      if (code == CURLE_OK && handle->TriesPassword(message)) code = Drive(*handle);
       code = Report(*handle, code, message);
       handle->Forget();
       if (code == CURLE_OK) handle.Keep();

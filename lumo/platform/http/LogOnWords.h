@@ -14,6 +14,9 @@ void NoteOffers(std::string_view header, HttpLogOn& logOn);
 /// kept: others may hold a password.
 void NoteRemark(std::string_view remark, HttpReport& report);
 
+/// Adds to the reasons why a log-on could not be made, unless it is there already.
+void AddTrouble(std::string_view remark, std::string& trouble);
+
 /// The address without user and password.
 std::string WithoutUser(std::string_view address);
 
