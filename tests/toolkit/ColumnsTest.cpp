@@ -22,16 +22,8 @@ namespace {
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 constexpr double kOpen = std::numeric_limits<double>::infinity();
 
-lumo::Attribute Made(char const* name, AttributeType type, char const* unit = "") {
-  lumo::Attribute attribute;
-  attribute.name = name;
-  attribute.type = type;
-  attribute.unit = unit;
-  return attribute;
-}
-
 lumo::Attribute Functional(char const* name, AttributeType type, char const* unit) {
-  lumo::Attribute attribute = Made(name, type, unit);
+  lumo::Attribute attribute = AttributeNamed(name, type, unit);
   attribute.parameters = {{"Temperature", 7, "degC"}, {"Condition", 8, "", true}};
   return attribute;
 }
@@ -39,21 +31,21 @@ lumo::Attribute Functional(char const* name, AttributeType type, char const* uni
 /// One attribute of each type.
 std::vector<lumo::Attribute> EveryType() {
   std::vector<lumo::Attribute> all = {
-      Made("Name", AttributeType::Text),
-      Made("Count", AttributeType::Integer),
-      Made("Usable", AttributeType::Logical),
-      Made("Date", AttributeType::Date),
-      Made("Class", AttributeType::Discrete),
-      Made("Uses", AttributeType::Discrete),
-      Made("Hardness", AttributeType::Number, "HV"),
+      AttributeNamed("Name", AttributeType::Text),
+      AttributeNamed("Count", AttributeType::Integer),
+      AttributeNamed("Usable", AttributeType::Logical),
+      AttributeNamed("Date", AttributeType::Date),
+      AttributeNamed("Class", AttributeType::Discrete),
+      AttributeNamed("Uses", AttributeType::Discrete),
+      AttributeNamed("Hardness", AttributeType::Number, "HV"),
       Functional("Strength", AttributeType::Number, "MPa"),
-      Made("Density", AttributeType::Range, "kg/m^3"),
+      AttributeNamed("Density", AttributeType::Range, "kg/m^3"),
       Functional("Yield", AttributeType::Curve, "MPa"),
-      Made("Parts", AttributeType::Grid),
-      Made("Sheet", AttributeType::Link),
-      Made("Photo", AttributeType::Picture),
-      Made("Note", AttributeType::File),
-      Made("Future", AttributeType::Other),
+      AttributeNamed("Parts", AttributeType::Grid),
+      AttributeNamed("Sheet", AttributeType::Link),
+      AttributeNamed("Photo", AttributeType::Picture),
+      AttributeNamed("Note", AttributeType::File),
+      AttributeNamed("Future", AttributeType::Other),
   };
   all[5].isMultiValued = true;
   return all;
@@ -181,8 +173,9 @@ TEST(Columns, HoldEveryTypeOfAttribute) {
 }
 
 TEST(Columns, KeepTheirBitsApartInAnyNumberOfRows) {
-  std::vector<lumo::Attribute> const attributes = {Made("Usable", AttributeType::Logical),
-                                                   Made("Hardness", AttributeType::Number, "HV")};
+  std::vector<lumo::Attribute> const attributes = {
+      AttributeNamed("Usable", AttributeType::Logical),
+      AttributeNamed("Hardness", AttributeType::Number, "HV")};
   ColumnBuilder builder = ColumnBuilder::Wide(attributes, SomeUnits());
   for (int i = 0; i < 100; ++i) {
     builder.Add(Head(i), {i % 7 == 6 ? Value() : Value(i % 2 == 0),
@@ -234,7 +227,7 @@ TEST(Columns, ShowPointsCurvesAndGridsInLongForm) {
   EXPECT_THAT(RowOf(*rows, 2), ElementsAre("1", "-", "AW-6061", "1", "293.15", "O", "55000000",
                                            "55000000", "55000000", "no"));
 
-  lumo::Attribute parts = Made("Parts", AttributeType::Grid);
+  lumo::Attribute parts = AttributeNamed("Parts", AttributeType::Grid);
   parts.columns = {{"Element", AttributeType::Text}, {"Most", AttributeType::Number, "%"}};
   ColumnBuilder grids = ColumnBuilder::Long(parts, SomeUnits());
   grids.Add(Head(1), {AGrid()});
@@ -243,8 +236,9 @@ TEST(Columns, ShowPointsCurvesAndGridsInLongForm) {
   EXPECT_THAT(RowOf(*cells, 0), ElementsAre("1", "-", "AW-6061", "0", "Al", "98"));
   EXPECT_THAT(RowOf(*cells, 1), ElementsAre("1", "-", "AW-6061", "1", "Cu", "n/a"));
   EXPECT_THAT(RowOf(*cells, 2), ElementsAre("1", "-", "AW-6061", "2", "-", "-"));
-  EXPECT_EQ(ErrorOf([] { ColumnBuilder::Long(Made("T", AttributeType::Text), {}); }).Code(),
-            ErrorCode::InvalidArgument);
+  EXPECT_EQ(
+      ErrorOf([] { ColumnBuilder::Long(AttributeNamed("T", AttributeType::Text), {}); }).Code(),
+      ErrorCode::InvalidArgument);
 }
 
 TEST(Columns, RefuseARecordThatDoesNotFitAndTakeNothingOfIt) {

@@ -21,37 +21,27 @@ using testing::Optional;
 
 namespace {
 
-lumo::Attribute Made(char const* name, AttributeType type, char const* unit = "",
-                     std::vector<std::string> words = {}) {
-  lumo::Attribute attribute;
-  attribute.name = name;
-  attribute.type = type;
-  attribute.unit = unit;
-  attribute.words = std::move(words);
-  return attribute;
-}
-
 std::vector<lumo::Attribute> const& Attributes() {
   static std::vector<lumo::Attribute> const attributes = [] {
     std::vector<lumo::Attribute> all = {
-        Made("Density", AttributeType::Range, "kg/m^3"),
-        Made("Young's modulus", AttributeType::Range, "GPa"),
-        Made("Yield strength (elastic limit)", AttributeType::Range, "MPa"),
-        Made("Yield strength against temperature", AttributeType::Curve, "MPa"),
-        Made("Elongation", AttributeType::Range, "%"),
-        Made("Hardness - Vickers", AttributeType::Number, "HV"),
-        Made("Number of suppliers", AttributeType::Integer),
-        Made("Recyclable", AttributeType::Logical),
-        Made("Durability: sea water", AttributeType::Discrete, "",
-             {"Excellent", "Acceptable", "Limited use", "Bad and worse"}),
-        Made("Last reviewed", AttributeType::Date),
-        Made("Typical uses", AttributeType::LongText),
-        Made("Heat and cold", AttributeType::Text),
-        Made("Heat", AttributeType::Text),
-        Made("Not for sale", AttributeType::Logical),
-        Made("Data sheet", AttributeType::Link),
-        Made("Composition", AttributeType::Grid),
+        AttributeNamed("Density", AttributeType::Range, "kg/m^3"),
+        AttributeNamed("Young's modulus", AttributeType::Range, "GPa"),
+        AttributeNamed("Yield strength (elastic limit)", AttributeType::Range, "MPa"),
+        AttributeNamed("Yield strength against temperature", AttributeType::Curve, "MPa"),
+        AttributeNamed("Elongation", AttributeType::Range, "%"),
+        AttributeNamed("Hardness - Vickers", AttributeType::Number, "HV"),
+        AttributeNamed("Number of suppliers", AttributeType::Integer),
+        AttributeNamed("Recyclable", AttributeType::Logical),
+        AttributeNamed("Durability: sea water", AttributeType::Discrete),
+        AttributeNamed("Last reviewed", AttributeType::Date),
+        AttributeNamed("Typical uses", AttributeType::LongText),
+        AttributeNamed("Heat and cold", AttributeType::Text),
+        AttributeNamed("Heat", AttributeType::Text),
+        AttributeNamed("Not for sale", AttributeType::Logical),
+        AttributeNamed("Data sheet", AttributeType::Link),
+        AttributeNamed("Composition", AttributeType::Grid),
     };
+    all[8].words = {"Excellent", "Acceptable", "Limited use", "Bad and worse"};
     all.back().columns = {{"Element", AttributeType::Text}, {"Most", AttributeType::Number, "%"}};
     return all;
   }();

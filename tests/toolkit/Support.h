@@ -1,9 +1,12 @@
 #pragma once
 
+#include <gmock/gmock.h>
+
 #include <map>
 #include <string>
 #include <vector>
 
+#include "lumo/toolkit/Attribute.h"
 #include "lumo/toolkit/Error.h"
 #include "lumo/toolkit/Units.h"
 
@@ -17,6 +20,15 @@ lumo::Error ErrorOf(Work work) {
   }
   ADD_FAILURE() << "nothing was thrown";
   return {lumo::ErrorCode::InvalidArgument, ""};
+}
+
+inline lumo::Attribute AttributeNamed(char const* name, lumo::AttributeType type,
+                                      char const* unit = "") {
+  lumo::Attribute attribute;
+  attribute.name = name;
+  attribute.type = type;
+  attribute.unit = unit;
+  return attribute;
 }
 
 /// Factors as a server gives them, for a few units.
