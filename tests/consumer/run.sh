@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the README's first program as a user would and runs it against the sandbox.
+# Builds the README's first program as a user would and runs it against the sandbox; likewise one that
+# uses the library before main.
 #
 #     run.sh find_package|pkg_config|add_subdirectory SOURCE BUILD SANDBOX
 set -euo pipefail
@@ -30,6 +31,12 @@ case $way in
     program=$work/first
     ;;
 esac
+
+# The library is used before main begins and after it has ended, static or shared.
+if [ "$way" != pkg_config ]; then
+  output=$("$work/build/early" 2>&1)
+  [ "$output" = fine ] || { echo "before and after main: $output"; exit 1; }
+fi
 
 output=$("$source/scripts/with-sandbox" "$sandbox" "$program")
 [ "$output" = $'Engineering Materials\nChemical Elements' ] || { echo "printed: $output"; exit 1; }
