@@ -2,10 +2,13 @@ if(LUMO_BUILD_TOOLKIT)
   lumo_add_tests(toolkit_tests
     support/Main.cpp
     support/RawServer.cpp
+    support/TinyService.cpp
     toolkit/ColumnsTest.cpp
     toolkit/ConditionTest.cpp
     toolkit/ConnectionTest.cpp
     toolkit/FailureTest.cpp
+    toolkit/SettingsTest.cpp
+    toolkit/StreamTest.cpp
     toolkit/ValueTest.cpp)
   target_link_libraries(toolkit_tests PRIVATE Lumo::Toolkit)
   lumo_discover_tests(toolkit_tests)

@@ -9,16 +9,12 @@
 
 #include "lumo/toolkit/Attribute.h"
 #include "lumo/toolkit/Connection.h"
+#include "lumo/toolkit/DatabaseInfo.h"
 #include "lumo/toolkit/Units.h"
 
 /// What is asked of a table again and again. Not installed.
 namespace lumo {
 
-/// Keys of the databases, with their names.
-struct DatabaseInfo {
-  std::string key = {};
-  std::string name = {};
-};
 LUMO_API std::vector<DatabaseInfo> DatabasesOf(Connection& connection);
 /// By key or name; throws what `FindName` throws, as all that finds does here.
 LUMO_API DatabaseInfo FindDatabase(Connection& connection, std::string const& keyOrName);

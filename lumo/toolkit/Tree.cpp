@@ -369,16 +369,22 @@ std::string const& FolderPaths::PathOf(int identity) {
 void FolderPaths::Fill(Connection& connection, std::vector<RecordHead>& records) {
   if (records.empty()) return;
   auto const references = ReferencesTo(records);
-  std::map<int, int> parents;
+  std::map<int, SmartPtr<TreeRecord>> found;
   std::vector<int> folders;
   for (auto const& record : TreeRecordsOf(connection, references)) {
     folders.push_back(record->GetParentRecordHistoryIdentity());
-    parents[record->GetRecordReference()->GetIdentity()] = folders.back();
+    found[record->GetRecordReference()->GetIdentity()] = record;
   }
   Load(connection, records[0].id.database, folders);
   for (RecordHead& record : records) {
-    int const parent = parents[record.id.identity];
+    auto const there = found.find(record.id.identity);
+    if (there == found.end()) continue;
+    TreeRecord const& known = *there->second;
+    int const parent = known.GetParentRecordHistoryIdentity();
     record.folder = parent == 0 ? "" : PathOf(parent);
+    if (!record.name.empty()) continue;
+    record.name = known.GetShortName();
+    record.fullName = known.GetLongName();
   }
 }
 

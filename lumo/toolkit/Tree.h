@@ -72,7 +72,8 @@ class LUMO_API FolderTree {
 LUMO_API std::optional<RecordHead> FindIn(Connection& connection, TableInfo const& table,
                                           FolderAt const& folder, std::string const& name);
 
-/// Fills in the folders of records. Each folder is asked for once, all of a level in one call.
+/// Fills in the folders of records, and the names of those that have none. Each folder is asked for
+/// once, all of a level in one call.
 class LUMO_API FolderPaths {
  public:
   void Fill(Connection& connection, std::vector<RecordHead>& records);

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+namespace lumo {
+
+/// A database: the key by which requests name it, and the name that people see.
+struct DatabaseInfo {
+  std::string key = {};
+  std::string name = {};
+};
+
+}  // namespace lumo
