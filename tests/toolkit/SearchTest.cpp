@@ -74,9 +74,9 @@ constexpr Case kCases[] = {
     {"density != 7850 kg/m^3", false},
     {"not (density < 3000 kg/m^3 or recyclable)", false},
     {"young's modulus / density > 0.025 GPa.m^3/kg", false},
-    {"young / density > 25 GPa.cm^3/g and price < 5 USD/kg", false},
+    {"young's modulus / density > 25 GPa.cm^3/g and price < 5 USD/kg", false},
     {"density < 1 g/cm^3 or melting point > 3000 K", true},
-    {"density < 1 g/cm^3 or young^0.5 / density > 5 GPa^0.5.cm^3/g", false},
+    {"density < 1 g/cm^3 or young's modulus^0.5 / density > 5 GPa^0.5.cm^3/g", false},
     {"durability = Excellent|Acceptable", true},
     {"sea water != Excellent", false},
     {"typical uses contains aircraft", true},
@@ -154,7 +154,8 @@ TEST_F(Search, KeepsToASubset) {
 }
 
 TEST_F(Search, TellsTheUnitsThatTheServerHas) {
-  lumo::Error const error = ErrorOf([&] { Read("young / density > 0.025", Match::Overlap); });
+  lumo::Error const error =
+      ErrorOf([&] { Read("young's modulus / density > 0.025", Match::Overlap); });
   EXPECT_THAT(error.what(), testing::HasSubstr("GPa.m^3/kg"));
 }
 

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <locale>
 #include <random>
 #include <set>
 #include <sstream>
@@ -38,6 +39,7 @@ lumo::Selection AllOf(TinyService const& service, int maxConcurrency = 4) {
 /// What a record says, as a line.
 std::string LineOf(lumo::Record const& record) {
   std::ostringstream line;
+  line.imbue(std::locale::classic());
   line.precision(17);
   line << record.Id().identity << ' ' << record.Folder() << ' ' << record.Name() << ' '
        << record.FullName();
