@@ -206,7 +206,8 @@ CurlHandle::HeaderList CurlHandle::MakeHeaders(HttpHeaders const& headers) {
   HeaderList list;
   std::vector<std::string_view> unwanted = {"Accept", "Content-Type", "Expect"};
   for (auto const& [name, value] : headers) {
-    bool const isBlank = Trimmed(value).empty();  // libcurl's form of a header without a value
+    bool const isBlank =
+        TrimmedHeader(value).empty();  // libcurl's form of a header without a value
     Append(list, isBlank ? name + ";" : name + ": " + value);
     unwanted.erase(std::remove_if(unwanted.begin(), unwanted.end(),
                                   [&name = name](std::string_view other) {

@@ -52,7 +52,7 @@ std::size_t EndOfPart(std::string_view text) {
 void AddMethods(std::string_view challenges, std::vector<std::string>& methods) {
   while (!challenges.empty()) {
     std::size_t const end = EndOfPart(challenges);
-    std::string_view const part = Trimmed(challenges.substr(0, end));
+    std::string_view const part = TrimmedHeader(challenges.substr(0, end));
     AddMethod(part.substr(0, part.find_first_of(" \t")), methods);
     challenges.remove_prefix(std::min(end + 1, challenges.size()));
   }
@@ -96,7 +96,7 @@ void NoteRemark(std::string_view remark, HttpReport& report) {
   constexpr std::string_view kServer = "Server auth using ";
   constexpr std::string_view kProxy = "Proxy auth using ";
   constexpr std::string_view kVariable = "Uses proxy env variable ";
-  remark = Trimmed(remark);
+  remark = TrimmedHeader(remark);
   if (StartsWith(remark, kServer)) {
     report.logOn.used = WordAfter(remark, kServer);
   } else if (StartsWith(remark, kProxy)) {

@@ -18,7 +18,7 @@ constexpr Refusal kTooLong = {eHttpFailure_TooLarge, "the reply is larger than t
 
 }  // namespace
 
-std::string_view Trimmed(std::string_view text) {
+std::string_view TrimmedHeader(std::string_view text) {
   std::size_t const first = text.find_first_not_of(" \t\r\n");
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(" \t\r\n") - first + 1);
@@ -54,9 +54,10 @@ Refusal ReplyReader::TakeLine(std::string_view line) {
   if (m_isInHead && (line[0] == '\r' || line[0] == '\n')) {
     EndHead();
   } else if (BeginsWithBlank(line) && !m_headers.empty()) {  // goes on with the header before
-    m_headers.back().second.append(" ").append(Trimmed(line));
+    m_headers.back().second.append(" ").append(TrimmedHeader(line));
   } else if (std::size_t const colon = line.find(':'); colon != std::string_view::npos) {
-    m_headers.emplace_back(Trimmed(line.substr(0, colon)), Trimmed(line.substr(colon + 1)));
+    m_headers.emplace_back(TrimmedHeader(line.substr(0, colon)),
+                           TrimmedHeader(line.substr(colon + 1)));
   }
   return {};
 }

@@ -16,7 +16,7 @@ struct Refusal {
 };
 
 /// Without blanks and line ends around it.
-std::string_view Trimmed(std::string_view text);
+std::string_view TrimmedHeader(std::string_view text);
 
 /// Puts a reply together from what libcurl hands over: heads, of which all but the last belong to
 /// interim replies, to challenges or to a proxy, and the body behind the last.
