@@ -24,6 +24,13 @@ holds '^Density: 600 to 750 kg/m\^3$'
 output=$(run export-card ENG_MATERIALS Materials AW-6061-T6 card-2)
 holds '^\*MATERIAL, AW-6061-T6$'
 
+# These take the server's address first.
+first() { "$source/scripts/with-sandbox" "$sandbox" bash -c '"$1" "${@: -1}" "${@:2:$#-2}"' - "$examples/$1" "${@:2}"; }
+output=$(first read-curve AW-6061-T6 130)
+holds '^Condition: T6, Temperature 130 degC: 23[0-9.]+ MPa$'
+output=$(first bulk-read ENG_MATERIALS Materials Density 2>&1)
+holds '/AW-6061-T6	2[67][0-9.]+ kg/m\^3$'
+
 status=0
 errors=$("$examples/list-databases" http://127.0.0.1:1 2>&1) || status=$?
 [ "$status" -eq 1 ]

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the README's first program as a user would and runs it against the sandbox; likewise one that
-# uses the library before main.
+# Builds the README's programs as a user would, the toolkit's and the exact library's, and runs them
+# against the sandbox; likewise one that uses the library before main.
 #
 #     run.sh find_package|pkg_config|add_subdirectory SOURCE BUILD SANDBOX
 set -euo pipefail
@@ -9,16 +9,17 @@ work=$build/consumer/$way
 prefix=$work/installed
 rm -rf "$work"
 mkdir -p "$work"
-awk '/^```cpp/ { inside = 1; next } /^```/ { if (inside) exit } inside' "$source/README.md" \
-  >"$work/first.cpp"
+awk -v work="$work" '/^```cpp/ { file = work (count++ ? "/exact.cpp" : "/first.cpp"); next }
+                      /^```/ { if (count == 2) exit; file = "" }
+                      file { print >file }' "$source/README.md"
 
 case $way in
   find_package | add_subdirectory)
     [ "$way" = add_subdirectory ] || cmake --install "$build" --prefix "$prefix" >/dev/null
     cmake -S "$source/tests/consumer/$way" -B "$work/build" -G Ninja \
-      -DCMAKE_PREFIX_PATH="$prefix" -DLUMO_SOURCE="$source" -DPROGRAM="$work/first.cpp" -DLUMO_JOIN_SOURCES=ON >/dev/null
+      -DCMAKE_PREFIX_PATH="$prefix" -DLUMO_SOURCE="$source" -DPROGRAMS="$work" -DLUMO_JOIN_SOURCES=ON >/dev/null
     cmake --build "$work/build"
-    program=$work/build/first
+    programs=$work/build
     ;;
   pkg_config)
     cmake --install "$build" --prefix "$prefix" >/dev/null
@@ -27,8 +28,11 @@ case $way in
     libraries=$(pkg-config --variable=libdir lumoservicelayer)
     # shellcheck disable=SC2046
     c++ -std=c++17 "$work/first.cpp" -o "$work/first" \
+      $(pkg-config --cflags --libs 'lumotoolkit >= 1') -Wl,-rpath,"$libraries"
+    # shellcheck disable=SC2046
+    c++ -std=c++17 "$work/exact.cpp" -o "$work/exact" \
       $(pkg-config --cflags --libs 'lumoservicelayer >= 1') -Wl,-rpath,"$libraries"
-    program=$work/first
+    programs=$work
     ;;
 esac
 
@@ -38,12 +42,19 @@ if [ "$way" != pkg_config ]; then
   [ "$output" = fine ] || { echo "before and after main: $output"; exit 1; }
 fi
 
-output=$("$source/scripts/with-sandbox" "$sandbox" "$program")
+output=$("$source/scripts/with-sandbox" "$sandbox" "$programs/first")
+grep -qx 'AW-6061-T6  25.203 MPa.m^3/kg' <<<"$output" || { echo "printed: $output"; exit 1; }
+output=$("$source/scripts/with-sandbox" "$sandbox" "$programs/exact")
 [ "$output" = $'Engineering Materials\nChemical Elements' ] || { echo "printed: $output"; exit 1; }
 
-status=0
-output=$("$program" http://127.0.0.1:1 2>&1) || status=$?
-[ "$status" = 1 ] && grep -qx 'GetDatabases: no reply: .*' <<<"$output" || {
-  echo "without a server: $output, exit code $status"
-  exit 1
+# `refused PROGRAM TEXT`: without a server the program says so and returns 1.
+refused() {
+  local output status=0
+  output=$("$programs/$1" http://127.0.0.1:1 2>&1) || status=$?
+  [ "$status" = 1 ] && grep -q "$2" <<<"$output" || {
+    echo "$1 without a server: $output, exit code $status"
+    exit 1
+  }
 }
+refused exact '^GetDatabases: no reply: '
+refused first '^no reply from http://127.0.0.1:1: '
