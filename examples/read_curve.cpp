@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <string>
 #include <variant>
 
 #include <lumo/Toolkit.h>
@@ -13,7 +14,8 @@ namespace {
 /// What holds for the whole curve: "Condition: T6, ".
 void Print(lumo::Parameter const& parameter) {
   std::cout << parameter.name << ": ";
-  std::visit([](auto const& value) { std::cout << value; }, parameter.value);
+  if (auto const* const number = std::get_if<double>(&parameter.value)) std::cout << *number;
+  if (auto const* const word = std::get_if<std::string>(&parameter.value)) std::cout << *word;
   std::cout << (parameter.unit.empty() ? "" : " ") << parameter.unit << ", ";
 }
 

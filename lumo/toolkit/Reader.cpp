@@ -143,7 +143,7 @@ Units const& ReadPlan::KnownUnits() const {
 
 SmartPtr<GetRecordAttributesByRefRequest> ReadPlan::RequestFor(
     std::vector<RecordHead> const& heads) const {
-  auto const request = GetRecordAttributesByRefRequest::CreateOne();
+  auto request = GetRecordAttributesByRefRequest::CreateOne();
   for (RecordHead const& head : heads) request->AddRecordReference(ReferenceTo(head.id));
   request->AccessAttributeReferences() = m_references;
   request->SetBinaryDataRepresentation(m_withFiles ? BinaryDataRepresentations::Inline

@@ -3,8 +3,8 @@
 #include <rapidxml/rapidxml.hpp>
 
 // They shape the document, which the library and its callers share.
-static_assert(RAPIDXML_STATIC_POOL_SIZE == 64 * 1024 && RAPIDXML_DYNAMIC_POOL_SIZE == 64 * 1024 &&
-                  RAPIDXML_ALIGNMENT == sizeof(void*),
+static_assert(RAPIDXML_STATIC_POOL_SIZE == 65536 && RAPIDXML_DYNAMIC_POOL_SIZE == 65536 &&
+                  RAPIDXML_ALIGNMENT == 8,
               "RapidXML must be compiled with its default pool sizes");
 
 /// RapidXML's document tree under this library's names. Names and values are pointer plus length

@@ -70,7 +70,7 @@ class DatabaseMaker {
   }
 
   void MakeAttribute(Line const& line) {
-    std::string const type = line.at(2);
+    std::string const& type = line.at(2);
     std::string more = Column(line, 6);
     char const mark = more.empty() ? ' ' : more[0];
     if (mark == '*' || mark == '#') more.erase(0, 1);
