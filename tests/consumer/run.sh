@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the README's programs as a user would, the toolkit's and the exact library's, and runs them
-# against the sandbox; likewise one that uses the library before main.
+# Builds the programs of README and guides as a user would, and runs them against the sandbox; likewise
+# one that uses the library before main.
 #
 #     run.sh find_package|pkg_config|add_subdirectory SOURCE BUILD SANDBOX
 set -euo pipefail
@@ -9,9 +9,18 @@ work=$build/consumer/$way
 prefix=$work/installed
 rm -rf "$work"
 mkdir -p "$work"
-awk -v work="$work" '/^```cpp/ { file = work (count++ ? "/exact.cpp" : "/first.cpp"); next }
-                      /^```/ { if (count == 2) exit; file = "" }
-                      file { print >file }' "$source/README.md"
+# `first_block PAGE`: the first C++ block of a page. The blocks of the toolkit's guide stand in one program.
+first_block() { awk '/^```cpp/ { inside = 1; next } /^```/ { if (inside) exit } inside' "$source/$1"; }
+first_block README.md >"$work/first.cpp"
+first_block docs/exact-library.md >"$work/exact.cpp"
+{
+  printf '#include <iostream>\n#include <lumo/Toolkit.h>\nint main(int, char** argv) {\n'
+  printf 'auto const client = lumo::Client::Connect(argv[1]);\n'
+  printf 'auto const table = client.OpenTable("ENG_MATERIALS", "Materials");\n'
+  awk '/^```cpp/ { print "{"; inside = 1; next } /^```/ { if (inside) print "}"; inside = 0 } inside' \
+    "$source/docs/toolkit.md"
+  printf '}\n'
+} >"$work/guide.cpp"
 
 case $way in
   find_package | add_subdirectory)
@@ -26,9 +35,11 @@ case $way in
     PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name lumoservicelayer.pc)")
     export PKG_CONFIG_PATH
     libraries=$(pkg-config --variable=libdir lumoservicelayer)
-    # shellcheck disable=SC2046
-    c++ -std=c++17 "$work/first.cpp" -o "$work/first" \
-      $(pkg-config --cflags --libs 'lumotoolkit >= 1') -Wl,-rpath,"$libraries"
+    for program in first guide; do
+      # shellcheck disable=SC2046
+      c++ -std=c++17 "$work/$program.cpp" -o "$work/$program" \
+        $(pkg-config --cflags --libs 'lumotoolkit >= 1') -Wl,-rpath,"$libraries"
+    done
     # shellcheck disable=SC2046
     c++ -std=c++17 "$work/exact.cpp" -o "$work/exact" \
       $(pkg-config --cflags --libs 'lumoservicelayer >= 1') -Wl,-rpath,"$libraries"
@@ -46,6 +57,10 @@ output=$("$source/scripts/with-sandbox" "$sandbox" "$programs/first")
 grep -qx 'AW-6061-T6  25.203 MPa.m^3/kg' <<<"$output" || { echo "printed: $output"; exit 1; }
 output=$("$source/scripts/with-sandbox" "$sandbox" "$programs/exact")
 [ "$output" = $'Engineering Materials\nChemical Elements' ] || { echo "printed: $output"; exit 1; }
+output=$("$source/scripts/with-sandbox" "$sandbox" "$programs/guide" 2>/dev/null)
+for line in 'ENG_MATERIALS/Materials' '2690 to 2730 kg/m^3' 'at 130 degC: 2[0-9.]* MPa' '5 of 5'; do
+  grep -qx "$line" <<<"$output" || { echo "the guide does not print $line: $output"; exit 1; }
+done
 
 # `refused PROGRAM TEXT`: without a server the program says so and returns 1.
 refused() {
