@@ -4,6 +4,7 @@
 /// library below it has an include of its own, `lumo/LumoServiceLayer.h`.
 #include "lumo/toolkit/Arrow.h"
 #include "lumo/toolkit/Attribute.h"
+#include "lumo/toolkit/Catalogue.h"
 #include "lumo/toolkit/Client.h"
 #include "lumo/toolkit/Columns.h"
 #include "lumo/toolkit/Condition.h"

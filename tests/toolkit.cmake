@@ -17,6 +17,7 @@ if(LUMO_BUILD_TOOLKIT AND LUMO_BUILD_SANDBOX)
   lumo_add_tests(toolkit_sandbox_tests
     support/Main.cpp
     toolkit/Sandbox.cpp
+    toolkit/CatalogueTest.cpp
     toolkit/NamesTest.cpp
     toolkit/SearchTest.cpp)
   target_link_libraries(toolkit_sandbox_tests PRIVATE Lumo::Toolkit lumo_sandbox_parts)

@@ -45,6 +45,8 @@ class LUMO_API Table {
   /// with all. Throws `Error`: NotFound, with names that are alike; Ambiguous.
   Record Get(std::string const& nameOrId, std::vector<std::string> const& attributes = {},
              ReadOptions const& options = {}) const;
+  /// The table and its connections, for the project's other parts.
+  std::shared_ptr<OpenedTable> const& Opened() const { return m_opened; }
 
  private:
   friend class Client;

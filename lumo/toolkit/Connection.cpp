@@ -70,6 +70,8 @@ Error LostChange(Error const& error) {
 
 }  // namespace
 
+std::string BuiltInNamespace() { return LumoSession::GetVendorNamespaceBase(); }
+
 SmartPtr<LumoServiceLayerServices> MakeServices(
     std::string const& url, ConnectOptions const& options,
     std::function<bool(std::uint64_t sent, std::uint64_t received)> progress) {
@@ -90,16 +92,17 @@ SmartPtr<LumoServiceLayerServices> MakeServices(
   return {new LumoServiceLayerServices(session)};
 }
 
-bool CallScope::IsOver() const {
-  return cancel.IsCancelled() || stop.IsCancelled() || (deadline && Clock::now() >= *deadline);
+bool CallScope::HasEnded() const {
+  return cancel.IsCancelled() || stop.IsCancelled() || server.IsCancelled();
 }
+
+bool CallScope::IsOver() const { return HasEnded() || (deadline && Clock::now() >= *deadline); }
 
 void CallScope::ThrowWhenOver(std::string const& operation) const {
   if (!IsOver()) return;
-  bool const isCancelled = cancel.IsCancelled() || stop.IsCancelled();
   ErrorDetails details;
   details.operation = operation;
-  if (isCancelled) throw Error(ErrorCode::Cancelled, "cancelled", std::move(details));
+  if (HasEnded()) throw Error(ErrorCode::Cancelled, "cancelled", std::move(details));
   throw Error(ErrorCode::Timeout, "the time for this work is over", std::move(details));
 }
 
@@ -179,6 +182,7 @@ ConnectOptions const& Connection::Options() const { return m_parts->options; }
 CallScope& Connection::Scope() { return m_parts->scope; }
 
 void Connection::Run(Kind kind, Once const& once) {
+  m_parts->scope.server = m_parts->options.cancel;
   Tries tries(m_parts->options.retry, m_parts->scope);
   while (std::optional<FailedTry> const failed = m_parts->TryOnce(once, tries)) {
     if (kind == Kind::Write)

@@ -20,6 +20,7 @@ struct CallScope {
 
   CancellationToken cancel = {};  ///< of who wants the work
   CancellationToken stop = {};    ///< of who does it, when nobody wants it any more
+  CancellationToken server = {};  ///< of all calls to the server, set by the connection
   std::optional<Time> deadline = {};
   /// No try begins after this; the retry policy alone decides when it is empty.
   std::optional<Time> lastTry = {};
@@ -33,8 +34,12 @@ struct CallScope {
   /// Throws `Error` (Cancelled, Timeout) when the work is over.
   void ThrowWhenOver(std::string const& operation = "") const;
   bool IsOver() const;
+  /// By one of the tokens.
+  bool HasEnded() const;
 };
 
+/// Base of the vendor's namespaces where nobody names another one.
+LUMO_API std::string BuiltInNamespace();
 /// The exact library for a server. `progress` is the transport's.
 LUMO_API SmartPtr<LumoServiceLayerServices> MakeServices(
     std::string const& url, ConnectOptions const& options,

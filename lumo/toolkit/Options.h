@@ -103,6 +103,10 @@ struct ConnectOptions {
   /// when this is less, goes down when the server is overloaded, and slowly up again.
   int maxConcurrency = 4;
   RetryPolicy retry = {};
+  /// Ends all calls to the server, those too that no other token reaches.
+  CancellationToken cancel = {};
+  /// Asked for the password of a user when nothing else gives one, once, by `Client::Connect`.
+  std::function<std::string(std::string const& user)> askPassword = {};
   /// Told of each try of each call, on the thread that reads or asks, never under a lock.
   std::function<void(CallEvent const&)> onCall = {};
 };

@@ -32,6 +32,10 @@ Selection Selection::Text(std::string const& words) const {
   return Changed([&](SelectionParts& parts) { parts.text = words; });
 }
 
+Selection Selection::Called(std::string const& name) const {
+  return Changed([&](SelectionParts& parts) { parts.name = name; });
+}
+
 Selection Selection::Below(std::string const& folder) const {
   return Changed([&](SelectionParts& parts) { parts.folder = folder; });
 }
@@ -48,17 +52,29 @@ Selection Selection::WithIds(std::vector<RecordId> const& ids) const {
   return Changed([&](SelectionParts& parts) { parts.ids = ids; });
 }
 
-std::vector<RecordId> Selection::Ids(ReadOptions const& options) const {
+void Selection::ReadHeads(
+    ReadOptions const& options,
+    std::function<void(Connection&, std::vector<RecordHead> const&)> const& take) const {
   auto const connection = m_parts->table->pool->Lend();
   connection->Scope().cancel = options.cancel;
   if (options.timeLimit.count() > 0) {
     connection->Scope().deadline = std::chrono::steady_clock::now() + options.timeLimit;
   }
   RecordSource source(m_parts, [] { return kManyIds; });
+  while (auto const heads = source.Next(*connection)) take(*connection, *heads);
+}
+
+std::vector<RecordHead> Selection::Heads(ReadOptions const& options) const {
+  std::vector<RecordHead> all;
+  ReadHeads(options, [&](Connection& /*connection*/, std::vector<RecordHead> const& heads) {
+    all.insert(all.end(), heads.begin(), heads.end());
+  });
+  return all;
+}
+
+std::vector<RecordId> Selection::Ids(ReadOptions const& options) const {
   std::vector<RecordId> ids;
-  while (auto const heads = source.Next(*connection)) {
-    for (RecordHead const& head : *heads) ids.push_back(head.id);
-  }
+  for (RecordHead const& head : Heads(options)) ids.push_back(head.id);
   return ids;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 
 namespace lumo {
 
+class Connection;
 struct SelectionParts;
 
 /// Some records of a table. Nothing is sent before they are read. Each of the functions that narrow
@@ -23,6 +25,8 @@ class LUMO_API Selection {
   Selection Where(std::string const& condition, Match match = Match::Overlap) const;
   /// Those that a text search finds.
   Selection Text(std::string const& words) const;
+  /// Those with just that short or full name, namesakes too.
+  Selection Called(std::string const& name) const;
   /// Those in that folder and in the folders below, by its path, "Metals/Steels".
   Selection Below(std::string const& folder) const;
   /// Those in that subset.
@@ -31,6 +35,13 @@ class LUMO_API Selection {
   Selection Named(std::vector<std::string> const& namesOrIds) const;
   Selection WithIds(std::vector<RecordId> const& ids) const;
 
+  /// Names and places of the records, without values. Throws `Error`.
+  std::vector<RecordHead> Heads(ReadOptions const& options = {}) const;
+  /// The same in chunks, as they come, with the connection over which more may be asked; for the
+  /// project's other parts.
+  void ReadHeads(
+      ReadOptions const& options,
+      std::function<void(Connection&, std::vector<RecordHead> const&)> const& take) const;
   /// Throws `Error`.
   std::vector<RecordId> Ids(ReadOptions const& options = {}) const;
   /// The records in parts of so many, to be read by other processes or machines; see `Partition`.

@@ -132,6 +132,8 @@ Profile ProfileOf(std::string const& server, Profiles const& profiles) {
   Refuse("there is no server " + Quoted(server) + " in " + ProfileFile(), {HintCode::OneOf, names});
 }
 
+}  // namespace
+
 std::string FirstLineOf(std::string const& path) {
   std::ifstream file(ExpandHome(path));
   std::string line;
@@ -142,10 +144,13 @@ std::string FirstLineOf(std::string const& path) {
   return line;
 }
 
+namespace {
+
 /// Looks settings up in the environment, then in a profile.
 class LookUp {
  public:
-  explicit LookUp(Profile profile) : m_profile(std::move(profile)) {}
+  LookUp(Profile profile, std::function<std::string(std::string const&)> ask)
+      : m_profile(std::move(profile)), m_ask(std::move(ask)) {}
 
   std::string Get(Setting const& setting) const {
     std::string const value = Environment(setting.variable);
@@ -174,11 +179,15 @@ class LookUp {
   }
 
   Password WithPassword(Password given) const {
+    Fill(given.user, kUser);
+    Fill(given.domain, kDomain);
+    if (given.user.empty()) Refuse("the log-on needs a user", {HintCode::LogOn});
     if (!given.password.empty()) return given;
     std::string const file = Environment(kPasswordFile.variable);
     given.password = file.empty() ? Environment(kPasswordVariable) : FirstLineOf(file);
     std::string const inProfile = InProfile(kUser) == given.user ? InProfile(kPasswordFile) : "";
     if (given.password.empty() && !inProfile.empty()) given.password = FirstLineOf(inProfile);
+    if (given.password.empty() && m_ask) given.password = m_ask(given.user);
     if (!given.password.empty()) return given;
     Refuse("there is no password for " + Quoted(given.user),
            {HintCode::GivePassword, {given.user}});
@@ -191,6 +200,7 @@ class LookUp {
   }
 
   Profile m_profile;
+  std::function<std::string(std::string const&)> m_ask;
 };
 
 }  // namespace
@@ -213,7 +223,7 @@ ServerSettings Resolve(std::string const& server, ConnectOptions const& options)
   if (settings.url.empty()) Refuse("the profile " + Quoted(wanted) + " has no url");
   CheckUrl(settings.url);
 
-  LookUp const lookUp(std::move(profile));
+  LookUp const lookUp(std::move(profile), options.askPassword);
   ConnectOptions& filled = settings.options;
   if (std::holds_alternative<std::monostate>(filled.credentials)) {
     filled.credentials = lookUp.LogOn();

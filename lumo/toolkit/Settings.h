@@ -20,4 +20,7 @@ LUMO_API ServerSettings Resolve(std::string const& server, ConnectOptions const&
 /// The profile file: $XDG_CONFIG_HOME/lumo/servers.ini, or ~/.config/lumo/servers.ini.
 LUMO_API std::string ProfileFile();
 
+/// A password that stands in a file. Throws `Error` (InvalidArgument) when there is none.
+LUMO_API std::string FirstLineOf(std::string const& path);
+
 }  // namespace lumo

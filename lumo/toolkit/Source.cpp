@@ -83,10 +83,20 @@ std::vector<RecordHead> RecordSource::Search(Connection& connection) const {
     };
     found = FindWhere(connection, table, ConditionOf(connection), m_what->subset, read);
   }
-  if (m_what->text.empty()) return found;
-  std::vector<RecordHead> withText = FindByText(connection, table, m_what->text, m_what->subset);
-  if (m_what->conditions.empty()) return withText;
-  KeepThoseIn(found, withText);
+  bool isFirst = m_what->conditions.empty();
+  auto const narrow = [&](std::vector<RecordHead> others) {
+    if (std::exchange(isFirst, false)) {
+      found = std::move(others);
+    } else {
+      KeepThoseIn(found, others);
+    }
+  };
+  if (!m_what->text.empty()) {
+    narrow(FindByText(connection, table, m_what->text, m_what->subset));
+  }
+  if (!m_what->name.empty()) {
+    narrow(FindByName(connection, table, m_what->name, m_what->subset));
+  }
   return found;
 }
 

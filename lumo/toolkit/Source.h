@@ -20,12 +20,13 @@ struct SelectionParts {
   std::shared_ptr<OpenedTable> table;
   std::vector<std::pair<std::string, Match>> conditions = {};
   std::string text = {};
+  std::string name = {};
   std::string folder = {};
   std::string subset = {};
   std::optional<std::vector<std::string>> names = {};
   std::optional<std::vector<RecordId>> ids = {};
 
-  bool IsSearch() const { return !text.empty() || !conditions.empty(); }
+  bool IsSearch() const { return !text.empty() || !name.empty() || !conditions.empty(); }
 };
 
 /// Hands out the records that are meant in chunks, with their folders: those that were named or

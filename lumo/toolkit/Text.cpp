@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <boost/locale/encoding_utf.hpp>
 #include <numeric>
+#include <stdexcept>
 #include <utility>
+
+#include "lumo/platform/crypto/Base64.h"
 
 namespace lumo {
 namespace {
@@ -64,6 +67,20 @@ std::string Joined(std::vector<std::string> const& parts) {
   std::string text;
   for (std::string const& part : parts) text += (text.empty() ? "" : ", ") + part;
   return text;
+}
+
+std::string ToBase64(std::vector<std::uint8_t> const& bytes) {
+  return Insecure::Crypto_Base64::Encode(
+      {reinterpret_cast<char const*>(bytes.data()), bytes.size()});
+}
+
+std::optional<std::vector<std::uint8_t>> FromBase64(std::string_view text) {
+  try {
+    std::string const bytes = Insecure::Crypto_Base64::Decode(text);
+    return std::vector<std::uint8_t>(bytes.begin(), bytes.end());
+  } catch (std::runtime_error const&) {
+    return std::nullopt;
+  }
 }
 
 std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }

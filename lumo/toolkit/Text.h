@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +11,9 @@
 /// Helpers for texts inside the toolkit. Not installed.
 namespace lumo {
 
+LUMO_API std::string ToBase64(std::vector<std::uint8_t> const& bytes);
+/// Nothing for a text that is not Base64.
+LUMO_API std::optional<std::vector<std::uint8_t>> FromBase64(std::string_view text);
 LUMO_API std::string_view Trimmed(std::string_view text);
 /// ASCII letters only.
 LUMO_API char Lower(char c);
