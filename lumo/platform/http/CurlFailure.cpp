@@ -31,12 +31,12 @@ eHttpFailure KindOfLoss(std::string_view words, HttpReport const& report) {
 }  // namespace
 
 eHttpFailure KindOf(CURLcode code, std::string_view words, HttpReport const& report) {
-  bool const isReceiving = report.phase == eHttpPhase_Receiving;
+  bool const isSent = report.phase >= eHttpPhase_Sending;  // a reply may overtake the request
   switch (code) {
     case CURLE_OK: return eHttpFailure_None;
     case CURLE_UNSUPPORTED_PROTOCOL:  // of the URL, or of what came
     case CURLE_BAD_FUNCTION_ARGUMENT:
-      return isReceiving ? eHttpFailure_NotUnderstood : eHttpFailure_Setup;
+      return isSent ? eHttpFailure_NotUnderstood : eHttpFailure_Setup;
     case CURLE_URL_MALFORMAT:
     case CURLE_NOT_BUILT_IN:
     case CURLE_UNKNOWN_OPTION:

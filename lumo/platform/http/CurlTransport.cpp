@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "lumo/platform/http/CurlFailure.h"
+#include "lumo/platform/http/EnglishWords.h"
 #include "lumo/platform/http/HandlePool.h"
 
 namespace lumo {
@@ -166,6 +167,7 @@ CURLcode Report(CurlHandle& handle, CURLcode code, HttpMessage& message) {
     return code;
   }
   report.errorNumber = code;
+  report.certificateVerdict = static_cast<int>(handle.NumberOf(CURLINFO_SSL_VERIFYRESULT));
   if (exchange.refusal) {
     message.SetFailure(exchange.refusal.kind, exchange.refusal.text);
     return code;
@@ -186,6 +188,7 @@ class CurlTransport : public HttpTransport {
     }
     try {
       HandlePool::Lease handle(m_pool, options);
+      EnglishWords const english(options->autologon);
       handle->Prepare(path, verb, message);
       CURLcode code = Drive(*handle);
       // What was refused is not done yet: a write may go out again.

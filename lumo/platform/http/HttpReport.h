@@ -43,6 +43,9 @@ class LUMO_API HttpReport : public lumo::Counted<HttpReport> {
   std::string error;
   /// The transport's own number of that error: a CURLcode, or -1 for what failed before libcurl.
   int errorNumber = 0;
+  /// OpenSSL's number of what is wrong with the server's certificate, such as 10 for one that has
+  /// expired (X509_V_ERR_...); 0 when nothing is, and for a name that does not fit.
+  int certificateVerdict = 0;
   /// Where the exchange ended. A request whose exchange ended before `eHttpPhase_Sending` did not
   /// reach the server.
   eHttpPhase phase = eHttpPhase_None;

@@ -18,7 +18,6 @@ constexpr std::size_t kMaxMethodName = 32;
 
 /// Beginnings of the remarks that tell why a log-on could not be made.
 constexpr std::string_view kTroubles[] = {"gss_", "NTLM handshake", "SPNEGO handshake",
-                                          "Authentication problem",
                                           "Connection closure while negotiating"};
 
 bool StartsWith(std::string_view text, std::string_view start) {
