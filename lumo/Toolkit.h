@@ -9,6 +9,7 @@
 #include "lumo/toolkit/Columns.h"
 #include "lumo/toolkit/Condition.h"
 #include "lumo/toolkit/DatabaseInfo.h"
+#include "lumo/toolkit/Doctor.h"
 #include "lumo/toolkit/Error.h"
 #include "lumo/toolkit/Numbers.h"
 #include "lumo/toolkit/Options.h"

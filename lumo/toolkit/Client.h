@@ -74,7 +74,9 @@ class LUMO_API Client {
   ///
   /// The variables are LUMO_URL, LUMO_LOG_ON (anonymous, password, ticket), LUMO_USER, LUMO_DOMAIN,
   /// LUMO_PASSWORD_FILE, LUMO_PASSWORD, LUMO_NAMESPACE_BASE, LUMO_APPLICATION_NAME, LUMO_CA_FILE,
-  /// LUMO_CERTIFICATE_FILE, LUMO_KEY_FILE and LUMO_PROXY. The file is
+  /// LUMO_CA_FOLDER, LUMO_CERTIFICATE_FILE, LUMO_KEY_FILE, LUMO_PROXY, LUMO_PROXY_USER,
+  /// LUMO_PROXY_PASSWORD_FILE and LUMO_PROXY_PASSWORD. Where neither they nor the profile name
+  /// certificates to trust, CURL_CA_BUNDLE does, then SSL_CERT_FILE and SSL_CERT_DIR. The file is
   /// $XDG_CONFIG_HOME/lumo/servers.ini, or ~/.config/lumo/servers.ini; passwords stay in files of
   /// their own:
   ///
@@ -88,7 +90,8 @@ class LUMO_API Client {
   ///     user = me
   ///     password-file = ~/.lab-password
   ///
-  /// Further keys are domain, namespace, application-name, certificate-file, key-file and proxy.
+  /// Further keys are domain, namespace, application-name, ca-folder, certificate-file, key-file,
+  /// proxy, proxy-user and proxy-password-file.
   static Client Connect(std::string const& server = "", ConnectOptions const& options = {});
 
   std::string const& Url() const;

@@ -86,7 +86,10 @@ SmartPtr<LumoServiceLayerServices> MakeServices(
   settings.caFile = options.caFile;
   settings.clientCertificateFile = options.certificateFile;
   settings.clientKeyFile = options.keyFile;
+  settings.caPath = options.caFolder;
   settings.proxy = options.proxy;
+  settings.proxyUser = options.proxyUser;
+  settings.proxyPassword = options.proxyPassword;
   settings.progress = std::move(progress);
   session->HttpClientPtr()->SetTransportSettings(settings);
   return {new LumoServiceLayerServices(session)};

@@ -47,22 +47,33 @@ enum class HintCode {
   UseHttps,            ///< the URL that wants https
   UseHttp,             ///< the URL that wants http
   FollowRedirect,      ///< where the server sends its callers
-  TrustAuthority,      ///< the CA file in use, empty for the system's
-  CheckFile,           ///< the file that cannot be read or used
+  TrustAuthority,      ///< the CA file or folder in use, empty for the system's; who chose it
+  CheckFile,           ///< the file that cannot be read or used; who chose it
   RenewCertificate,    ///< the host whose certificate is out of date
   CheckHost,           ///< the host that the certificate does not name
-  GiveCertificate,     ///< the server wants a client's certificate
+  GiveCertificate,     ///< the client certificate that the server refuses, empty for none
+  CheckConnection,     ///< the URL where nothing answers
   CheckProxy,          ///< the proxy, and the variable or option that names it
   LogOnToProxy,        ///< the proxy that refuses the log-on, then the methods that it offers
+  AskProxy,            ///< the proxy that does not let calls through, and the host they are for
   LogOn,               ///< a user or ticket is needed; the methods that the server offers
   GivePassword,        ///< the user whose password nobody gave
   GiveServer,          ///< no server is named
-  CheckPassword,       ///< the user whose log-on is refused
+  CheckPassword,       ///< the user whose log-on is refused, and by which method
   AvoidNtlm,           ///< the user whose password has characters with which NTLM does not work
+  GetTicket,           ///< there is no ticket, or its time is over; what the ticket's library says
+  CheckServerName,     ///< the host that the tickets' realm does not know
+  CheckRealm,          ///< the realm's servers are not found; what the ticket's library says
+  SetClock,            ///< by how many seconds this machine's clock is fast, empty when unknown
   CheckTicket,         ///< what the ticket's library says
   AskForRights,        ///< the user, empty for none
   WaitSeconds,         ///< how long the server wants to be left alone, in seconds
+  TryLater,            ///< the server has too much to do, or is not running behind its gate
+  WaitLonger,          ///< the limit in seconds within which the server said nothing
   SendLess,            ///< the request is too large for the server
+  CheckNamespace,      ///< the base of namespaces that the server does not know
+  UseNamespace,        ///< the base of the server's own namespaces
+  CheckVersion,        ///< the interface version that the server speaks
   LookBeforeRepeating  ///< see whether the change has happened
 };
 
@@ -86,6 +97,7 @@ struct ErrorDetails {
   std::string faultCode = {};
   std::string faultDetail = {};
   std::string transportText = {};
+  std::vector<std::string> offeredLogOns = {};
   std::string bodyStart = {};
   Hint hint = {};
   std::vector<Attempt> attempts = {};
@@ -118,6 +130,8 @@ class LUMO_API Error : public std::runtime_error {
   std::string const& FaultDetail() const { return m_details->faultDetail; }
   /// Why no reply came, in the words of the libraries below.
   std::string const& TransportText() const { return m_details->transportText; }
+  /// The methods that a server offers where it wants a log-on, as it writes them ("Negotiate").
+  std::vector<std::string> const& OfferedLogOns() const { return m_details->offeredLogOns; }
   /// The first 2 KB of a reply that is not a service layer's.
   std::string const& BodyStart() const { return m_details->bodyStart; }
   lumo::Hint const& Hint() const { return m_details->hint; }

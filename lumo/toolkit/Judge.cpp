@@ -1,7 +1,6 @@
 #include "lumo/toolkit/Judge.h"
 
 #include <curl/curl.h>
-#include <strings.h>
 
 #include <algorithm>
 #include <charconv>
@@ -9,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "lumo/toolkit/Url.h"
 #include "lumo/toolkit/Verdict.h"
 
 namespace lumo {
@@ -29,47 +29,42 @@ std::string UserOf(ConnectOptions const& options) {
   return password == nullptr ? std::string() : password->user;
 }
 
-bool IsAscii(std::string const& text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return c >= 0; });
-}
+/// What servers say of a call in plain HTTP to a port for https.
+constexpr std::string_view kWantsHttps[] = {"plain HTTP request was sent to HTTPS port",
+                                            "speaking plain HTTP to an SSL-enabled server port",
+                                            "combination of host and port requires TLS",
+                                            "sent an HTTP request to an HTTPS server"};
+/// What they say of one without a certificate.
+constexpr std::string_view kWantsCertificate[] = {"SSL certificate", "client certificate",
+                                                  "Client certificate", "Client Certificate"};
+/// Faults of a server that knows other actions, those of other namespaces among them.
+constexpr std::string_view kUnknownAction[] = {"ActionNotSupported", "ContractFilter mismatch"};
 
-Hint LogOnHint(HttpLogOn const& logOn, ConnectOptions const& options) {
-  if (std::holds_alternative<Ticket>(options.credentials)) {
-    return {HintCode::CheckTicket, {logOn.trouble}};
-  }
-  auto const* const given = std::get_if<Password>(&options.credentials);
-  if (given == nullptr) return {HintCode::LogOn, logOn.offered};
-  if (logOn.used == "NTLM" && !IsAscii(given->password)) {
-    return {HintCode::AvoidNtlm, {given->user}};
-  }
-  return {HintCode::CheckPassword, {given->user}};
-}
-
-Verdict VerdictOnLogOn(HttpLogOn const& logOn, ConnectOptions const& options) {
-  std::string const trouble = logOn.trouble.empty() ? "" : ": " + OneLine(logOn.trouble);
-  return {ErrorCode::Unauthenticated, "the server refuses the log-on (status 401)" + trouble,
-          LogOnHint(logOn, options)};
-}
-
-/// What servers say of a call that was not meant for their port, or lacks a certificate.
-std::optional<Verdict> VerdictOnBadRequest(HttpMessage const& exchange, std::string const& url) {
+std::optional<Verdict> VerdictOnTlsWish(HttpMessage const& exchange, std::string const& url,
+                                        ConnectOptions const& options) {
   std::string_view const reply = ReplyOf(exchange);
-  if (Has(reply, "plain HTTP request was sent to HTTPS port") ||
-      Has(reply, "speaking plain HTTP to an SSL-enabled server port")) {
+  if (HasAny(reply, kWantsHttps)) {
     return Verdict{ErrorCode::Tls, "the server wants https", {HintCode::UseHttps, {url}}};
   }
-  if (Has(reply, "SSL certificate")) {
-    return Verdict{
-        ErrorCode::Tls, "the server wants a client's certificate", {HintCode::GiveCertificate}};
+  if (HasAny(reply, kWantsCertificate)) {
+    return Verdict{ErrorCode::Tls,
+                   "the server wants a client's certificate",
+                   {HintCode::GiveCertificate, {options.certificateFile}}};
   }
   return std::nullopt;
 }
 
-std::string Header(HttpMessage const& exchange, char const* name) {
-  for (auto const& [key, value] : exchange.AccessResponseHeaders()) {
-    if (strcasecmp(key.c_str(), name) == 0) return value;
-  }
-  return {};
+Verdict OfRedirect(HttpMessage const& exchange, std::string const& url) {
+  std::string location = HeaderOf(exchange.AccessResponseHeaders(), "Location");
+  location.resize(std::min(location.size(), location.find_first_of("?#")));  // may hold a token
+  std::string text = "the server sends its callers to " + OneLine(location) + " (status " +
+                     std::to_string(exchange.GetStatusCode()) + ")";
+  bool const wantsHttps = ServerOf(url).compare(0, 5, "http:") == 0 &&
+                          ServerOf(location).compare(0, 6, "https:") == 0 &&
+                          HostOf(location) == HostOf(url);
+  if (wantsHttps) return {ErrorCode::Tls, std::move(text), {HintCode::UseHttps, {url}}};
+  return {
+      ErrorCode::NotUnderstood, std::move(text), {HintCode::FollowRedirect, {std::move(location)}}};
 }
 
 Verdict OfStatus(int status, HttpMessage const& exchange, std::string const& url,
@@ -77,33 +72,32 @@ Verdict OfStatus(int status, HttpMessage const& exchange, std::string const& url
   std::string const answers = "the server answers with status " + std::to_string(status);
   switch (status) {
     case 400:
-      if (auto verdict = VerdictOnBadRequest(exchange, url)) return *verdict;
-      break;
-    case 401: return VerdictOnLogOn(exchange.GetReport()->logOn, options);
     case 403:
+      if (auto verdict = VerdictOnTlsWish(exchange, url, options)) return *verdict;
+      if (status == 400) break;
       return {ErrorCode::PermissionDenied,
               "the server does not permit this (status 403)",
               {HintCode::AskForRights, {UserOf(options)}}};
-    case 407: return VerdictOnProxyLogOn(*exchange.GetReport());
-    case 408: return {ErrorCode::Timeout, answers};
+    case 401: return VerdictOnLogOn(*exchange.GetReport(), url, options);
+    case 407: return VerdictOnProxyLogOn(*exchange.GetReport(), options);
+    case 408: return {ErrorCode::Timeout, answers, {HintCode::TryLater}};
     case 413:
       return {ErrorCode::ServerFault,
               "the request is too large for the server (status 413)",
               {HintCode::SendLess}};
-    case 429: return {ErrorCode::RateLimited, "the server has too many calls (status 429)"};
+    case 429:
+      return {ErrorCode::RateLimited,
+              "the server has too many calls (status 429)",
+              {HintCode::TryLater}};
     case 502:
     case 503:
     case 504:
       return {ErrorCode::Unavailable,
-              "the server is not available now (status " + std::to_string(status) + ")"};
+              "the server is not available now (status " + std::to_string(status) + ")",
+              {HintCode::TryLater}};
     default: break;
   }
-  if (status >= 300 && status < 400) {
-    std::string location = Header(exchange, "Location");
-    return {ErrorCode::NotUnderstood,
-            "the server sends its callers to " + location,
-            {HintCode::FollowRedirect, {std::move(location)}}};
-  }
+  if (status >= 300 && status < 400) return OfRedirect(exchange, url);
   if (status >= 400 && status < 500) {
     return {ErrorCode::NotUnderstood, answers, {HintCode::CheckAddress, {url}}};
   }
@@ -134,6 +128,9 @@ Verdict VerdictOn(ServiceLayerResponse const& outcome, HttpMessage const& exchan
       Verdict verdict = OfStatus(exchange.GetStatusCode(), exchange, url, options);
       if (verdict.code == ErrorCode::NotUnderstood) verdict = {ErrorCode::ServerFault};
       verdict.text = "the server says: " + OneLine(outcome.GetFaultText());
+      if (HasAny(outcome.GetFaultCode() + outcome.GetFaultText(), kUnknownAction)) {
+        verdict.hint = {HintCode::CheckNamespace, {options.vendorNamespace}};
+      }
       return verdict;
     }
     default: break;
@@ -161,7 +158,7 @@ bool FailedTry::IsOverload() const {
 }
 
 std::optional<std::chrono::seconds> RetryAfterOf(HttpMessage const& exchange) {
-  std::string const text = Header(exchange, "Retry-After");
+  std::string const text = HeaderOf(exchange.AccessResponseHeaders(), "Retry-After");
   if (text.empty()) return std::nullopt;
   long long wait = 0;
   auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), wait);
@@ -169,7 +166,8 @@ std::optional<std::chrono::seconds> RetryAfterOf(HttpMessage const& exchange) {
   if (error == std::errc::result_out_of_range) wait = kLongestWait;
   if (!isNumber && error != std::errc::result_out_of_range) {
     std::time_t const then = curl_getdate(text.c_str(), nullptr);
-    std::time_t const now = curl_getdate(Header(exchange, "Date").c_str(), nullptr);
+    std::time_t const now =
+        curl_getdate(HeaderOf(exchange.AccessResponseHeaders(), "Date").c_str(), nullptr);
     if (then == -1) return std::nullopt;
     wait = then - (now == -1 ? std::time(nullptr) : now);
   }
@@ -191,6 +189,7 @@ std::optional<FailedTry> Judge(SmartPtr<ServiceLayerResponse> const& outcome,
   details.faultDetail = outcome->GetFaultDetail();
   HttpReport const& report = *exchange.GetReport();
   details.transportText = report.error.empty() ? report.logOn.trouble : report.error;
+  details.offeredLogOns = report.logOn.offered;
   bool const hasReply = bool(exchange.GetResponseBuffer());
   if (outcome->GetFaultText().empty()) details.bodyStart = ReplyOf(exchange).substr(0, kBodyStart);
   details.hint = std::move(verdict.hint);

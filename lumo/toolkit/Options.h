@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -90,10 +91,20 @@ struct ConnectOptions {
   Credentials credentials = {};
   std::string vendorNamespace = {};  ///< base URI of the server's namespaces
   std::string applicationName = {};  ///< shows in the server's log
-  std::string caFile = {};           ///< CA certificates in PEM form; empty for the system's
-  std::string certificateFile = {};  ///< client certificate and key, in PEM form
+  /// CA certificates: a file in PEM form, and a folder of such files under their hashed names. When
+  /// one is set, only they are trusted; both empty for the system's.
+  std::string caFile = {};
+  std::string caFolder = {};
+  /// Client certificate in PEM form, and its key, without a passphrase; an empty `keyFile` says
+  /// that the key is in the same file.
+  std::string certificateFile = {};
   std::string keyFile = {};
-  std::string proxy = {};
+  std::string proxy = {};  ///< address; empty for the one that http_proxy and the like name
+  std::string proxyUser = {};
+  std::string proxyPassword = {};
+  /// Who chose a setting, under its key in the profile file, for errors to name, such as
+  /// {"ca-file", "--ca-file"}. `Client::Connect` adds the variables and profiles that it looks up.
+  std::map<std::string, std::string> origins = {};
   /// Longest name resolution and connection; 0 waits for ever.
   std::chrono::milliseconds resolve{10'000};
   std::chrono::milliseconds connect{60'000};

@@ -31,10 +31,21 @@ constexpr Setting kApplication{"application-name", "LUMO_APPLICATION_NAME"};
 constexpr Setting kCaFile{"ca-file", "LUMO_CA_FILE"};
 constexpr Setting kCertificate{"certificate-file", "LUMO_CERTIFICATE_FILE"};
 constexpr Setting kKeyFile{"key-file", "LUMO_KEY_FILE"};
+constexpr Setting kCaFolder{"ca-folder", "LUMO_CA_FOLDER"};
 constexpr Setting kProxy{"proxy", "LUMO_PROXY"};
-constexpr Setting const* kSettings[] = {&kUrl,          &kLogOn,     &kUser,        &kDomain,
-                                        &kPasswordFile, &kNamespace, &kApplication, &kCaFile,
-                                        &kCertificate,  &kKeyFile,   &kProxy};
+constexpr Setting kProxyUser{"proxy-user", "LUMO_PROXY_USER"};
+constexpr Setting kProxyPasswordFile{"proxy-password-file", "LUMO_PROXY_PASSWORD_FILE"};
+constexpr char const* kProxyPasswordVariable = "LUMO_PROXY_PASSWORD";
+constexpr Setting const* kSettings[] = {
+    &kUrl,       &kLogOn,       &kUser,      &kDomain,           &kPasswordFile,
+    &kNamespace, &kApplication, &kCaFile,    &kCaFolder,         &kCertificate,
+    &kKeyFile,   &kProxy,       &kProxyUser, &kProxyPasswordFile};
+
+/// The variables of other programs that name certificates to trust; the first one that is set
+/// counts, and SSL_CERT_FILE and SSL_CERT_DIR go together.
+constexpr Setting kBundle{"", "CURL_CA_BUNDLE"};
+constexpr Setting kCertFile{"", "SSL_CERT_FILE"};
+constexpr Setting kCertFolder{"", "SSL_CERT_DIR"};
 
 using Profile = std::map<std::string, std::string>;
 
@@ -146,25 +157,45 @@ std::string FirstLineOf(std::string const& path) {
 
 namespace {
 
-/// Looks settings up in the environment, then in a profile.
+/// A user and where the password for it may stand.
+struct UserSettings {
+  Setting user;
+  Setting passwordFile;
+  char const* passwordVariable;
+};
+constexpr UserSettings kServerUser{kUser, kPasswordFile, kPasswordVariable};
+constexpr UserSettings kUserOfProxy{kProxyUser, kProxyPasswordFile, kProxyPasswordVariable};
+
+/// Looks settings up in the environment, then in a profile, and notes where they were.
 class LookUp {
  public:
-  LookUp(Profile profile, std::function<std::string(std::string const&)> ask)
-      : m_profile(std::move(profile)), m_ask(std::move(ask)) {}
+  /// `profileName` is what errors call the profile.
+  LookUp(Profile profile, std::string profileName, ConnectOptions& options)
+      : m_profile(std::move(profile)), m_name(std::move(profileName)), m_options(options) {}
 
-  std::string Get(Setting const& setting) const {
-    std::string const value = Environment(setting.variable);
-    return value.empty() ? InProfile(setting) : value;
-  }
-  void Fill(std::string& option, Setting const& setting) const {
+  void Fill(std::string& option, Setting const& setting) {
     if (option.empty()) option = Get(setting);
   }
-  void FillFile(std::string& option, Setting const& setting) const {
+  void FillFile(std::string& option, Setting const& setting) {
     Fill(option, setting);
     option = ExpandHome(option);
   }
 
-  Credentials LogOn() const {
+  /// What is trusted, as one choice: who names a file has no use for another one's folder.
+  void FillAuthorities() {
+    auto const isChosen = [this] {
+      return !m_options.caFile.empty() || !m_options.caFolder.empty();
+    };
+    if (isChosen()) return;
+    FillFile(m_options.caFile, kCaFile);
+    FillFile(m_options.caFolder, kCaFolder);
+    if (!isChosen()) FillFrom(m_options.caFile, kBundle, kCaFile);
+    if (isChosen()) return;
+    FillFrom(m_options.caFile, kCertFile, kCaFile);
+    FillFrom(m_options.caFolder, kCertFolder, kCaFolder);
+  }
+
+  Credentials LogOn() {
     std::string const kind = Get(kLogOn);
     if (kind == "ticket") return Ticket{};
     if (kind == "anonymous") return Anonymous{};
@@ -178,19 +209,27 @@ class LookUp {
     Refuse("the log-on needs a user", {HintCode::LogOn});
   }
 
-  Password WithPassword(Password given) const {
+  Password WithPassword(Password given) {
     Fill(given.user, kUser);
     Fill(given.domain, kDomain);
     if (given.user.empty()) Refuse("the log-on needs a user", {HintCode::LogOn});
-    if (!given.password.empty()) return given;
-    std::string const file = Environment(kPasswordFile.variable);
-    given.password = file.empty() ? Environment(kPasswordVariable) : FirstLineOf(file);
-    std::string const inProfile = InProfile(kUser) == given.user ? InProfile(kPasswordFile) : "";
-    if (given.password.empty() && !inProfile.empty()) given.password = FirstLineOf(inProfile);
-    if (given.password.empty() && m_ask) given.password = m_ask(given.user);
+    if (given.password.empty()) given.password = FindPassword(given.user, kServerUser);
+    if (given.password.empty() && m_options.askPassword) {
+      given.password = m_options.askPassword(given.user);
+    }
     if (!given.password.empty()) return given;
     Refuse("there is no password for " + Quoted(given.user),
            {HintCode::GivePassword, {given.user}});
+  }
+
+  void FillProxy() {
+    Fill(m_options.proxy, kProxy);
+    Fill(m_options.proxyUser, kProxyUser);
+    if (m_options.proxyUser.empty() || !m_options.proxyPassword.empty()) return;
+    m_options.proxyPassword = FindPassword(m_options.proxyUser, kUserOfProxy);
+    if (!m_options.proxyPassword.empty()) return;
+    Refuse("there is no password for " + Quoted(m_options.proxyUser) + " at the proxy: set " +
+           kProxyPasswordVariable + ", or name a file with " + kProxyPasswordFile.variable);
   }
 
  private:
@@ -199,8 +238,33 @@ class LookUp {
     return found == m_profile.end() ? std::string() : found->second;
   }
 
+  std::string Get(Setting const& setting) {
+    std::string value = Environment(setting.variable);
+    bool const isVariable = !value.empty();
+    if (!isVariable) value = InProfile(setting);
+    if (!value.empty()) m_options.origins[setting.key] = isVariable ? setting.variable : m_name;
+    return value;
+  }
+
+  void FillFrom(std::string& option, Setting const& variable, Setting const& setting) {
+    option = Environment(variable.variable);
+    if (!option.empty()) m_options.origins[setting.key] = variable.variable;
+  }
+
+  /// Empty when there is none.
+  std::string FindPassword(std::string const& user, UserSettings const& settings) const {
+    std::string const file = Environment(settings.passwordFile.variable);
+    std::string password =
+        file.empty() ? Environment(settings.passwordVariable) : FirstLineOf(file);
+    std::string const inProfile =
+        InProfile(settings.user) == user ? InProfile(settings.passwordFile) : "";
+    if (password.empty() && !inProfile.empty()) password = FirstLineOf(inProfile);
+    return password;
+  }
+
   Profile m_profile;
-  std::function<std::string(std::string const&)> m_ask;
+  std::string m_name;
+  ConnectOptions& m_options;
 };
 
 }  // namespace
@@ -223,8 +287,12 @@ ServerSettings Resolve(std::string const& server, ConnectOptions const& options)
   if (settings.url.empty()) Refuse("the profile " + Quoted(wanted) + " has no url");
   CheckUrl(settings.url);
 
-  LookUp const lookUp(std::move(profile), options.askPassword);
   ConnectOptions& filled = settings.options;
+  if (server.empty()) {
+    bool const isVariable = !Environment(kUrl.variable).empty();
+    filled.origins[kUrl.key] = isVariable ? kUrl.variable : ProfileFile();
+  }
+  LookUp lookUp(std::move(profile), "the profile in " + ProfileFile(), filled);
   if (std::holds_alternative<std::monostate>(filled.credentials)) {
     filled.credentials = lookUp.LogOn();
   } else if (auto const* const password = std::get_if<Password>(&filled.credentials)) {
@@ -232,10 +300,10 @@ ServerSettings Resolve(std::string const& server, ConnectOptions const& options)
   }
   lookUp.Fill(filled.vendorNamespace, kNamespace);
   lookUp.Fill(filled.applicationName, kApplication);
-  lookUp.FillFile(filled.caFile, kCaFile);
+  lookUp.FillAuthorities();
   lookUp.FillFile(filled.certificateFile, kCertificate);
   lookUp.FillFile(filled.keyFile, kKeyFile);
-  lookUp.Fill(filled.proxy, kProxy);
+  lookUp.FillProxy();
   return settings;
 }
 

@@ -84,8 +84,9 @@ TEST(Tls, AServerThatWantsACertificateGetsIt) {
 }
 
 TEST(Tls, AnImportReachesTheServerOnce) {
+  std::size_t const before = LinesWith("POST /DataImport", "access.log").size();
   EXPECT_EQ(Import(*ConnectTo("RIG_CLIENT_URL", WithCertificate("client.pem", "client.key"))), 200);
-  EXPECT_THAT(LinesWith("POST /DataImport", "access.log", 1), SizeIs(1));
+  EXPECT_THAT(LinesWith("POST /DataImport", "access.log", before + 1), SizeIs(before + 1));
 }
 
 TEST(Proxy, TunnelsToTheServerOverHttps) {

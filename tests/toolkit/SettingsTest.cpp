@@ -23,7 +23,8 @@ class Settings : public testing::Test {
     Set("XDG_CONFIG_HOME", m_folder);
     for (char const* const name :
          {"LUMO_URL", "LUMO_LOG_ON", "LUMO_USER", "LUMO_PASSWORD", "LUMO_PASSWORD_FILE",
-          "LUMO_DOMAIN", "LUMO_CA_FILE", "LUMO_NAMESPACE_BASE"}) {
+          "LUMO_DOMAIN", "LUMO_CA_FILE", "LUMO_NAMESPACE_BASE", "CURL_CA_BUNDLE", "SSL_CERT_FILE",
+          "SSL_CERT_DIR"}) {
       unsetenv(name);
     }
   }
@@ -108,6 +109,38 @@ TEST_F(Settings, ArgumentsStandAboveTheEnvironmentAndThatAboveTheProfile) {
       std::holds_alternative<lumo::Anonymous>(lumo::Resolve("plant", options).options.credentials));
   Set("LUMO_URL", "lab");
   EXPECT_EQ(lumo::Resolve("", {}).url, "http://lab.test/sl");
+}
+
+TEST_F(Settings, SayWhoChoseThem) {
+  WriteProfiles();
+  Set("LUMO_PROXY", "http://proxy.test:3128");
+  Set("LUMO_PROXY_USER", "ann");
+  Set("LUMO_PROXY_PASSWORD", "s3cret");
+  Set("SSL_CERT_FILE", "/etc/all.pem");  // the profile stands above it
+  lumo::ConnectOptions options = lumo::Resolve("", {}).options;
+  EXPECT_THAT(options.origins["url"], HasSubstr("servers.ini"));
+  EXPECT_THAT(options.origins["ca-file"], HasSubstr("servers.ini"));
+  EXPECT_EQ(options.origins["proxy"], "LUMO_PROXY");
+  EXPECT_EQ(options.proxyPassword, "s3cret");
+  EXPECT_EQ(options.origins.count("key-file"), 0U);
+}
+
+TEST_F(Settings, TrustWhatOtherProgramsAreToldToTrust) {
+  Set("SSL_CERT_FILE", "/etc/all.pem");
+  Set("SSL_CERT_DIR", "/etc/all");
+  lumo::ConnectOptions options = lumo::Resolve("http://server.test", {}).options;
+  EXPECT_EQ(options.caFile, "/etc/all.pem");
+  EXPECT_EQ(options.caFolder, "/etc/all");
+  EXPECT_EQ(options.origins["ca-file"], "SSL_CERT_FILE");
+  Set("CURL_CA_BUNDLE", "/etc/bundle.pem");
+  options = lumo::Resolve("http://server.test", {}).options;
+  EXPECT_EQ(options.caFile, "/etc/bundle.pem");
+  EXPECT_EQ(options.caFolder, "");
+  lumo::ConnectOptions mine;
+  mine.caFolder = "mine";
+  options = lumo::Resolve("http://server.test", mine).options;
+  EXPECT_EQ(options.caFile, "");
+  EXPECT_EQ(options.origins.count("ca-file"), 0U);
 }
 
 TEST_F(Settings, AreRefusedWhenTheyMakeNoSense) {
