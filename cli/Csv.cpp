@@ -43,7 +43,7 @@ void ReadCsv(std::string const& text,
       csv_fini(&parser, addCell, endRow, &reading) == 0;
   csv_free(&parser);
   if (reading.fault) std::rethrow_exception(reading.fault);
-  if (!isWhole) throw UsageFailure("the CSV has a misplaced quotation mark");
+  if (!isWhole) Refuse("the CSV has a misplaced quotation mark");
 }
 
 }  // namespace cli

@@ -7,7 +7,7 @@
 namespace cli {
 
 /// Reads CSV as RFC 4180 has it, in UTF-8. Calls `row` with the
-/// cells of each line, empty lines left out. Throws `UsageFailure` when a quote is misplaced.
+/// cells of each line, empty lines left out. Throws `lumo::Error` when a quote is misplaced.
 void ReadCsv(std::string const& text,
              std::function<void(std::vector<std::string> const& cells)> const& row);
 

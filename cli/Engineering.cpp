@@ -1,141 +1,119 @@
-#include <nlohmann/json.hpp>
+#include <algorithm>
 
-#include <map>
-#include <string>
-
-#include "cli/Commands.h"
-#include "cli/Names.h"
-#include "cli/Select.h"
-#include "cli/Text.h"
+#include "cli/Options.h"
+#include "lumo/toolkit/Catalogue.h"
+#include "lumo/toolkit/Numbers.h"
+#include "lumo/toolkit/Text.h"
 
 namespace cli {
 namespace {
 
-void ListExporters(Context& context, Connection& connection, TableOf const& table) {
-  auto const request = GetAvailableExportersRequest::CreateOne();
-  request->SetDBKey(table.Key());
-  request->SetTable(table.Partial());
-  auto const found = connection.Ask<GetAvailableExportersResponse>([&](auto* into) {
-    connection.Engineering()->GetGetAvailableExportersImplPtr()->GetAvailableExporters(request,
-                                                                                       into);
-  });
-  Sink sink(context.output.file);
-  TableWriter out(context.output, sink, {"key", "name", "version", "package", "description"});
-  for (auto const& exporter : found->AccessExporters()) {
-    out.Add({exporter->GetKey(), exporter->GetName(), exporter->GetVersion(),
-             exporter->GetPackage(), exporter->GetDescription()});
-  }
-  out.Finish();
+struct ExportChoice : RecordChoice {
+  std::string exporter;
+  std::vector<std::string> parameters;  ///< "NAME=VALUE" or "NAME=VALUE UNIT"
+  UnitChoice units;
+  bool listsParameters = false;
+};
+
+void ListExporters(Context& context, lumo::Table const& table) {
+  auto const exporters = lumo::ExportersOf(table);
+  PutOut(context.output, {"key", "name", "version", "package", "description"},
+         [&](TableWriter& out) {
+           for (auto const& one : exporters) {
+             out.Add({one.key, one.name, one.version, one.package, one.description});
+           }
+         });
 }
 
 /// Reads "NAME=VALUE" or "NAME=VALUE UNIT".
-UnittedParameterValue ParameterOf(std::string const& text, std::string const& dbKey) {
+lumo::Parameter ParameterOf(std::string const& text) {
   std::size_t const sign = text.find('=');
   if (sign == std::string::npos) {
-    throw UsageFailure("the parameter \"" + text + "\" needs NAME=VALUE");
+    Refuse("the parameter " + lumo::Quoted(text) + " needs NAME=VALUE");
   }
-  std::string const figure = Trimmed(text.substr(sign + 1));
-  std::size_t const blank = figure.find(' ');
-  auto value = ParameterValue::CreateOne();
+  std::string const figure(lumo::Trimmed(std::string_view(text).substr(sign + 1)));
+  lumo::Parameter parameter{std::string(lumo::Trimmed(text.substr(0, sign))), figure, ""};
+  std::size_t const blank = std::min(figure.find(' '), figure.size());
   double number = 0;
-  UnittedParameterValue parameter;
-  if (ReadNumber(figure.substr(0, blank), number)) {
-    value->SetValue_Numeric(number);
-    if (blank != std::string::npos) parameter.SetUnitSymbol(Trimmed(figure.substr(blank)));
-  } else {
-    value->SetValue_Discrete(figure);
+  if (lumo::ReadNumber(figure.substr(0, blank), number)) {
+    parameter.value = number;
+    parameter.unit = lumo::Trimmed(std::string_view(figure).substr(blank));
   }
-  auto reference = ParameterReference::CreateOne();
-  reference->SetDBKey(dbKey);
-  reference->SetName(Trimmed(text.substr(0, sign)));
-  auto both = ParameterReferenceAndValue::CreateOne();
-  both->SetParameter(reference);
-  both->SetParameterValue(value);
-  parameter.SetParameterValue(both);
   return parameter;
 }
 
-/// Names of the records that links lead to, by identity.
-std::map<int, SmartPtr<TreeRecord>> NamesOf(Connection& connection,
-                                            GetLinkedRecordsResponse const& links) {
-  std::vector<SmartPtr<RecordReference>> records;
-  std::map<int, SmartPtr<TreeRecord>> names;
-  for (auto const& source : links.AccessSourceRecords()) {
-    for (auto const& group : source->AccessRecordLinkGroups()) {
-      for (auto const& record : group->AccessLinkedRecords()) {
-        if (names.try_emplace(record->GetIdentity()).second) records.push_back(record);
-      }
-    }
+/// What the exporter asks for to write the first of the records.
+void ListParameters(Context& context, lumo::Table const& table, ExportChoice const& choice) {
+  if (choice.records.empty()) Refuse("name a record: its curves tell which values there are");
+  auto const parameters = lumo::ExporterParametersOf(table, choice.exporter, choice.records[0]);
+  PutOut(context.output, {"parameter", "unit", "usage", "attribute", "values"},
+         [&](TableWriter& out) {
+           for (auto const& one : parameters) {
+             out.Add({one.name, one.unit, one.usage, one.attribute, lumo::Joined(one.words)});
+           }
+         });
+}
+
+void Export(Context& context, ExportChoice const& choice) {
+  lumo::Table const table = context.Connect().OpenTable(choice.database, choice.table);
+  if (choice.exporter.empty()) return ListExporters(context, table);
+  if (choice.listsParameters) return ListParameters(context, table, choice);
+  if (choice.IsWholeTable()) {
+    Refuse("say which records to export: RECORD, --folder, --subset, --text, --where");
   }
-  if (names.empty()) return names;
-  auto const found = TreeRecordsOf(connection, records);
-  for (auto const& record : found->AccessTreeRecords()) {
-    if (record->GetRecordReference()) names[record->GetRecordReference()->GetIdentity()] = record;
-  }
-  return names;
+  std::vector<lumo::Parameter> parameters;
+  for (std::string const& text : choice.parameters) parameters.push_back(ParameterOf(text));
+  lumo::ReadOptions options = context.ReadOptions();
+  choice.units.Fill(options);
+  auto const records = choice.In(table).Ids(options);
+  if (records.empty()) return context.Note("0 records");
+  std::string const text = lumo::RunExporter(table, choice.exporter, records, parameters, options);
+  Sink sink(context.output.file);
+  sink.Write(text);
+  sink.Finish();
 }
 
 }  // namespace
 
-void ListLinks(Context& context, Selection const& what) {
-  auto const connection = context.Connect();
-  TableOf table(*connection, what.database, what.table);
-  Sink sink(context.output.file);
-  TableWriter out(context.output, sink, {"record", "group", "identity", "name", "fullName"});
-  RecordSource source(*connection, table, what, context.chunk);
-  Fill(out, [&] {
-    while (auto const chunk = source.Next()) {
-      auto const request = GetLinkedRecordsRequest::CreateOne();
-      std::map<int, std::string> sources;
-      for (Entry const& entry : *chunk) {
-        request->AddRecordReference(entry.record);
-        sources[entry.record->GetIdentity()] = entry.name;
-      }
-      auto const found = connection->Ask<GetLinkedRecordsResponse>([&](auto* into) {
-        connection->Browse()->GetGetLinkedRecordsImpl()->GetLinkedRecords(request, into);
+void AddLinks(CommandLine& line) {
+  auto const what = std::make_shared<RecordChoice>();
+  CLI::App& links = line.Add(
+      "links", "list the records that records are linked to",
+      "  $ lumo links ENG_MATERIALS Materials AW-6061-T6", [what](Context& context) {
+        lumo::Table const table = context.Connect().OpenTable(what->database, what->table);
+        PutOut(context.output, {"record", "group", "identity", "name", "fullName"},
+               [&](TableWriter& out) {
+                 lumo::ReadLinks(what->In(table), context.ReadOptions(),
+                                 [&](lumo::RecordLink const& link) {
+                                   out.Add({link.from.name, link.group, link.to.id.identity,
+                                            link.to.name, link.to.fullName});
+                                 });
+               });
       });
-      auto const names = NamesOf(*connection, *found);
-      for (auto const& one : found->AccessSourceRecords()) {
-        std::string const name =
-            one->GetRecord() ? sources[one->GetRecord()->GetIdentity()] : std::string();
-        for (auto const& group : one->AccessRecordLinkGroups()) {
-          for (auto const& record : group->AccessLinkedRecords()) {
-            auto const& target = names.at(record->GetIdentity());
-            out.Add({name, group->GetName(), record->GetIdentity(),
-                     target ? target->GetShortName() : "", target ? target->GetLongName() : ""});
-          }
-        }
-      }
-    }
-  });
+  AddRecords(links, *what);
+  AddOutput(links, line.Shared().output);
 }
 
-void Export(Context& context, ExportOptions const& options) {
-  auto const connection = context.Connect();
-  TableOf table(*connection, options.what.database, options.what.table);
-  if (options.exporter.empty()) return ListExporters(context, *connection, table);
-  if (options.what.records.empty() && options.what.text.empty() &&
-      options.what.conditions.empty() && options.what.folder.empty() &&
-      options.what.subset.empty()) {
-    throw UsageFailure("say which records to export: RECORD, --folder, --subset, --text, --where");
-  }
-  auto const request = ExportRecordDataRequest::CreateOne();
-  request->SetExporterKey(options.exporter);
-  RecordSource source(*connection, table, options.what, context.chunk);
-  while (auto const chunk = source.Next()) {
-    for (Entry const& entry : *chunk) request->AddRecord(entry.record);
-  }
-  if (request->AccessRecords().empty()) return context.Note("0 records");
-  for (std::string const& parameter : options.parameters) {
-    request->AddParameterValue(ParameterOf(parameter, table.Key()));
-  }
-  request->SetUnitConversionContext(UnitsOf(options.unitSystem, options.currency));
-  auto const found = connection->Ask<ExportRecordDataResponse>([&](auto* into) {
-    connection->Engineering()->GetExportRecordDataImpl()->ExportRecordData(request, into);
-  });
-  Sink sink(context.output.file);
-  sink.Write(found->GetExportResult());
-  sink.Flush();
+void AddExport(CommandLine& line) {
+  auto const choice = std::make_shared<ExportChoice>();
+  CLI::App& exporting =
+      line.Add("export", "run an exporter of the server",
+               "  $ lumo export ENG_MATERIALS Materials\n"
+               "  $ lumo export ENG_MATERIALS Materials AW-6061-T6 -e card-2\n"
+               "  $ lumo export ENG_MATERIALS Materials AW-6061-T6 -e card-2 --list-parameters\n\n"
+               "Without --exporter it lists the exporters.",
+               [choice](Context& context) { Export(context, *choice); });
+  AddRecords(exporting, *choice);
+  exporting.add_option("-e,--exporter", choice->exporter, "key of the exporter")->type_name("KEY");
+  exporting
+      .add_option("-p,--parameter", choice->parameters,
+                  "value of a parameter, \"Temperature=100 degC\"; may be given again")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  exporting.add_flag("--list-parameters", choice->listsParameters,
+                     "list the parameters that the exporter takes for a record");
+  AddUnits(exporting, choice->units);
+  AddOutput(exporting, line.Shared().output);
 }
 
 }  // namespace cli

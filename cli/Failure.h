@@ -3,6 +3,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "lumo/toolkit/Error.h"
+
 namespace cli {
 
 /// How the command ends; scripts rely on the numbers.
@@ -17,25 +19,28 @@ enum class ExitCode : int {
   Interrupted = 130,
 };
 
-/// Ends the command with one line for the user.
+ExitCode ExitCodeOf(lumo::Error const& error);
+/// What to do next, in the words of this command: "; see --user". Empty where there is no hint.
+std::string HintText(lumo::Hint const& hint);
+/// What is said to the user: the error and what to do next.
+std::string TextOf(lumo::Error const& error);
+
+/// What the user asked for makes no sense.
+[[noreturn]] void Refuse(std::string const& text, lumo::Hint hint = {});
+/// Throws `lumo::Error` (Cancelled) once Ctrl-C was pressed.
+void StopWhenInterrupted();
+
+/// Ends the command with that code, and with one line unless the text is empty.
 class Failure : public std::runtime_error {
  public:
   Failure(ExitCode code, std::string const& text) : std::runtime_error(text), m_code(code) {}
   ExitCode Code() const { return m_code; }
-  /// The same failure after so much was done, such as "3 records".
-  Failure After(std::string const& done) const {
-    return {m_code == ExitCode::Interrupted ? m_code : ExitCode::PartlyDone,
-            std::string(what()) + " (after " + done + ")"};
-  }
 
  private:
   ExitCode m_code;
 };
 
-/// What the user asked for does not exist or makes no sense.
-class UsageFailure : public Failure {
- public:
-  explicit UsageFailure(std::string const& text) : Failure(ExitCode::Usage, text) {}
-};
+/// The error as the end of work of which so much was done, such as "3 rows".
+Failure After(lumo::Error const& error, std::string const& done);
 
 }  // namespace cli

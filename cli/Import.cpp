@@ -14,13 +14,16 @@
 #include <string>
 #include <utility>
 
-#include "cli/Commands.h"
+#include "cli/Cells.h"
 #include "cli/Csv.h"
 #include "cli/Interrupt.h"
-#include "cli/Names.h"
+#include "cli/Options.h"
 #include "cli/Progress.h"
-#include "cli/Text.h"
-#include "cli/Values.h"
+#include "lumo/toolkit/DataValues.h"
+#include "lumo/toolkit/Names.h"
+#include "lumo/toolkit/OpenedTable.h"
+#include "lumo/toolkit/Text.h"
+#include "lumo/toolkit/Tree.h"
 
 namespace cli {
 namespace {
@@ -33,14 +36,14 @@ struct NewRecord {
   std::string folder;
   std::string name;
   std::string fullName;
-  std::vector<std::pair<SmartPtr<AttributeDetail>, Json>> values;
+  std::vector<std::pair<lumo::Attribute const*, lumo::Value>> values;
 };
 
 /// All of a file, without a byte order mark. Ctrl-C ends the wait for a writer that says nothing.
 std::string ContentOf(std::string const& file) {
   auto const fail = [&file](int error) {
     StopWhenInterrupted();
-    throw UsageFailure("cannot read " + file + ": " + std::strerror(error));
+    Refuse("cannot read " + file + ": " + std::strerror(error));
   };
   int const in = file == "-" ? STDIN_FILENO : open(file.c_str(), O_RDONLY | O_CLOEXEC);
   if (in < 0) fail(errno);
@@ -59,29 +62,21 @@ std::string ContentOf(std::string const& file) {
   return text.compare(0, 3, "\xEF\xBB\xBF") == 0 ? text.substr(3) : text;
 }
 
-/// Whether there is something to write; what does not apply has no form in an import.
-bool HoldsValue(Json const& json) {
-  return !json.is_null() && !(json.is_object() && json.contains("notApplicable"));
-}
-
-[[noreturn]] void Refuse(std::string const& where, std::string const& why) {
-  throw UsageFailure(where + ": " + why);
-}
-
 /// Does what may find fault with a record, and says where it was.
 template <class Work>
 void At(std::string const& where, Work work) {
   try {
     work();
-  } catch (UsageFailure const& failure) {
-    Refuse(where, failure.what());
+  } catch (lumo::Error const& error) {
+    if (error.Code() == lumo::ErrorCode::Cancelled) throw;
+    Refuse(where + ": " + error.what(), error.Hint());
   }
 }
 
 /// Reads a table of which every line is a record and every column an attribute.
 class CsvRecords {
  public:
-  explicit CsvRecords(TableOf& table) : m_table(table) {}
+  explicit CsvRecords(lumo::Table const& table) : m_table(table) {}
 
   std::vector<NewRecord> Read(std::string const& text) {
     ReadCsv(text, [this](std::vector<std::string> const& cells) {
@@ -99,7 +94,7 @@ class CsvRecords {
  private:
   struct Column {
     std::string NewRecord::*name = nullptr;
-    SmartPtr<AttributeDetail> attribute;
+    lumo::Attribute const* attribute = nullptr;
     std::string unit;
   };
 
@@ -109,29 +104,30 @@ class CsvRecords {
         std::any_of(m_columns.begin(), m_columns.end(), [&column](Column const& other) {
           return other.name == column.name && other.attribute == column.attribute;
         });
-    if (isRepeated) throw UsageFailure("the heading \"" + heading + "\" comes twice");
+    if (isRepeated) Refuse("the heading " + lumo::Quoted(heading) + " comes twice");
     m_columns.push_back(column);
   }
 
   /// "Density [kg/m^3]" or "Density"; also a name that ends in brackets of its own.
   Column ColumnOf(std::string const& heading) {
-    if (EqualIgnoringCase(heading, "Folder")) return {&NewRecord::folder, nullptr, ""};
-    if (EqualIgnoringCase(heading, "Name")) return {&NewRecord::name, nullptr, ""};
-    if (EqualIgnoringCase(heading, "Full name")) return {&NewRecord::fullName, nullptr, ""};
-    for (auto const& attribute : m_table.Attributes()) {
-      if (EqualIgnoringCase(attribute->GetName(), heading)) {
-        return {nullptr, attribute, attribute->GetDatabaseUnit()};
-      }
+    constexpr std::pair<char const*, std::string NewRecord::*> kNames[] = {
+        {"Folder", &NewRecord::folder},
+        {"Name", &NewRecord::name},
+        {"Full name", &NewRecord::fullName}};
+    for (auto const& [name, member] : kNames) {
+      if (lumo::EqualIgnoringCase(heading, name)) return {member, nullptr, ""};
+    }
+    for (lumo::Attribute const& one : m_table.Attributes()) {
+      if (lumo::EqualIgnoringCase(one.name, heading)) return {nullptr, &one, one.unit};
     }
     if (heading.find(';') != std::string::npos || heading.find('\t') != std::string::npos) {
-      throw UsageFailure("the headings need commas between them");
+      Refuse("the headings need commas between them");
     }
     std::size_t const bracket = heading.rfind(" [");
-    if (bracket == std::string::npos || heading.back() != ']') {
-      return {nullptr, m_table.Attribute(heading), ""};  // which complains
-    }
-    return {nullptr, m_table.Attribute(heading.substr(0, bracket)),
-            heading.substr(bracket + 2, heading.size() - bracket - 3)};
+    bool const hasUnit = bracket != std::string::npos && heading.back() == ']';
+    lumo::Attribute const& found = m_table.FindAttribute(heading.substr(0, bracket));
+    if (!hasUnit) return {nullptr, &found, found.unit};
+    return {nullptr, &found, heading.substr(bracket + 2, heading.size() - bracket - 3)};
   }
 
   void AddRecord(std::vector<std::string> const& cells) {
@@ -139,8 +135,8 @@ class CsvRecords {
     NewRecord record;
     record.where = "row " + std::to_string(m_row);
     if (cells.size() != m_columns.size()) {
-      Refuse(record.where, std::to_string(cells.size()) + " cells under " +
-                               std::to_string(m_columns.size()) + " headings");
+      Refuse(record.where + ": " + std::to_string(cells.size()) + " cells under " +
+             std::to_string(m_columns.size()) + " headings");
     }
     for (std::size_t i = 0; i < cells.size(); ++i) {
       Column const& column = m_columns[i];
@@ -149,7 +145,7 @@ class CsvRecords {
         continue;
       }
       if (cells[i].empty()) continue;
-      At(record.where + ", " + column.attribute->GetName(), [&] {
+      At(record.where + ", " + column.attribute->name, [&] {
         record.values.emplace_back(column.attribute,
                                    FromCsvCell(cells[i], *column.attribute, column.unit));
       });
@@ -157,19 +153,19 @@ class CsvRecords {
     m_records.push_back(std::move(record));
   }
 
-  TableOf& m_table;
+  lumo::Table const& m_table;
   std::vector<Column> m_columns;
   std::vector<NewRecord> m_records;
   std::size_t m_row = 0;
 };
 
-NewRecord RecordOf(TableOf& table, Json const& json, std::string const& where) {
+NewRecord RecordOf(lumo::Table const& table, Json const& json, std::string const& where) {
   NewRecord record;
   record.where = where;
-  if (!json.is_object()) Refuse(where, "is no object");
+  if (!json.is_object()) Refuse(where + " is not an object");
   auto const text = [&](char const* name) {
     Json const value = json.value(name, Json(""));
-    if (!value.is_string()) Refuse(where, std::string("\"") + name + "\" is no text");
+    if (!value.is_string()) Refuse(where + ": " + lumo::Quoted(name) + " is not a text");
     return value.get<std::string>();
   };
   record.folder = text("folder");
@@ -177,22 +173,26 @@ NewRecord RecordOf(TableOf& table, Json const& json, std::string const& where) {
   record.fullName = text("fullName");
   Json const values = json.value("values", Json::object());
   for (auto const& [name, value] : json.items()) {
-    constexpr std::string_view kMembers[] = {"folder", "name", "fullName", "identity", "values"};
+    constexpr std::string_view kMembers[] = {"folder",   "name", "fullName",
+                                             "identity", "guid", "values"};
     if (std::find(std::begin(kMembers), std::end(kMembers), name) == std::end(kMembers)) {
-      Refuse(where, "there is no member \"" + name + "\"; values stand in \"values\"");
+      Refuse(where + ": there is no member " + lumo::Quoted(name) + "; values stand in \"values\"");
     }
   }
-  if (!values.is_object()) Refuse(where, "\"values\" is no object");
+  if (!values.is_object()) Refuse(where + ": \"values\" is not an object");
   for (auto const& [name, value] : values.items()) {
     auto const attributeName = name;
     auto const& attributeValue = value;
-    At(where, [&] { record.values.emplace_back(table.Attribute(attributeName), attributeValue); });
+    At(where, [&] {
+      lumo::Attribute const& attribute = table.FindAttribute(attributeName);
+      record.values.emplace_back(&attribute, ValueOf(attributeValue, attribute));
+    });
   }
   return record;
 }
 
 /// An array of objects, one object, or one object to a line.
-std::vector<NewRecord> JsonRecords(TableOf& table, std::string const& text) {
+std::vector<NewRecord> JsonRecords(lumo::Table const& table, std::string const& text) {
   std::vector<NewRecord> records;
   auto const add = [&](Json const& json, std::string const& where) {
     StopWhenInterrupted();
@@ -211,7 +211,7 @@ std::vector<NewRecord> JsonRecords(TableOf& table, std::string const& text) {
   std::size_t number = 0;
   for (std::string line; std::getline(in, line);) {
     ++number;
-    if (Trimmed(line).empty()) continue;
+    if (lumo::Trimmed(line).empty()) continue;
     std::string const where = "line " + std::to_string(number);
     At(where, [&] { add(ParseJson(line), where); });
   }
@@ -221,7 +221,7 @@ std::vector<NewRecord> JsonRecords(TableOf& table, std::string const& text) {
 /// "Metals//Steels/" means "Metals/Steels".
 std::string Tidied(std::string const& folder) {
   std::string path;
-  for (std::string const& name : PathParts(folder)) path = PathBelow(path, name);
+  for (std::string const& name : lumo::PathParts(folder)) path = lumo::PathBelow(path, name);
   return path;
 }
 
@@ -230,31 +230,46 @@ bool LooksLikeJson(std::string const& text) {
   return begin != std::string::npos && (text[begin] == '[' || text[begin] == '{');
 }
 
+/// Whether there is something to write; what does not apply has no form in an import.
+bool HoldsValue(lumo::Value const& value) {
+  return !std::holds_alternative<std::monostate>(value) &&
+         !std::holds_alternative<lumo::NotApplicable>(value);
+}
+
 /// Carries records into a table: makes the folders and records that are missing and changes the
 /// others.
 class Importer {
  public:
-  Importer(Context& context, Connection& connection, TableOf& table)
-      : m_context(context), m_connection(connection), m_table(table) {
-    m_folders[""] = RootOf(connection, table);
-    TreeWalk walk(connection, table, "", "");
-    TreeWalk::Step step;
-    while (walk.Next(step, std::numeric_limits<int>::max())) {
-      std::string const path = PathBelow(step.entry.folder, step.entry.name);
-      (step.isFolder ? m_folders : m_records).emplace(path, step.entry.record);
+  Importer(Context& context, lumo::Table const& table)
+      : m_context(context), m_table(table), m_connection(table.Opened()->pool->Lend()) {
+    lumo::TableInfo const& info = table.Opened()->info;
+    m_folders[""] = lumo::FolderTree(info).Root(*m_connection).id;
+    lumo::TreeWalk walk(*m_connection, info, "", "");
+    lumo::TreeWalk::Step step;
+    while (walk.Next(*m_connection, step, std::numeric_limits<int>::max())) {
+      std::string const path = lumo::PathBelow(step.record.folder, step.record.name);
+      (step.isFolder ? m_folders : m_records).emplace(path, step.record.id);
     }
   }
 
-  /// Throws `UsageFailure` when a record is to lie in what is no folder.
+  /// Finds fault before anything is sent.
   void Check(std::vector<NewRecord> const& records) const {
+    std::map<std::string, std::string> places;
     for (NewRecord const& record : records) {
-      std::string path;
-      for (std::string const& name : PathParts(record.folder)) {
-        path = PathBelow(path, name);
-        if (m_records.count(path) > 0 && m_folders.count(path) == 0) {
-          Refuse(record.where, "\"" + path + "\" is a record and holds no others");
-        }
+      StopWhenInterrupted();
+      auto const refuse = [&record](std::string const& why) { Refuse(record.where + ": " + why); };
+      if (record.name.empty()) refuse("the record has no name");
+      if (!lumo::CanBeSent(record.name + record.fullName + record.folder)) {
+        refuse("a name holds a character that cannot be sent");
       }
+      auto const [first, isNew] = places.emplace(PathOf(record), record.where);
+      if (!isNew) refuse("the record stands in " + first->second + " already");
+      ForFolders(record.folder, [&](std::string const& path, std::string const& /*name*/) {
+        if (m_records.count(path) > 0 && m_folders.count(path) == 0) {
+          refuse(lumo::Quoted(path) + " is a record and holds no others");
+        }
+      });
+      AddValues(record, *ImportRecord::CreateOne());
     }
   }
 
@@ -262,39 +277,47 @@ class Importer {
   void Explain(std::vector<NewRecord> const& records, TableWriter& out) {
     std::map<std::string, bool> newFolders;
     for (NewRecord const& record : records) {
-      std::string path;
-      for (std::string const& name : PathParts(record.folder)) {
-        path = PathBelow(path, name);
-        if (m_folders.count(path) > 0 || !newFolders.emplace(path, true).second) continue;
+      ForFolders(record.folder, [&](std::string const& path, std::string const& name) {
+        if (m_folders.count(path) > 0 || !newFolders.emplace(path, true).second) return;
         out.Add({"new folder", path, name, 0});
-      }
-      bool const isNew = Existing(record) == nullptr;
+      });
+      bool const isNew = m_records.count(PathOf(record)) == 0;
       out.Add({isNew ? "new record" : "change", record.folder, record.name, record.values.size()});
     }
   }
 
   void Import(std::vector<NewRecord> const& records) {
-    Progress progress("records", records.size(), m_context.isQuiet);
-    auto const chunk = static_cast<std::size_t>(m_context.chunk);
+    Progress progress("records", m_context.isQuiet);
+    std::size_t const chunk =
+        m_context.chunk == 0 ? 100 : static_cast<std::size_t>(m_context.chunk);
+    std::size_t done = 0;
     try {
-      for (std::size_t at = 0; at < records.size(); at += chunk) {
-        std::size_t const count = std::min(chunk, records.size() - at);
-        ImportChunk(&records[at], count);
-        progress.Add(count);
+      while (done < records.size()) {
+        std::size_t const count = std::min(chunk, records.size() - done);
+        ImportChunk(&records[done], count);
+        done += count;
+        progress.Show({done, records.size(), 0, 1, chunk});
       }
-    } catch (Failure const& failure) {
+    } catch (lumo::Error const& error) {
       progress.Clear();
-      if (m_hasWritten && progress.Done() == 0) throw failure.After("part of the first records");
-      if (progress.Done() == 0) throw;
-      throw failure.After(std::to_string(progress.Done()) + " of " +
-                          Count(records.size(), "record"));
+      if (m_hasWritten && done == 0) throw After(error, "part of the first records");
+      if (done == 0) throw;
+      throw After(error, std::to_string(done) + " of " + Count(records.size(), "record"));
     }
   }
 
  private:
-  SmartPtr<RecordReference> Existing(NewRecord const& record) const {
-    auto const found = m_records.find(PathBelow(record.folder, record.name));
-    return found == m_records.end() ? nullptr : found->second;
+  static std::string PathOf(NewRecord const& record) {
+    return lumo::PathBelow(record.folder, record.name);
+  }
+  /// Calls `visit` with the path and the name of the folder and of all above it, from the top.
+  template <class Visit>
+  static void ForFolders(std::string const& folder, Visit visit) {
+    std::string path;
+    for (std::string const& name : lumo::PathParts(folder)) {
+      path = lumo::PathBelow(path, name);
+      visit(path, name);
+    }
   }
 
   void ImportChunk(NewRecord const* records, std::size_t count) {
@@ -302,81 +325,69 @@ class Importer {
     std::vector<std::size_t> named;  // new records whose full name is another
     for (std::size_t i = 0; i < count; ++i) {
       NewRecord const& record = records[i];
-      SmartPtr<RecordReference> const existing = Existing(record);
-      first->AddImportRecord(existing ? Change(record, existing) : Creation(record));
-      bool const isOther = !record.fullName.empty() && record.fullName != record.name;
-      if (!existing && isOther) named.push_back(i);
+      auto const known = m_records.find(PathOf(record));
+      bool const isNew = known == m_records.end();
+      auto const sent = isNew ? Sent(Folder(record.folder), record.name, ImportRecordModes::Create)
+                              : Sent(known->second, record.fullName, ImportRecordModes::Update);
+      AddValues(record, *sent);
+      first->AddImportRecord(sent);
+      if (isNew && !record.fullName.empty() && record.fullName != record.name) named.push_back(i);
     }
-    auto const made = Send(first);
-    for (std::size_t i = 0; i < count; ++i) {
-      m_records.emplace(PathBelow(records[i].folder, records[i].name), made.at(i));
-    }
+    std::vector<lumo::RecordId> const made = Send(first);
+    for (std::size_t i = 0; i < count; ++i) m_records.emplace(PathOf(records[i]), made.at(i));
     if (named.empty()) return;
     // A record gets one name when it is made; the full name follows.
     auto const rename = SetRecordAttributesRequest::CreateOne();
     for (std::size_t const i : named) {
-      rename->AddImportRecord(
-          new ImportRecord(made.at(i), records[i].fullName, ImportRecordModes::Update, false));
+      rename->AddImportRecord(Sent(made.at(i), records[i].fullName, ImportRecordModes::Update));
     }
     Send(rename);
   }
 
-  SmartPtr<ImportRecord> Change(NewRecord const& record,
-                                SmartPtr<RecordReference> const& existing) {
-    SmartPtr<ImportRecord> change(
-        new ImportRecord(existing, record.fullName, ImportRecordModes::Update, false));
-    AddValues(record, *change);
-    return change;
+  static SmartPtr<ImportRecord> Sent(lumo::RecordId const& id, std::string const& name,
+                                     ImportRecordModes::eImportRecordMode mode,
+                                     bool isFolder = false) {
+    return {new ImportRecord(lumo::ReferenceTo(id), name, mode, isFolder)};
   }
 
-  SmartPtr<ImportRecord> Creation(NewRecord const& record) {
-    SmartPtr<ImportRecord> made(
-        new ImportRecord(Folder(record.folder), record.name, ImportRecordModes::Create, false));
-    AddValues(record, *made);
-    return made;
-  }
-
-  void AddValues(NewRecord const& record, ImportRecord& into) {
+  void AddValues(NewRecord const& record, ImportRecord& into) const {
     At(record.where, [&] {
-      for (auto const& [attribute, json] : record.values) {
-        if (!HoldsValue(json)) continue;
-        into.AddImportAttributeValue(new ImportAttributeValue(ValueOf(json, m_table, *attribute),
-                                                              m_table.ReferenceTo(*attribute)));
+      for (auto const& [attribute, value] : record.values) {
+        if (!HoldsValue(value)) continue;
+        into.AddImportAttributeValue(new ImportAttributeValue(
+            lumo::ToDataValue(value, *attribute, m_table.Database(), m_table.Units()),
+            m_table.Opened()->info.ReferenceTo(*attribute)));
       }
     });
   }
 
   /// The folder with that path, made when it is missing.
-  SmartPtr<RecordReference> Folder(std::string const& path) {
-    auto const known = m_folders.find(path);
-    if (known != m_folders.end()) return known->second;
-    SmartPtr<RecordReference> parent = m_folders.at("");
-    std::string at;
-    for (std::string const& name : PathParts(path)) {
-      at = PathBelow(at, name);
-      SmartPtr<RecordReference>& folder = m_folders[at];
-      if (!folder) {
+  lumo::RecordId Folder(std::string const& folder) {
+    lumo::RecordId parent = m_folders.at("");
+    ForFolders(folder, [&](std::string const& path, std::string const& name) {
+      auto known = m_folders.find(path);
+      if (known == m_folders.end()) {
         auto const request = SetRecordAttributesRequest::CreateOne();
-        request->AddImportRecord(new ImportRecord(parent, name, ImportRecordModes::Create, true));
-        folder = Send(request).at(0);
+        request->AddImportRecord(Sent(parent, name, ImportRecordModes::Create, true));
+        known = m_folders.emplace(path, Send(request).at(0)).first;
       }
-      parent = folder;
-    }
+      parent = known->second;
+    });
     return parent;
   }
 
   /// All or nothing of the request; gives the records in its order.
-  std::vector<SmartPtr<RecordReference>> Send(SmartPtr<SetRecordAttributesRequest> const& request) {
-    StopWhenInterrupted();
+  std::vector<lumo::RecordId> Send(SmartPtr<SetRecordAttributesRequest> const& request) {
     request->SetImportErrorMode(ImportErrorModes::FaultAndRollbackOnAnyError);
-    auto const done = m_connection.Ask<SetRecordAttributesResponse>([&](auto* into) {
-      m_connection.Import()->SetRecordAttributesImplPtr()->SetRecordAttributes_Request(request,
-                                                                                       into);
+    auto const done = m_connection->Write<SetRecordAttributesResponse>([&](auto* into) {
+      m_connection->Import()->SetRecordAttributesImplPtr()->SetRecordAttributes_Request(request,
+                                                                                        into);
     });
     m_hasWritten = true;
-    std::vector<SmartPtr<RecordReference>> records;
+    std::vector<lumo::RecordId> records;
     for (auto const& record : done->AccessRecordsImported()) {
-      records.push_back(record->GetRecordReference());
+      auto const reference = record->GetRecordReference();
+      records.push_back({m_table.Database(), reference->GetIdentity(), ""});
     }
     if (records.size() != request->AccessImportRecords().size()) {
       throw Failure(ExitCode::NotUnderstood, "the reply to an import names other records");
@@ -385,55 +396,57 @@ class Importer {
   }
 
   Context& m_context;
-  Connection& m_connection;
-  TableOf& m_table;
-  std::map<std::string, SmartPtr<RecordReference>> m_folders;  // by path
-  std::map<std::string, SmartPtr<RecordReference>> m_records;
+  lumo::Table const& m_table;
+  std::shared_ptr<lumo::Connection> m_connection;
+  std::map<std::string, lumo::RecordId> m_folders;  // by path
+  std::map<std::string, lumo::RecordId> m_records;
   bool m_hasWritten = false;
 };
 
-/// Finds fault before anything is sent.
-void CheckAll(std::vector<NewRecord> const& records, TableOf& table) {
-  std::map<std::string, std::string> places;
-  for (NewRecord const& record : records) {
-    StopWhenInterrupted();
-    if (record.name.empty()) Refuse(record.where, "the record has no name");
-    if (!CanBeSent(record.name + record.fullName + record.folder)) {
-      Refuse(record.where, "a name holds a character that cannot be sent");
-    }
-    auto const [first, isNew] = places.emplace(PathBelow(record.folder, record.name), record.where);
-    if (!isNew) Refuse(record.where, "the record stands in " + first->second + " already");
-    At(record.where, [&] {
-      for (auto const& [attribute, json] : record.values) {
-        if (!HoldsValue(json)) continue;
-        ValueOf(json, table, *attribute);
-      }
-    });
+struct ImportChoice : TableChoice {
+  std::string file;
+  bool isDryRun = false;
+};
+
+void Import(Context& context, ImportChoice const& choice) {
+  lumo::Client const client = context.Connect();  // asks for the password before the file is read
+  std::string const text = ContentOf(choice.file);
+  lumo::Table const table = client.OpenTable(choice.database, choice.table);
+  std::vector<NewRecord> records =
+      LooksLikeJson(text) ? JsonRecords(table, text) : CsvRecords(table).Read(text);
+  for (NewRecord& record : records) record.folder = Tidied(record.folder);
+  Importer importer(context, table);
+  importer.Check(records);
+  if (!choice.isDryRun) {
+    importer.Import(records);
+    return context.Note(Count(records.size(), "record") + " imported");
   }
+  PutOut(context.output, {"what", "folder", "name", "values"},
+         [&](TableWriter& out) { importer.Explain(records, out); });
+  context.Note("nothing was written");
 }
 
 }  // namespace
 
-void Import(Context& context, ImportOptions const& options) {
-  auto const connection = context.Connect();  // asks for the password before the file is read
-  std::string const text = ContentOf(options.file);
-  TableOf table(*connection, options.database, options.table);
-  std::vector<NewRecord> records =
-      LooksLikeJson(text) ? JsonRecords(table, text) : CsvRecords(table).Read(text);
-  for (NewRecord& record : records) record.folder = Tidied(record.folder);
-  CheckAll(records, table);
-  Importer importer(context, *connection, table);
-  importer.Check(records);
-  if (!options.isDryRun) {
-    importer.Import(records);
-    context.Note(Count(records.size(), "record") + " imported");
-    return;
-  }
-  Sink sink(context.output.file);
-  TableWriter out(context.output, sink, {"what", "folder", "name", "values"});
-  importer.Explain(records, out);
-  out.Finish();
-  context.Note("nothing was written");
+void AddImport(CommandLine& line) {
+  auto const choice = std::make_shared<ImportChoice>();
+  CLI::App& import =
+      line.Add("import", "make and change records",
+               "  $ lumo import ENG_MATERIALS Materials new.csv --dry-run\n"
+               "  $ lumo get ... -f ndjson | lumo import ENG_MATERIALS Materials -\n\n"
+               "A CSV file has a line of headings: Folder, Name, Full name and attributes\n"
+               "such as \"Density [kg/m^3]\". A record that is there already is changed;\n"
+               "an empty cell changes nothing. `lumo get` writes what this reads.",
+               [choice](Context& context) { Import(context, *choice); });
+  AddTable(import, *choice);
+  import.add_option("FILE", choice->file, "CSV, JSON or NDJSON; - for standard input")
+      ->required()
+      ->type_name("");
+  import.add_flag("-n,--dry-run", choice->isDryRun, "only say what would be done");
+  import.add_option("--chunk", line.Shared().chunk, "records in a call (100)")
+      ->check(Between(1, 100'000))
+      ->type_name("N");
+  AddOutput(import, line.Shared().output);
 }
 
 }  // namespace cli

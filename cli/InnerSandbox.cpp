@@ -26,7 +26,7 @@ InnerSandbox::InnerSandbox(std::string const& file, std::string const& namespace
     : m_parts(std::make_unique<Parts>(file, namespaceBase)) {
   m_parts->url = "http://127.0.0.1:" + std::to_string(m_parts->server.Start(0));
 } catch (std::exception const& error) {
-  throw UsageFailure("cannot keep a sandbox in " + file + ": " + error.what());
+  Refuse("cannot keep a sandbox in " + file + ": " + error.what());
 }
 
 InnerSandbox::~InnerSandbox() { m_parts->server.Stop(); }

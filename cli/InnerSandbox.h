@@ -9,7 +9,7 @@ namespace cli {
 class InnerSandbox {
  public:
   /// Keeps the data in that file, or in memory for ":memory:"; speaks the namespace of the build
-  /// unless another base is given. Throws `UsageFailure` when it cannot.
+  /// unless another base is given. Throws `lumo::Error` when it cannot.
   explicit InnerSandbox(std::string const& file, std::string const& namespaceBase = "");
   ~InnerSandbox();
   std::string const& Url() const;

@@ -2,29 +2,21 @@
 
 #include <signal.h>
 
-#include <atomic>
-
-#include "cli/Failure.h"
-
 namespace cli {
 namespace {
 
-std::atomic<bool> interrupted{false};  // lock-free, which a handler may write
+lumo::CancellationToken const interrupts;
 
 }  // namespace
 
 void CatchInterrupts() {
   struct sigaction action {};
-  action.sa_handler = [](int) { interrupted = true; };
+  action.sa_handler = [](int) { interrupts.Cancel(); };
   action.sa_flags = static_cast<int>(SA_RESETHAND);
   sigaction(SIGINT, &action, nullptr);
   signal(SIGPIPE, SIG_IGN);  // a reader that has seen enough shows as a failed write
 }
 
-bool IsInterrupted() { return interrupted; }
-
-void StopWhenInterrupted() {
-  if (interrupted) throw Failure(ExitCode::Interrupted, "interrupted");
-}
+lumo::CancellationToken const& Interrupts() { return interrupts; }
 
 }  // namespace cli

@@ -1,103 +1,22 @@
 #include "cli/Output.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <unistd.h>
-
-#include <nlohmann/json.hpp>
-
 #include <algorithm>
-#include <cerrno>
-#include <climits>
-#include <cstdlib>
-#include <cstring>
 #include <utility>
-
-#include "cli/Interrupt.h"
 
 namespace cli {
 namespace {
 
-constexpr std::size_t kBuffered = 65536;
-constexpr int kPollMs = 100;
 constexpr std::size_t kHeldRows = 500;
 constexpr std::size_t kWidest = 60;
 
-std::string Padded(std::string text, std::size_t width) {
-  std::size_t const now = Width(text);
-  return now < width ? text.append(width - now, ' ') : text;
-}
-
-/// The first characters of a text that is too wide for its column.
-std::string Shortened(std::string text) {
-  if (Width(text) <= kWidest) return text;
-  std::size_t bytes = 0;
-  for (std::size_t count = 0; count < kWidest; ++count) {
-    do ++bytes;
-    while (bytes < text.size() && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80U);
-  }
-  return text.substr(0, bytes - 1) + "…";
-}
-
 }  // namespace
 
-Sink::Sink(std::string const& file)
-    : m_file(file.empty() ? STDOUT_FILENO
-                          : open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)),
-      m_name(file.empty() ? "standard output" : file) {
-  if (m_file < 0) {
-    throw UsageFailure("cannot write " + file + ": " + std::strerror(errno));
-  }
-}
-
-Sink::~Sink() {
-  try {
-    Flush();
-  } catch (Failure const&) {
-    // Another failure is on its way, or nobody would read this one.
-  }
-  if (m_file != STDOUT_FILENO) close(m_file);
-}
-
-void Sink::Write(std::string const& text) {
-  m_buffer += text;
-  if (m_buffer.size() >= kBuffered) Flush();
-}
-
-void Sink::Flush() {
-  std::size_t done = 0;
-  while (done < m_buffer.size()) {
-    // A pipe that is ready takes this much at once, so that writing never waits for its reader.
-    std::size_t const count = std::min<std::size_t>(m_buffer.size() - done, PIPE_BUF);
-    pollfd room{m_file, POLLOUT, 0};
-    if (poll(&room, 1, IsInterrupted() ? 0 : kPollMs) <= 0) {
-      if (!IsInterrupted()) continue;
-      m_buffer.clear();
-      StopWhenInterrupted();
-    }
-    ssize_t const written = write(m_file, m_buffer.data() + done, count);
-    if (written < 0 && (errno == EINTR || errno == EAGAIN)) continue;
-    if (written < 0) {
-      m_buffer.clear();
-      // A reader that has seen enough is nothing to talk about.
-      throw Failure(ExitCode::PartlyDone,
-                    errno == EPIPE ? "" : "cannot write " + m_name + ": " + std::strerror(errno));
-    }
-    done += static_cast<std::size_t>(written);
-  }
-  m_buffer.clear();
-}
-
-bool Sink::HasColor() const {
-  char const* const no = std::getenv("NO_COLOR");
-  return isatty(m_file) == 1 && (no == nullptr || *no == '\0');
-}
-
-std::string CsvLine(std::vector<std::string> const& cells) {
+std::string CsvLine(std::vector<std::string> const& cells, char delimiter) {
+  std::string const special = std::string("\"\r\n") + delimiter;
   std::string line;
   for (std::string const& cell : cells) {
-    if (&cell != &cells.front()) line += ',';
-    bool const isPlain = cell.find_first_of(",\"\r\n") == std::string::npos &&
+    if (&cell != &cells.front()) line += delimiter;
+    bool const isPlain = cell.find_first_of(special) == std::string::npos &&
                          cell.find_first_of(" \t") != 0 && !(cells.size() == 1 && cell.empty());
     if (isPlain) {
       line += cell;
@@ -118,7 +37,9 @@ std::string CellText(Json const& cell) {
 
 TableWriter::TableWriter(OutputOptions const& options, Sink& sink, std::vector<std::string> columns)
     : m_options(options), m_sink(sink), m_columns(std::move(columns)) {
-  if (m_options.format == Format::Csv && !m_options.isBare) m_sink.Write(CsvLine(m_columns));
+  if (m_options.format == Format::Csv && !m_options.isBare) {
+    m_sink.Write(CsvLine(m_columns, m_options.delimiter));
+  }
 }
 
 void TableWriter::AddLine(std::string const& line) {
@@ -127,7 +48,7 @@ void TableWriter::AddLine(std::string const& line) {
 }
 
 void TableWriter::Add(std::vector<Json> const& cells) {
-  if (m_options.format == Format::JsonArray || m_options.format == Format::NdJson) {
+  if (m_options.IsJson()) {
     Json object = Json::object();
     for (std::size_t i = 0; i < cells.size(); ++i) object[m_columns.at(i)] = cells[i];
     return AddObject(object);
@@ -136,10 +57,13 @@ void TableWriter::Add(std::vector<Json> const& cells) {
   texts.reserve(cells.size());
   for (Json const& cell : cells) texts.push_back(CellText(cell));
   ++m_count;
-  if (m_options.format == Format::Csv) return m_sink.Write(CsvLine(texts));
+  if (m_options.format == Format::Csv) {
+    return m_sink.Write(CsvLine(texts, m_options.delimiter));
+  }
   for (std::string& text : texts) {
     bool const isLast = &text == &texts.back();  // which makes no other wider
-    text = isLast && texts.size() == 2 ? OneLine(text) : Shortened(OneLine(text));
+    text = OneLine(text);
+    if (m_sink.Screen().width > 0 && !isLast) text = Shortened(std::move(text), kWidest);
   }
   m_held.push_back(std::move(texts));
   if (m_held.size() >= kHeldRows) FlushText();
@@ -169,7 +93,7 @@ void TableWriter::FlushText() {
     return text.substr(0, text.find_last_not_of(' ') + 1);
   };
   if (!m_isBegun && !m_options.isBare && !m_held.empty()) {
-    bool const hasColor = m_sink.HasColor();
+    bool const hasColor = m_sink.Screen().hasColor;
     m_sink.Write((hasColor ? "\033[1m" : "") + line(m_columns) + (hasColor ? "\033[0m\n" : "\n"));
   }
   m_isBegun = true;
@@ -177,9 +101,12 @@ void TableWriter::FlushText() {
   m_held.clear();
 }
 
-void TableWriter::Finish() {
-  if (m_options.format == Format::Text) FlushText();
-  if (m_options.format == Format::JsonArray) m_sink.Write(m_isBegun ? "\n]\n" : "[]\n");
+void TableWriter::End() {
+  if (m_options.format == Format::JsonArray) {
+    m_sink.Write(m_isBegun ? "\n]\n" : "[]\n");
+  } else if (!m_held.empty()) {
+    FlushText();
+  }
   m_sink.Flush();
 }
 

@@ -1,28 +1,42 @@
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
+#include <nlohmann/json.hpp>
 
 #include <string>
 #include <vector>
 
 #include "cli/Failure.h"
+#include "cli/Json.h"
 #include "cli/Text.h"
 
 namespace cli {
 
-using Json = nlohmann::ordered_json;  ///< members stay in the order in which they were added
-
-enum class Format { Text, Csv, JsonArray, NdJson, Plot };
+enum class Format { Text, List, Csv, JsonArray, NdJson, Plot, Xlsx };
+/// How CSV shows a range: as text, "2690..2730", in two columns, or by its middle.
+enum class Ranges { Text, Split, Mean };
 
 /// Where data go: standard output or a file, and how lists look there.
 struct OutputOptions {
   Format format = Format::Text;
   std::string file;     ///< empty for standard output
   bool isBare = false;  ///< without headings
+  char delimiter = ',';
+  Ranges ranges = Ranges::Text;
+
+  bool IsJson() const { return format == Format::JsonArray || format == Format::NdJson; }
 };
 
-/// Writes bytes to standard output or a file; what was written stays when the command is stopped.
-/// Throws `Failure` when writing fails, and on Ctrl-C when nobody reads on.
+/// Where the data go, when that is a terminal.
+struct Terminal {
+  std::size_t width = 0;  ///< 0: not a terminal
+  bool hasColor = false;  ///< not with NO_COLOR or TERM=dumb
+
+  static Terminal Of(int stream);
+};
+
+/// Writes bytes to standard output or a file. A file is written beside and takes the place of an
+/// older one when `Finish` is called: without that the older one stays. Throws `Failure` when
+/// writing fails, and `lumo::Error` on Ctrl-C when nobody reads on.
 class Sink {
  public:
   explicit Sink(std::string const& file);
@@ -32,17 +46,19 @@ class Sink {
 
   void Write(std::string const& text);
   void Flush();
-  /// A terminal whose user has not turned colours off with NO_COLOR.
-  bool HasColor() const;
+  void Finish();
+  Terminal const& Screen() const { return m_terminal; }
 
  private:
-  int m_file;  ///< descriptor
-  std::string m_name;
+  std::string m_name;    ///< of the file in the end
+  std::string m_beside;  ///< of the file that is written; empty when it is the same
+  int m_file;            ///< descriptor
+  Terminal m_terminal;
   std::string m_buffer;
 };
 
 /// One line of CSV as RFC 4180 has it, ending in a line feed.
-std::string CsvLine(std::vector<std::string> const& cells);
+std::string CsvLine(std::vector<std::string> const& cells, char delimiter = ',');
 
 /// Writes a list of rows in one of the formats. Rows of text format are held back until `Finish`,
 /// or until there are some hundred of them, to find how wide the columns are.
@@ -58,7 +74,8 @@ class TableWriter {
   void AddLine(std::string const& line);
   /// Rows so far.
   std::size_t Count() const { return m_count; }
-  void Finish();
+  /// Ends the list; the sink is left open.
+  void End();
 
  private:
   void FlushText();
@@ -72,18 +89,21 @@ class TableWriter {
   bool m_isBegun = false;
 };
 
-/// Does work that fills a list, and finishes the list, also when the work ends in the middle: then
-/// the failure says how many rows there are.
-template <class Work>
-void Fill(TableWriter& out, Work work) {
+/// Puts a list out: `fill` adds its rows. When that ends in the middle what there is on standard
+/// output is ended well, and the failure says how many rows there are.
+template <class Fill>
+void PutOut(OutputOptions const& options, std::vector<std::string> columns, Fill fill) {
+  Sink sink(options.file);
+  TableWriter out(options, sink, std::move(columns));
   try {
-    work();
-  } catch (Failure const& failure) {
-    if (out.Count() == 0 || *failure.what() == '\0') throw;
-    out.Finish();
-    throw failure.After(Count(out.Count(), "row"));
+    fill(out);
+  } catch (lumo::Error const& error) {
+    if (out.Count() == 0) throw;
+    out.End();
+    throw After(error, Count(out.Count(), "row"));
   }
-  out.Finish();
+  out.End();
+  sink.Finish();
 }
 
 /// Text of a cell: a text as it is, anything else as JSON writes it, null as nothing.

@@ -1,13 +1,20 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
-#include "cli/Output.h"
+#include "lumo/toolkit/Value.h"
 
 namespace cli {
 
-/// Draws the curves of a value, in the JSON form that Values.h describes, as lines of text: axes
-/// with figures, one sign per curve and a line that says what they stand for.
-std::string Plot(Json const& value);
+/// A curve with the name under which the legend shows it.
+struct NamedCurve {
+  std::string name = {};
+  lumo::Curve curve = {};
+};
+
+/// Draws curves over x in one frame so many characters wide, each with a sign of its own, and a
+/// legend. Empty when there is nothing to draw.
+std::string Plot(std::vector<NamedCurve> const& curves, std::size_t width);
 
 }  // namespace cli

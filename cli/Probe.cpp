@@ -6,9 +6,10 @@
 #include <memory>
 #include <string>
 
-#include "cli/Commands.h"
 #include "cli/Interrupt.h"
-#include "cli/Text.h"
+#include "cli/Options.h"
+#include "lumo/toolkit/Numbers.h"
+#include "lumo/toolkit/Pool.h"
 
 namespace cli {
 namespace {
@@ -23,7 +24,7 @@ class Report {
  public:
   Report(OutputOptions const& options, Sink& sink) : m_out(options, sink, {"stage", "answer"}) {}
   void Add(std::string const& stage, std::string const& answer) { m_out.Add({stage, answer}); }
-  void Finish() { m_out.Finish(); }
+  void Finish() { m_out.End(); }
 
  private:
   TableWriter m_out;
@@ -32,14 +33,15 @@ class Report {
 std::string Milliseconds(CURL* easy, CURLINFO what) {
   curl_off_t microseconds = 0;
   curl_easy_getinfo(easy, what, &microseconds);
-  return NumberText(static_cast<double>(microseconds) / 1000, 6) + " ms";
+  return lumo::TextOf(static_cast<double>(microseconds) / 1000, 6) + " ms";
 }
 
 /// Connects and ends the connection: name, connection and TLS.
-void ProbeConnection(ServerOptions const& options, Report& report) {
+void ProbeConnection(lumo::ServerSettings const& server, Report& report) {
+  lumo::ConnectOptions const& options = server.options;
   Easy const easy(curl_easy_init());
   char error[CURL_ERROR_SIZE] = "";
-  curl_easy_setopt(easy.get(), CURLOPT_URL, options.url.c_str());
+  curl_easy_setopt(easy.get(), CURLOPT_URL, server.url.c_str());
   curl_easy_setopt(easy.get(), CURLOPT_CONNECT_ONLY, 1L);
   curl_easy_setopt(easy.get(), CURLOPT_PROTOCOLS_STR, "http,https");
   curl_easy_setopt(easy.get(), CURLOPT_ERRORBUFFER, error);
@@ -49,13 +51,13 @@ void ProbeConnection(ServerOptions const& options, Report& report) {
   if (!options.proxy.empty()) curl_easy_setopt(easy.get(), CURLOPT_PROXY, options.proxy.c_str());
   curl_easy_setopt(easy.get(), CURLOPT_NOPROGRESS, 0L);
   curl_xferinfo_callback const stop = [](void*, curl_off_t, curl_off_t, curl_off_t, curl_off_t) {
-    return IsInterrupted() ? 1 : 0;
+    return Interrupts().IsCancelled() ? 1 : 0;
   };
   curl_easy_setopt(easy.get(), CURLOPT_XFERINFOFUNCTION, stop);
   CURLcode const code = curl_easy_perform(easy.get());
   StopWhenInterrupted();
   std::string const why = *error != '\0' ? error : curl_easy_strerror(code);
-  if (code == CURLE_URL_MALFORMAT || code == CURLE_UNSUPPORTED_PROTOCOL) throw UsageFailure(why);
+  if (code == CURLE_URL_MALFORMAT || code == CURLE_UNSUPPORTED_PROTOCOL) Refuse(why);
   if (code == CURLE_COULDNT_RESOLVE_HOST || code == CURLE_COULDNT_RESOLVE_PROXY) {
     report.Add("name", "fails: " + why);
     throw Failure(ExitCode::Transport, why);
@@ -71,7 +73,7 @@ void ProbeConnection(ServerOptions const& options, Report& report) {
   curl_easy_getinfo(easy.get(), CURLINFO_PRIMARY_IP, &address);
   report.Add("connection", std::string(address == nullptr ? "" : address) + " after " +
                                Milliseconds(easy.get(), CURLINFO_CONNECT_TIME_T));
-  bool const hasTls = options.url.compare(0, 6, "https:") == 0;
+  bool const hasTls = server.url.compare(0, 6, "https:") == 0;
   if (code != CURLE_OK) {
     report.Add("TLS", "fails: " + why);
     throw Failure(ExitCode::Transport, why);
@@ -86,15 +88,14 @@ void ProbeService(Report& report, std::string const& name, std::function<void()>
   try {
     call();
     report.Add(name, "answers");
-  } catch (Failure const& failure) {
-    bool const isThere = failure.Code() == ExitCode::ServerFault &&
-                         std::string(failure.what()).find("the server says") == 0;
+  } catch (lumo::Error const& failure) {
+    bool const isThere = !failure.FaultCode().empty();
     report.Add(name, (isThere ? "answers: " : "fails: ") + std::string(failure.what()));
     if (!isThere) throw;
   }
 }
 
-void ProbeServices(Connection& connection, Report& report) {
+void ProbeServices(lumo::Connection& connection, Report& report) {
   ProbeService(report, "Browse", [&] {
     connection.Ask<GetDatabasesResponse>(
         [&](auto* into) { connection.Browse()->GetGetDatabaseImpl()->GetDatabases(into); });
@@ -124,29 +125,37 @@ void ProbeServices(Connection& connection, Report& report) {
   });
 }
 
-}  // namespace
-
 void Probe(Context& context) {
-  auto const connection = context.Connect();  // settles where the server is
+  lumo::Client const client = context.Connect();
+  auto const connection = client.Pool()->Lend();
+  lumo::ServerSettings const& server = client.Pool()->Settings();
   Sink sink(context.output.file);
   Report report(context.output, sink);
   try {
-    ProbeConnection(context.server, report);
-    std::string const user = context.server.user;
+    ProbeConnection(server, report);
+    auto const* const password = std::get_if<lumo::Password>(&server.options.credentials);
     try {
-      connection->Ask<GetDatabasesResponse>(
-          [&](auto* into) { connection->Browse()->GetGetDatabaseImpl()->GetDatabases(into); });
-      report.Add("log-on", user.empty() ? "accepted without a user" : "accepted as " + user);
-    } catch (Failure const& failure) {
-      report.Add("log-on", std::string("fails: ") + failure.what());
+      client.Databases();
+      report.Add("log-on", password == nullptr ? "accepted" : "accepted as " + password->user);
+    } catch (lumo::Error const& error) {
+      report.Add("log-on", "fails: " + TextOf(error));
       throw;
     }
     ProbeServices(*connection, report);
-  } catch (Failure const&) {
+  } catch (std::exception const&) {
     report.Finish();
     throw;
   }
   report.Finish();
+  sink.Finish();
+}
+
+}  // namespace
+
+void AddProbe(CommandLine& line) {
+  CLI::App& probe = line.Add("probe", "say what the server answers at each stage",
+                             "  $ lumo probe --url https://server/service_layer --user me", Probe);
+  AddOutput(probe, line.Shared().output);
 }
 
 }  // namespace cli

@@ -14,28 +14,28 @@ constexpr std::chrono::milliseconds kEvery{100};
 
 }  // namespace
 
-Progress::Progress(std::string what, std::size_t total, bool isQuiet)
-    : m_what(std::move(what)), m_total(total), m_isOn(!isQuiet && isatty(STDERR_FILENO) == 1) {}
+Progress::Progress(std::string what, bool isQuiet)
+    : m_what(std::move(what)), m_isOn(!isQuiet && isatty(STDERR_FILENO) == 1) {}
 
-void Progress::Add(std::size_t count) {
-  m_done += count;
+void Progress::Show(lumo::Progress const& at) {
   auto const now = Clock::now();
   if (!m_isOn || now - m_start < kFirst || now - m_drawn < kEvery) return;
   m_drawn = now;
-  Draw();
+  Draw(at);
 }
 
-void Progress::Draw() {
+void Progress::Draw(lumo::Progress const& at) {
   double const seconds = std::chrono::duration<double>(m_drawn - m_start).count();
   std::string line = "\r\033[K";
-  if (m_total > 0) {
-    std::size_t const filled = kBarWidth * m_done / m_total;
+  if (at.recordsTotal > 0) {
+    std::size_t const filled = kBarWidth * at.recordsDone / at.recordsTotal;
     line += "[" + std::string(filled, '#') + std::string(kBarWidth - filled, '.') + "] " +
-            std::to_string(100 * m_done / m_total) + " %  ";
+            std::to_string(100 * at.recordsDone / at.recordsTotal) + " %  ";
   }
-  line += std::to_string(m_done) + (m_total > 0 ? " of " + std::to_string(m_total) : "") + " " +
-          m_what + ", " +
-          std::to_string(static_cast<std::size_t>(static_cast<double>(m_done) / seconds)) + "/s";
+  auto const rate = static_cast<std::size_t>(static_cast<double>(at.recordsDone) / seconds);
+  line += std::to_string(at.recordsDone) +
+          (at.recordsTotal > 0 ? " of " + std::to_string(at.recordsTotal) : "") + " " + m_what +
+          ", " + std::to_string(rate) + "/s";
   std::cerr << line << std::flush;
   m_isShown = true;
 }

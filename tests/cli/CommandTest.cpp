@@ -1,5 +1,9 @@
 #include <algorithm>
+#include <filesystem>
+#include <sstream>
 
+#include "lumo/LumoServiceLayer.h"
+#include "lumo/Version.h"
 #include "tests/cli/Command.h"
 
 using testing::AllOf;
@@ -39,38 +43,56 @@ TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
       {{"frob"}, 2, "frob"},
       {{"tables"}, 2, "DATABASE is required"},
       {{"tables", "GOLD"}, 2, "there is no database \"GOLD\"; there is ENG_MATERIALS, ELEMENTS"},
-      {{"attributes", kDatabase, "Material"}, 2, "did you mean \"Materials\"?"},
+      {{"attributes", kDatabase, "Materiels"}, 2, "did you mean \"Materials\"?"},
       {OnMaterials("get", {"-a", "Densty"}), 2, "did you mean \"Density\"?"},
       {OnMaterials("get", {"Unobtainium"}), 2, "there is no record \"Unobtainium\""},
       {OnMaterials("get", {"--folder", "Polymers/Rubber"}), 2, "there is no folder \"Rubber\""},
       {OnMaterials("get", {"-f", "xml"}), 2, "--format takes text, csv, json, ndjson"},
       {OnMaterials("get", {"-j", "0"}), 2, "--jobs"},
       {OnMaterials("get", {"-o", "/nowhere/file"}), 2, "cannot write /nowhere/file"},
-      {OnMaterials("get", {"--unit-system", "Old"}), 1, "there is no unit system \"Old\""},
+      {OnMaterials("get", {"--unit-system", "Old"}), 2, "there is no unit system \"Old\""},
+      {OnMaterials("get", {"--currency", "XYZ"}), 2, "there is no currency \"XYZ\""},
+      {OnMaterials("search", {"--subset", "Gold"}), 2, "there is no subset \"Gold\""},
+      {{"units", kDatabase, "--from", "mPa"}, 2, "there is no unit \"mPa\"; did you mean"},
+      {OnMaterials("get", {"--sort", "Colour"}), 2, "there is no attribute \"Colour\""},
+      {OnMaterials("get", {"--descending"}), 2, "--sort"},
+      {{"get"}, 2, "name a database and a table"},
+      {{"get", "--partition", "/nowhere/part"}, 2, "neither a partition nor a file"},
+      {{"get", "--partition", "lumo/1 x"}, 2, "not a part of a selection"},
       {OnMaterials("search", {}), 2, "say what to search for"},
-      {OnMaterials("search", {"-w", "density"}), 2, "has no operator"},
-      {OnMaterials("search", {"-w", "density < heavy"}), 2, "\"heavy\" begins with no number"},
-      {OnMaterials("search", {"-w", "density < 3 MPa"}), 1,
-       "the unit \"MPa\" does not fit \"kg/m^3\""},
-      {OnMaterials("search", {"-w", "designation < 3"}), 2, "compares what has no order"},
-      {OnMaterials("search", {"-w", "recyclable = perhaps"}), 2, "needs yes or no"},
-      {OnMaterials("search", {"-w", "density < 1e999"}), 2, "begins with no number"},
-      {OnMaterials("search", {"-w", "density[x] < 1"}), 2, "only goes with \"contains\""},
-      {OnMaterials("search", {"-w", "composition[Gold] contains 1"}), 2, "has no column \"Gold\""},
+      {OnMaterials("search", {"-w", "density"}), 2, "is missing"},
+      {OnMaterials("search", {"-w", "density < heavy"}), 2,
+       "at column 11: \"heavy\" is not a number"},
+      {OnMaterials("search", {"-w", "density < 3 MPa"}), 2,
+       "\"MPa\" is not a unit of \"Density\", which can be given in kg/m^3, g/cm^3, lb/in^3"},
+      {OnMaterials("search", {"-w", "density < 3000"}), 2, "kg/m^3"},
+      {OnMaterials("search", {"-w", "density < 300,5 kg/m^3"}), 2, "300,5"},
+      {OnMaterials("search", {"-w", "density < 300 to 400 kg/m^3"}), 2, "300 to 400"},
+      {OnMaterials("search", {"-w", "young = 3 GPa and x"}), 2,
+       "\"young\" may be any of 2 attributes"},
+      {OnMaterials("search", {"-w", "designation < 3"}), 2,
+       "holds text, which has no order; try =, contains or exists"},
+      {OnMaterials("search", {"-w", "recyclable = perhaps"}), 2, "is neither yes nor no"},
+      {OnMaterials("search", {"-w", "density < 1e999"}), 2, "\"1e999\" is not a number"},
+      {OnMaterials("search", {"-w", "density[x] < 1"}), 2, "has no columns"},
+      {OnMaterials("search", {"-w", "composition[Gold] contains 1"}), 2,
+       "there is no column \"Gold\""},
       {OnMaterials("search", {"-w", "density exists at all"}), 2, "goes on after its end"},
-      {OnMaterials("search", {"-w", "last reviewed <= tomorrow"}), 2, "needs dates such as"},
-      {OnMaterials("search", {"-w", "durability: sea water = Good"}), 2, "has no word \"Good\""},
-      {OnMaterials("search", {"-n", "304", "-t", "steel"}), 2, "excludes"},
+      {OnMaterials("search", {"-w", "last reviewed <= tomorrow"}), 2,
+       "dates are written as 2026-03-17"},
+      {OnMaterials("search", {"-w", "durability: sea water = Good"}), 2,
+       "there is no word \"Good\"; there is Excellent"},
+      {OnMaterials("search", {"-n", "304"}), 2, "not expected"},
       {OnMaterials("get", {"-t", ""}), 2, "is empty"},
       {OnMaterials("get", {"304", "--folder", "Polymers"}), 2, "excludes"},
       {{"tables", "a\nb\x1b[31m"}, 2, "\"a b [31m\""},
-      {OnMaterials("export", {"304", "-e", "gold"}), 1, "there is no exporter"},
+      {OnMaterials("export", {"304", "-e", "gold"}), 2, "there is no exporter"},
       {OnMaterials("import", {"/nowhere/file"}), 2, "cannot read /nowhere/file"},
       {{"databases", "--url", "http://127.0.0.1:1"}, 4, "no reply from http://127.0.0.1:1"},
-      {{"databases", "--url", Url() + "/elsewhere"}, 1, "status 404; is"},
-      {{"databases", "--url", "ftp://127.0.0.1/"}, 2, "is no address of a server"},
+      {{"databases", "--url", Url() + "/elsewhere"}, 6, "status 404. http"},
+      {{"databases", "--url", "ftp://127.0.0.1/"}, 2, "address"},
       {{"databases", "--sandbox-file", "/nowhere/file"}, 2, "cannot keep a sandbox in"},
-      {{"databases", "--user", "ann"}, 2, "no password: set LUMO_PASSWORD"},
+      {{"databases", "--user", "ann"}, 2, "no password for \"ann\"; set LUMO_PASSWORD"},
       {{"databases", "--user", "ann", "--password-file", "/nowhere/file"}, 2, "no password in"},
   };
   for (Mistake const& mistake : mistakes) {
@@ -92,19 +114,21 @@ TEST_F(CommandTest, EndsByCodeWhenTheServerFails) {
   };
   constexpr Row kRows[] = {{"GetDatabases fault", 1, "the server says: "},
                            {"GetDatabases status 503", 1, "status 503"},
-                           {"GetDatabases html", 6, "GetDatabases: "},
-                           {"GetDatabases malformed", 6, "GetDatabases: "},
+                           {"GetDatabases html", 6, "the reply is not well-formed XML"},
+                           {"GetDatabases malformed", 6, "the reply is not well-formed XML"},
                            {"GetDatabases cut 100", 4, "no reply from"},
-                           {"GetDatabases reset x2", 4, "no reply from"}};
+                           {"GetDatabases reset", 4, "no reply from"}};
   for (Row const& row : kRows) {
     Plan(row.fault);
-    Outcome const outcome = Run({"databases"});
+    Outcome const outcome = Run({"databases", "--retries", "0"});
     EXPECT_EQ(outcome.code, row.code) << row.fault;
     EXPECT_THAT(outcome.error, HasSubstr(row.says)) << row.fault;
     EXPECT_EQ(LinesIn(outcome.error), 1u) << row.fault;
   }
   Plan("GetDatabases stall 60");
-  EXPECT_EQ(Run({"databases", "--timeout", "1"}).code, 4);
+  EXPECT_EQ(Run({"databases", "--timeout", "1", "--retries", "0"}).code, 4);
+  Plan("GetDatabases reset\nGetDatabases status 503");
+  EXPECT_EQ(Run({"databases"}).code, 0) << "a read is not tried again";
   EXPECT_EQ(RunAndInterrupt({"databases"}).code, 130);
 }
 
@@ -217,9 +241,18 @@ TEST_F(CommandTest, PrintsValuesInEveryFormat) {
     return Run(OnMaterials("get", more)).out;
   };
   EXPECT_EQ(printed({}),
-            "Name        Density [kg/m^3]  Composition  Last reviewed        Data sheet\n"
-            "AW-6061-T6  2690 to 2730      5 rows       2026-03-17T09:30:00  "
-            "https://www.example.com/materials/aw-6061\n");
+            "AW-6061-T6  Aluminium, EN AW-6061, wrought, T6\n"
+            "  Density        2690 to 2730 kg/m^3\n"
+            "  Composition    5 rows\n"
+            "  Last reviewed  2026-03-17T09:30:00\n"
+            "  Data sheet     https://www.example.com/materials/aw-6061\n");
+  EXPECT_EQ(Run(OnMaterials("get", {"304", "PEEK", "-a", "density", "-a", "recyclable"})).out,
+            "Name  Density [kg/m^3]  Recyclable\n"
+            "304   7850 to 8000      yes\n"
+            "PEEK  1300 to 1320      yes\n");
+  EXPECT_THAT(printed({"-f", "list"}), AllOf(HasSubstr("  Composition    5 rows\n"
+                                                       "      Element  Least [%]  Most [%]\n"),
+                                             HasSubstr("      Mg       0.8        1.2\n")));
   EXPECT_THAT(printed({"-f", "csv", "--unit-system", "US customary"}),
               AllOf(StartsWith("Folder,Name,Full name,Density [lb/in^3],Composition,"),
                     HasSubstr("\nMetals and alloys/Aluminium alloys,AW-6061-T6,\"Aluminium, EN"),
@@ -233,6 +266,67 @@ TEST_F(CommandTest, PrintsValuesInEveryFormat) {
                            HasSubstr("     222.5 |*"), HasSubstr("Temperature")));
   EXPECT_THAT(Run(OnMaterials("links", {"304"})).out,
               AllOf(HasSubstr("Producers   "), HasSubstr("Rhine Steel")));
+}
+
+TEST_F(CommandTest, SortsLimitsAndChoosesColumns) {
+  Start();
+  EXPECT_EQ(Run(OnMaterials("search", {"--folder", "polymers", "--sort", "density", "--descending",
+                                       "--limit", "2", "--columns", "name, density", "-f", "csv"}))
+                .out,
+            "Name,Density [kg/m^3]\nPEEK,1300..1320\nEpoxy,1110..1400\n");
+  std::string const by = Run(OnMaterials("get", {"--subset", "Polymers", "--sort", "density", "-f",
+                                                 "csv", "--columns", "name,id"}))
+                             .out;
+  EXPECT_THAT(by, StartsWith("Name,Identity\nPE-HD,"));
+  EXPECT_EQ(Run(OnMaterials("search", {"--name", "304", "-f", "ndjson"})).out,
+            Run(OnMaterials("get", {"304", "--columns", "id,name,full name", "-f", "ndjson"})).out);
+  EXPECT_EQ(LinesIn(Run(OnMaterials("get", {"--limit", "3", "-f", "csv"})).out), 4u);
+  std::string const all = Run(OnMaterials("search", {"-w", "density between 1.31 and 8 g/cm^3",
+                                                     "--match", "all", "--columns", "name"}))
+                              .out;
+  EXPECT_THAT(all, AllOf(HasSubstr("304\n"), Not(HasSubstr("PEEK\n"))));
+}
+
+TEST_F(CommandTest, SplitsAReadIntoPartsForOtherProcesses) {
+  Start();
+  Words const what = {"--folder", "Metals", "-a", "Density"};
+  Words words = what;
+  words.insert(words.end(), {"--size", "3"});
+  std::istringstream parts(Run(OnMaterials("partitions", words)).out);
+  std::string rows;
+  for (std::string part; std::getline(parts, part);) {
+    Outcome const outcome = Run({"get", "--partition", part, "-f", "csv", "--no-headings"});
+    EXPECT_EQ(outcome.error, "");
+    EXPECT_LE(LinesIn(outcome.out), 3u);
+    rows += outcome.out;
+  }
+  words = what;
+  words.insert(words.end(), {"-f", "csv", "--no-headings"});
+  EXPECT_EQ(rows, Run(OnMaterials("get", words)).out);
+}
+
+TEST_F(CommandTest, LeavesAnOlderFileWhenAReadFails) {
+  Start();
+  std::string const file = File("out.csv", "old\n");
+  Plan("GetRecordAttributesByRef stall 0\nGetRecordAttributesByRef fault");
+  Words const words = {"-f", "csv", "--chunk", "5", "-j", "1", "-o", file};
+  EXPECT_EQ(Run(OnMaterials("get", words)).code, 5);
+  EXPECT_EQ(Read(file), "old\n");
+  EXPECT_EQ(Run(OnMaterials("get", words)).code, 0);
+  EXPECT_THAT(Read(file), StartsWith("Folder,Name,Full name,"));
+  EXPECT_EQ(Read(file + ".part"), "");
+  EXPECT_EQ(Run(OnMaterials("get", {"304", "-f", "csv", "-o", "/dev/null"})).code, 0);
+}
+
+TEST_F(CommandTest, FindsServersByTheirProfiles) {
+  Start();
+  std::filesystem::create_directory(File("lumo"));
+  File("lumo/servers.ini", "[plant]\nurl = " + Url() + "\n");
+  Words const environment = {"XDG_CONFIG_HOME=" + File(""), "LUMO_URL="};
+  EXPECT_EQ(Run({"databases", "--server", "plant"}, environment).code, 0);
+  EXPECT_EQ(Run({"databases"}, environment).code, 0) << "the only profile";
+  EXPECT_THAT(Run({"databases", "--server", "plan"}, environment).error,
+              HasSubstr("there is no server \"plan\""));
 }
 
 TEST_F(CommandTest, ImportsWhatItReadAndReadsTheSameAgain) {
@@ -301,7 +395,7 @@ TEST_F(CommandTest, FindsFaultWithAFileBeforeAnythingIsWritten) {
   };
   constexpr Row kRows[] = {
       {"Name,Colour\nX,red\n", 2, "there is no attribute \"Colour\""},
-      {"Name,Density\nX,1\nY,heavy\n", 2, "row 3, Density: \"heavy\" is no number"},
+      {"Name,Density\nX,1\nY,heavy\n", 2, "row 3, Density: \"heavy\" is not a number"},
       {"Name,Density\nX,1,2\n", 2, "row 2: 3 cells under 2 headings"},
       {"Name,Density\nX,1\nX,2\n", 2, "row 3: the record stands in row 2 already"},
       {"Name,Density\n,1\n", 2, "row 2: the record has no name"},
@@ -310,15 +404,15 @@ TEST_F(CommandTest, FindsFaultWithAFileBeforeAnythingIsWritten) {
       {"Name,Designation\nX,J\xE4ger\n", 2, "a character that cannot be sent"},
       {"Folder,Name\nPolymers/Thermoplastics/PEEK,X\n", 2, "is a record and holds no others"},
       {R"({"name":"X","Density":3})", 2, "there is no member \"Density\""},
-      {R"({"name":"X","values":[]})", 2, "\"values\" is no object"},
+      {R"({"name":"X","values":[]})", 2, "\"values\" is not an object"},
       {"Name,Density\n\"X\"Y,1\n", 2, "misplaced quotation mark"},
       {"Name,Composition\nX,\"{\"\"columns\"\":[\"\"Gold\"\"],\"\"rows\"\":[]}\"\n", 2,
        "has no column \"Gold\""},
       {R"([{"name":"X","values":{"Density":{"low":"1"}}}])", 2, "needs a number for \"low\""},
       {R"({"name":"X","values":{"Recyclable":"yes"}})", 2, "takes true or false"},
-      {R"({"name":"X")", 2, "line 1: \"{\"name\":\"X\"\" is no JSON"},
+      {R"({"name":"X")", 2, "line 1: \"{\"name\":\"X\"\" is not JSON"},
       {"Name,Density\nX,1 MPa\n", 1, "does not fit"},
-      {"Name,Durability: sea water\nX,Fair\n", 1, "does not know the word \"Fair\""}};
+      {"Name,Durability: sea water\nX,Fair\n", 2, "has no word \"Fair\"; it has Excellent"}};
   std::string const before = Run(OnMaterials("tree", {})).out;
   for (Row const& row : kRows) {
     Outcome const outcome = Run(OnMaterials("import", {File("bad", row.content)}));
@@ -366,7 +460,7 @@ TEST_F(CommandTest, LetsNoServerSteerTheTerminal) {
        "c\\td\"}}");
   ASSERT_EQ(Run(OnMaterials("import", {File("evil.json")})).code, 0);
   EXPECT_THAT(Run(OnMaterials("get", {"E", "-a", "designation"})).out,
-              HasSubstr("E     a b c d\n"));
+              HasSubstr("  Designation  a b c d\n"));
 }
 
 }  // namespace

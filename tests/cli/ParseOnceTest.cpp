@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "cli/Commands.h"
+#include "lumo/toolkit/Client.h"
 #include "sandbox/http/Server.h"
 #include "sandbox/seed/Seed.h"
 #include "tests/cli/Command.h"
@@ -22,22 +22,16 @@ long RequestsIn(std::string const& log) {
 
 }  // namespace
 
-TEST_F(CommandTest, ReadsEachReplyToGetWhileItIsParsed) {
+TEST_F(CommandTest, ReadsEachReplyToAReadWhileItIsParsed) {
   std::ostringstream log;
   sandbox::ServerOptions serverOptions;
   serverOptions.log = &log;
   Start(sandbox::Content::Minimal, serverOptions);
-  cli::Context context;
-  context.server.url = Url();
-  context.output.file = File("out.csv");
-  context.output.format = cli::Format::Csv;
-  context.isQuiet = true;
-  context.chunk = 1;
-  cli::GetOptions options;
-  options.what.database = "ENG_MATERIALS";
-  options.what.table = "Materials";
+  lumo::ReadOptions options;
+  options.chunkSize = 1;
   int const before = ParsedTexts();
-  Get(context, options);
+  auto const table = lumo::Client::Connect(Url()).OpenTable("ENG_MATERIALS", "Materials");
+  for (lumo::Record const& record : table.All().Read({}, options)) EXPECT_NE(record.Name(), "");
   EXPECT_GT(RequestsIn(log.str()), 5);
   EXPECT_EQ(ParsedTexts() - before, 0) << "a reply was parsed again, as a whole tree";
 }

@@ -1,0 +1,177 @@
+#include <iostream>
+#include <memory>
+#include <utility>
+
+#include "cli/Interrupt.h"
+#include "cli/Options.h"
+#include "lumo/toolkit/Connection.h"
+
+namespace cli {
+
+namespace {
+
+constexpr char kEnvironment[] = R"(Environment:
+  LUMO_URL            address of the server, like --url
+  LUMO_USER           like --user; also LUMO_DOMAIN
+  LUMO_PASSWORD       the password
+  LUMO_PASSWORD_FILE  like --password-file
+  LUMO_LOG_ON         anonymous, password or ticket
+  LUMO_NAMESPACE_BASE like --namespace
+  LUMO_CA_FILE        like --ca-file; also LUMO_CERTIFICATE_FILE and LUMO_KEY_FILE
+  LUMO_PROXY          like --proxy
+  NO_COLOR            no headings in bold
+
+Files:
+  ~/.config/lumo/servers.ini
+                      servers by name, for --server: "[plant]", then lines such as
+                      "url = https://server/service_layer" and "log-on = ticket"
+
+Exit status:
+  0 done, 1 the server reports a fault, 2 wrong usage, 3 log-on refused, 4 no reply,
+  5 partly done, 6 the reply is not understood, 130 interrupted)";
+
+/// Options as manuals print them, "-h, --help", and a footer that keeps its lines.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_option_name(CLI::Option const* option, bool isPositional) const override {
+    if (isPositional) return CLI::Formatter::make_option_name(option, isPositional);
+    std::string name = option->get_name(false, true);
+    for (std::size_t at = 0; (at = name.find(',', at)) != std::string::npos; at += 2) {
+      name.replace(at, 1, ", ");
+    }
+    return name;
+  }
+  std::string make_help(CLI::App const* app, std::string name,
+                        CLI::AppFormatMode mode) const override {
+    std::string text = CLI::Formatter::make_help(app, std::move(name), mode);
+    for (std::size_t at = 0; (at = text.find("\n\n\n")) != std::string::npos;) text.erase(at, 1);
+    std::size_t const command = text.find("[SUBCOMMAND]");
+    if (command != std::string::npos) text.replace(command, 12, "COMMAND ...");
+    return text;
+  }
+  std::string make_option_opts(CLI::Option const* option) const override {
+    if (option->get_type_size() == 0) return "";
+    std::string const type = option->get_type_name();
+    bool const isList = option->get_positional() && option->get_expected_max() > 1;
+    return (type.empty() ? "" : " " + type) + (isList ? " ..." : "");
+  }
+};
+
+constexpr std::size_t kLongestMessage = 600;
+
+/// Tells of a failure in one line, whatever the texts of users and servers in it; gives the code.
+int Told(ExitCode code, std::string const& message) {
+  std::string const line = OneLine(message);
+  if (!line.empty()) std::cerr << "lumo: " << line.substr(0, kLongestMessage) << '\n';
+  return static_cast<int>(code);
+}
+
+}  // namespace
+
+CommandLine::CommandLine() : m_app("Command for materials-information database servers", "lumo") {
+  m_app.formatter(std::make_shared<HelpFormatter>());
+  m_app.get_formatter()->column_width(32);
+  m_app.get_formatter()->label("Positionals", "Arguments");
+  m_app.set_version_flag("--version", "lumo " LUMO_CLI_VERSION,
+                         "print the version, with -v what it was built with");
+  m_app.set_help_flag("-h,--help", "print this");
+  m_app.fallthrough();
+  m_app.footer(kEnvironment);
+  AddServerOptions();
+  for (auto const add : {AddBrowsing, AddUnitLists, AddSearch, AddGet, AddPartitions, AddLinks,
+                         AddImport, AddExport, AddProbe}) {
+    add(*this);
+  }
+}
+
+CLI::App& CommandLine::Add(char const* name, char const* what, std::string const& examples,
+                           std::function<void(Context&)> run) {
+  CLI::App& command = *m_app.add_subcommand(name, what);
+  command.footer(
+      "The server: --url URL, --server NAME of a profile, or --sandbox for made-up data; --user,\n"
+      "--ticket and more stand in lumo --help.\n\n"
+      "Examples:\n" +
+      examples);
+  command.callback([this, run = std::move(run)] { m_run = run; });
+  return command;
+}
+
+int CommandLine::Run(int count, char** texts) try {
+  m_app.parse(count, texts);
+  if (!m_run) Refuse("no command; see lumo --help");
+  m_run(m_context);
+  return 0;
+} catch (CLI::ParseError const& error) {
+  return Explain(error);
+} catch (Failure const& failure) {
+  return Told(failure.Code(), failure.what());
+} catch (lumo::Error const& error) {
+  return Told(ExitCodeOf(error), TextOf(error));
+} catch (std::exception const& error) {
+  return Told(ExitCode::ServerFault, error.what());
+}
+
+int CommandLine::Explain(CLI::ParseError const& error) {
+  if (error.get_exit_code() == 0) {  // help and version
+    int const code = m_app.exit(error);
+    bool const isVersion = dynamic_cast<CLI::CallForVersion const*>(&error) != nullptr;
+    if (isVersion && m_app.count("--verbose") > 0) {
+      std::cout << "vendor namespace: " << lumo::BuiltInNamespace() << '\n';
+    }
+    return code;
+  }
+  return Told(ExitCode::Usage, std::string(error.what()) + "; see lumo --help");
+}
+
+void CommandLine::AddServerOptions() {
+  ServerOptions& server = m_context.server;
+  auto const text = [this](char const* name, std::string& value, char const* what,
+                           char const* type) {
+    return m_app.add_option(name, value, what)->type_name(type);
+  };
+  m_app.option_defaults()->group("Server");
+  CLI::Option* const url = text("--url", server.server, "address of the server", "URL");
+  text("--server", server.server, "a server of ~/.config/lumo/servers.ini", "NAME")->excludes(url);
+  m_app.add_flag("--sandbox", server.useSandbox,
+                 "use a server with made-up data inside this command");
+  m_app
+      .add_option_function<std::string>(
+          "--sandbox-file",
+          [&server](std::string const& file) {
+            server.useSandbox = true;
+            server.sandboxFile = file;
+          },
+          "like --sandbox, and keep its data in this file")
+      ->type_name("FILE");
+  text("--namespace", server.namespaceBase,
+       "base of the server's namespaces, where it is not the built-in one", "URI")
+      ->envname("LUMO_NAMESPACE_BASE");
+  text("--user", server.user, "user to log on as", "NAME");
+  text("--domain", server.domain, "domain of the user", "NAME");
+  text("--password-file", server.passwordFile, "file whose first line is the password", "FILE");
+  m_app.add_flag("--ticket", server.useTicket, "log on with the ticket of the current user");
+  text("--ca-file", server.caFile, "certificates to trust, in PEM form", "FILE");
+  text("--ca-folder", server.caFolder, "folder of such certificates under their hashed names",
+       "FOLDER");
+  text("--certificate", server.certificateFile, "your certificate and key, in PEM form", "FILE");
+  text("--key", server.keyFile, "your key, where it is a file of its own", "FILE");
+  text("--proxy", server.proxy, "address of a proxy", "URL");
+  text("--proxy-user", server.proxyUser, "user to log on to the proxy as", "NAME");
+  text("--proxy-password-file", server.proxyPasswordFile,
+       "file whose first line is the password for the proxy", "FILE");
+  m_app
+      .add_option("--timeout", server.timeoutSeconds,
+                  "longest silence of the server, 0 for any (300)")
+      ->check(Between(0, 1'000'000))
+      ->type_name("SECONDS");
+  m_app
+      .add_option("--retries", server.retries,
+                  "how often a read is tried again when the server does not answer (4)")
+      ->check(Between(0, 100))
+      ->type_name("N");
+  m_app.add_flag("-v,--verbose", server.isVerbose, "print the times of calls");
+  m_app.add_flag("-q,--quiet", m_context.isQuiet, "print neither progress nor notes");
+  m_app.option_defaults()->group("Options");
+}
+
+}  // namespace cli

@@ -1,0 +1,250 @@
+#include "cli/Read.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <optional>
+#include <utility>
+
+#include "cli/Cells.h"
+#include "cli/Progress.h"
+#include "lumo/toolkit/Text.h"
+
+namespace cli {
+namespace {
+
+using Kind = RowColumn::Kind;
+
+/// What the options say of columns, before the server is asked.
+struct Wanted {
+  struct Column {
+    Kind kind;
+    std::string attribute;
+  };
+  std::vector<Column> columns;
+  std::vector<std::string> attributes;  ///< to read, each once; those of the columns first
+};
+
+Wanted::Column ColumnOf(std::string const& text) {
+  constexpr std::pair<char const*, Kind> kHeads[] = {
+      {"id", Kind::Identity},      {"identity", Kind::Identity}, {"guid", Kind::Guid},
+      {"folder", Kind::Folder},    {"name", Kind::Name},         {"full name", Kind::FullName},
+      {"fullName", Kind::FullName}};
+  for (auto const& [word, kind] : kHeads) {
+    if (lumo::EqualIgnoringCase(text, word)) return {kind, ""};
+  }
+  return {Kind::Value, text};
+}
+
+Wanted WantedOf(lumo::Table const& table, ReadChoice const& choice, std::vector<Kind> const& usual,
+                bool withAllAttributes) {
+  Wanted wanted;
+  std::vector<std::string> texts;
+  for (std::size_t at = 0; at < choice.columns.size();) {
+    std::size_t const end = std::min(choice.columns.find(',', at), choice.columns.size());
+    texts.emplace_back(lumo::Trimmed(choice.columns.substr(at, end - at)));
+    at = end + 1;
+  }
+  for (std::string const& text : texts) wanted.columns.push_back(ColumnOf(text));
+  if (texts.empty()) {
+    for (Kind const kind : usual) wanted.columns.push_back({kind, ""});
+  }
+  for (std::string const& name : choice.attributes) wanted.columns.push_back({Kind::Value, name});
+  if (texts.empty() && choice.attributes.empty() && withAllAttributes) {
+    for (auto const& one : table.Attributes()) wanted.columns.push_back({Kind::Value, one.name});
+  }
+  auto const add = [&](std::string& name) {
+    name = table.FindAttribute(name).name;
+    auto const& known = wanted.attributes;
+    if (std::find(known.begin(), known.end(), name) != known.end()) return false;
+    wanted.attributes.push_back(name);
+    return true;
+  };
+  auto const isRepeated = [&](Wanted::Column& column) {
+    return column.kind == Kind::Value && !add(column.attribute);
+  };
+  wanted.columns.erase(std::remove_if(wanted.columns.begin(), wanted.columns.end(), isRepeated),
+                       wanted.columns.end());
+  return wanted;
+}
+
+/// A value by which rows are sorted; those without one come last.
+struct SortKey {
+  std::optional<double> number;
+  std::string text;
+  bool IsEmpty() const { return !number && text.empty(); }
+};
+
+SortKey KeyOf(Row const& row, Wanted::Column const& by, std::size_t place) {
+  switch (by.kind) {
+    case Kind::Identity: return {row.head.id.identity, ""};
+    case Kind::Guid: return {{}, row.head.id.guid};
+    case Kind::Folder: return {{}, row.head.folder};
+    case Kind::Name: return {{}, row.head.name};
+    case Kind::FullName: return {{}, row.head.fullName};
+    default: break;
+  }
+  lumo::Value const& value = row.values[place];
+  if (auto const number = lumo::NumberIn(value)) return {number, ""};
+  return {{}, lumo::Lower(CsvCell(value, ""))};
+}
+
+class Reading {
+ public:
+  Reading(Context& context, ReadChoice const& choice, Wanted wanted)
+      : m_context(context), m_choice(choice), m_wanted(std::move(wanted)) {}
+
+  void Run(lumo::Table const& table) {
+    std::optional<Wanted::Column> by;
+    if (!m_choice.sort.empty()) {
+      by = ColumnOf(m_choice.sort);
+      if (by->kind == Kind::Value) m_sortPlace = PlaceOf(table, by->attribute);
+    }
+    lumo::ReadOptions options = m_context.ReadOptions();
+    m_choice.units.Fill(options);
+    options.withFiles = m_choice.withFiles;
+    lumo::Selection const selection = m_choice.In(table);
+    RowLayout layout;
+    if (m_wanted.attributes.empty()) {
+      std::vector<lumo::RecordHead> heads = selection.Heads(options);
+      Write(layout, by, [&](Take const& take) {
+        for (lumo::RecordHead& head : heads) {
+          if (!take({std::move(head), {}})) break;
+        }
+      });
+      return;
+    }
+    Progress progress("records", m_context.isQuiet);
+    options.onProgress = [&](lumo::Progress const& at) { progress.Show(at); };
+    lumo::RecordStream stream = selection.Read(m_wanted.attributes, options);
+    layout.attributes = stream.Attributes();
+    layout.units = table.Units();
+    Write(layout, by, [&](Take const& take) {
+      std::vector<lumo::Record> chunk;
+      for (bool goOn = true; goOn && stream.NextChunk(chunk);) {
+        progress.Clear();
+        for (lumo::Record const& record : chunk) {
+          if (goOn) goOn = take({record.Head(), record.Values()});
+        }
+        if (m_writer) m_writer->Flush();
+      }
+    });
+  }
+
+ private:
+  using Take = std::function<bool(Row)>;
+
+  std::size_t PlaceOf(lumo::Table const& table, std::string const& name) {
+    std::string const known = table.FindAttribute(name).name;
+    auto& all = m_wanted.attributes;
+    auto const found = std::find(all.begin(), all.end(), known);
+    auto const place = static_cast<std::size_t>(found - all.begin());
+    if (found == all.end()) all.push_back(known);
+    return place;
+  }
+
+  /// Takes what `read` reads, sorts it where that is wanted, and puts it out.
+  template <class Read>
+  void Write(RowLayout& layout, std::optional<Wanted::Column> const& by, Read read) {
+    for (Wanted::Column const& column : m_wanted.columns) {
+      auto const found =
+          std::find(m_wanted.attributes.begin(), m_wanted.attributes.end(), column.attribute);
+      layout.columns.push_back(
+          {column.kind, static_cast<std::size_t>(found - m_wanted.attributes.begin())});
+    }
+    OutputOptions const& output = m_context.output;
+    Sink sink(output.file);
+    m_writer = MakeRowWriter(output, layout, sink);
+    std::size_t const most =
+        m_choice.limit == 0 ? std::numeric_limits<std::size_t>::max() : m_choice.limit;
+    std::size_t count = 0;
+    try {
+      if (by) {
+        std::vector<Row> rows;
+        read([&](Row row) {
+          rows.push_back(std::move(row));
+          return true;
+        });
+        Sort(rows, *by);
+        for (; count < std::min(rows.size(), most); ++count) m_writer->Write(rows[count]);
+      } else {
+        read([&](Row const& row) {
+          m_writer->Write(row);
+          return ++count < most;
+        });
+      }
+    } catch (lumo::Error const& error) {
+      if (count == 0) throw;
+      m_writer->End();
+      throw After(error, Count(count, "record"));
+    }
+    m_writer->End();
+    sink.Finish();
+    m_writer.reset();
+    m_written = count;
+  }
+
+  void Sort(std::vector<Row>& rows, Wanted::Column const& by) const {
+    auto const comesFirst = [&](Row const& a, Row const& b) {
+      SortKey const first = KeyOf(a, by, m_sortPlace);
+      SortKey const second = KeyOf(b, by, m_sortPlace);
+      if (first.IsEmpty() || second.IsEmpty()) return !first.IsEmpty() && second.IsEmpty();
+      auto const isLess = [](SortKey const& x, SortKey const& y) {
+        return x.number && y.number ? *x.number < *y.number : x.text < y.text;
+      };
+      return m_choice.isDescending ? isLess(second, first) : isLess(first, second);
+    };
+    std::stable_sort(rows.begin(), rows.end(), comesFirst);
+  }
+
+ public:
+  std::size_t Written() const { return m_written; }
+
+ private:
+  Context& m_context;
+  ReadChoice const& m_choice;
+  Wanted m_wanted;
+  std::size_t m_sortPlace = 0;
+  std::unique_ptr<RowWriter> m_writer;
+  std::size_t m_written = 0;
+};
+
+}  // namespace
+
+void AddReading(CLI::App& command, ReadChoice& choice) {
+  command.add_option("-a,--attribute", choice.attributes, "attribute to print, once for each")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  command
+      .add_option("--columns", choice.columns,
+                  "what to print, with commas between: id, guid, folder, name, full name, and "
+                  "attributes")
+      ->type_name("LIST")
+      ->check(NotEmpty());
+  command.add_option("--sort", choice.sort, "order by this attribute or column, missing ones last")
+      ->type_name("NAME")
+      ->check(NotEmpty());
+  command.add_flag("--descending", choice.isDescending, "the largest first")->needs("--sort");
+  command.add_option("--limit", choice.limit, "records to print at most")
+      ->check(Between(1, 1'000'000'000))
+      ->type_name("N");
+  AddUnits(command, choice.units);
+}
+
+void AddWork(CLI::App& command, Context& context) {
+  command.add_option("-j,--jobs", context.jobs, "connections to read over (4)")
+      ->check(Between(1, 64))
+      ->type_name("N");
+  command.add_option("--chunk", context.chunk, "records in a call (by their size)")
+      ->check(Between(1, 100'000))
+      ->type_name("N");
+}
+
+std::size_t PutOutRecords(Context& context, lumo::Table const& table, ReadChoice const& choice,
+                          std::vector<Kind> const& usual, bool withAllAttributes) {
+  Reading reading(context, choice, WantedOf(table, choice, usual, withAllAttributes));
+  reading.Run(table);
+  return reading.Written();
+}
+
+}  // namespace cli

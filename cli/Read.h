@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/Options.h"
+#include "cli/Rows.h"
+#include "lumo/toolkit/Partition.h"
+
+namespace cli {
+
+/// Which records, what of them, in which order and how many.
+struct ReadChoice : RecordChoice {
+  std::vector<std::string> attributes;
+  std::string columns;  ///< names with commas between them
+  std::string sort;
+  bool isDescending = false;
+  std::size_t limit = 0;  ///< 0: all
+  UnitChoice units;
+  bool withFiles = false;
+};
+
+/// --sort, --descending, --limit, --columns and --attribute.
+void AddReading(CLI::App& command, ReadChoice& choice);
+/// --jobs and --chunk.
+void AddWork(CLI::App& command, Context& context);
+
+/// Reads records and puts them out; gives how many. The columns before the
+/// values are `usual` where none are named.
+std::size_t PutOutRecords(Context& context, lumo::Table const& table, ReadChoice const& choice,
+                          std::vector<RowColumn::Kind> const& usual, bool withAllAttributes);
+
+}  // namespace cli

@@ -1,0 +1,160 @@
+#include "cli/Rows.h"
+
+#include <utility>
+
+#include "cli/Cells.h"
+
+namespace cli {
+namespace {
+
+using lumo::AttributeType;
+using Kind = RowColumn::Kind;
+
+/// Columns of CSV that one attribute takes, and what stands in them.
+class CsvWriter : public RowWriter {
+ public:
+  CsvWriter(OutputOptions const& options, RowLayout const& layout, Sink& sink)
+      : m_options(options), m_layout(layout), m_table(options, sink, Headings()) {}
+
+  void Write(Row const& row) override {
+    std::vector<Json> cells;
+    for (RowColumn const& column : m_layout.columns) {
+      if (column.kind != Kind::Value) {
+        cells.push_back(m_layout.HeadCell(row, column));
+      } else {
+        AddCells(row.values[column.place], m_layout.AttributeOf(column), cells);
+      }
+    }
+    m_table.Add(cells);
+  }
+  void End() override { m_table.End(); }
+
+ private:
+  bool IsSplit(lumo::Attribute const& attribute) const {
+    return m_options.ranges == Ranges::Split && attribute.type == AttributeType::Range;
+  }
+  /// Whether a column of its own holds what is more than one figure.
+  bool HasPoints(lumo::Attribute const& attribute) const {
+    return m_options.ranges != Ranges::Text && attribute.type == AttributeType::Number &&
+           !attribute.parameters.empty();
+  }
+
+  std::vector<std::string> Headings() const {
+    std::vector<std::string> headings;
+    for (RowColumn const& column : m_layout.columns) {
+      if (column.kind != Kind::Value) {
+        headings.push_back(m_layout.HeadingOf(column));
+        continue;
+      }
+      lumo::Attribute const& attribute = m_layout.AttributeOf(column);
+      if (!IsSplit(attribute)) {
+        headings.push_back(WithUnit(attribute.name, attribute.unit));
+      } else {
+        headings.push_back(WithUnit(attribute.name + " low", attribute.unit));
+        headings.push_back(WithUnit(attribute.name + " high", attribute.unit));
+      }
+      if (HasPoints(attribute)) headings.push_back(attribute.name + " points");
+    }
+    return headings;
+  }
+
+  Json Converted(std::optional<double> const& figure, std::string const& unit,
+                 lumo::Attribute const& attribute) const {
+    return figure ? JsonOf(m_layout.units.Convert(*figure, unit, attribute.unit)) : Json();
+  }
+
+  void AddCells(lumo::Value const& value, lumo::Attribute const& attribute,
+                std::vector<Json>& cells) const {
+    bool const isFigure =
+        attribute.type == AttributeType::Range || attribute.type == AttributeType::Number;
+    if (m_options.ranges == Ranges::Text || !isFigure) {
+      std::string text = CsvCell(value, attribute.unit);
+      cells.push_back(std::move(text));
+      return;
+    }
+    if (IsSplit(attribute)) {
+      auto const* const range = std::get_if<lumo::Range>(&value);
+      cells.push_back(range ? Converted(range->low, range->unit, attribute) : Json());
+      cells.push_back(range ? Converted(range->high, range->unit, attribute) : Json());
+    } else {
+      cells.push_back(Converted(lumo::NumberIn(value), lumo::UnitIn(value), attribute));
+    }
+    if (!HasPoints(attribute)) return;
+    bool const isMore = std::holds_alternative<lumo::Points>(value);
+    cells.push_back(isMore ? Json(CsvCell(value, attribute.unit)) : Json());
+  }
+
+  OutputOptions const& m_options;
+  RowLayout const& m_layout;
+  TableWriter m_table;
+};
+
+class JsonWriter : public RowWriter {
+ public:
+  JsonWriter(OutputOptions const& options, RowLayout const& layout, Sink& sink)
+      : m_layout(layout), m_table(options, sink, {}) {}
+
+  void Write(Row const& row) override {
+    Json object = Json::object();
+    Json values = Json::object();
+    bool hasValues = false;
+    for (RowColumn const& column : m_layout.columns) {
+      switch (column.kind) {
+        case Kind::Identity: object["identity"] = row.head.id.identity; break;
+        case Kind::Guid: object["guid"] = row.head.id.guid; break;
+        case Kind::Folder: object["folder"] = row.head.folder; break;
+        case Kind::Name: object["name"] = row.head.name; break;
+        case Kind::FullName: object["fullName"] = row.head.fullName; break;
+        case Kind::Value: {
+          hasValues = true;
+          Json value = JsonOf(row.values[column.place]);
+          if (!value.is_null()) values[m_layout.AttributeOf(column).name] = std::move(value);
+        }
+      }
+    }
+    if (hasValues) object["values"] = std::move(values);
+    m_table.AddObject(object);
+  }
+  void End() override { m_table.End(); }
+
+ private:
+  RowLayout const& m_layout;
+  TableWriter m_table;
+};
+
+}  // namespace
+
+std::string RowLayout::HeadingOf(RowColumn const& column) const {
+  switch (column.kind) {
+    case Kind::Identity: return "Identity";
+    case Kind::Guid: return "GUID";
+    case Kind::Folder: return "Folder";
+    case Kind::Name: return "Name";
+    case Kind::FullName: return "Full name";
+    default: return WithUnit(AttributeOf(column).name, AttributeOf(column).unit);
+  }
+}
+
+Json RowLayout::HeadCell(Row const& row, RowColumn const& column) const {
+  switch (column.kind) {
+    case Kind::Identity: return row.head.id.identity;
+    case Kind::Guid: return row.head.id.guid;
+    case Kind::Folder: return row.head.folder;
+    case Kind::Name: return row.head.name;
+    case Kind::FullName: return row.head.fullName;
+    default: return nullptr;
+  }
+}
+
+std::unique_ptr<RowWriter> MakeRowWriter(OutputOptions const& options, RowLayout const& layout,
+                                         Sink& sink) {
+  switch (options.format) {
+    case Format::Csv: return std::make_unique<CsvWriter>(options, layout, sink);
+    case Format::JsonArray:
+    case Format::NdJson: return std::make_unique<JsonWriter>(options, layout, sink);
+    case Format::Plot: return MakePlotWriter(layout, sink);
+    default: return MakeTextWriter(options, layout, sink);
+  }
+}
+
+}  // namespace cli

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/Output.h"
+#include "lumo/toolkit/Attribute.h"
+#include "lumo/toolkit/RecordHead.h"
+#include "lumo/toolkit/Units.h"
+
+namespace cli {
+
+/// A record with the values of some attributes.
+struct Row {
+  lumo::RecordHead head = {};
+  std::vector<lumo::Value> values = {};  ///< in the order of `RowLayout::attributes`
+};
+
+/// One column of a list of records.
+struct RowColumn {
+  enum class Kind { Identity, Guid, Folder, Name, FullName, Value };
+  Kind kind = Kind::Value;
+  std::size_t place = 0;  ///< of the attribute
+};
+
+/// What is shown of records.
+struct RowLayout {
+  std::vector<lumo::Attribute> attributes;  ///< that were read, with the units of their figures
+  lumo::Units units;
+  std::vector<RowColumn> columns;
+
+  /// Of a column that shows a value.
+  lumo::Attribute const& AttributeOf(RowColumn const& column) const {
+    return attributes[column.place];
+  }
+  std::string HeadingOf(RowColumn const& column) const;
+  /// What stands there; null for a column that shows a value.
+  Json HeadCell(Row const& row, RowColumn const& column) const;
+};
+
+/// Puts records out in one of the forms.
+class RowWriter {
+ public:
+  RowWriter() = default;
+  virtual ~RowWriter() = default;
+  RowWriter(RowWriter const&) = delete;
+  RowWriter& operator=(RowWriter const&) = delete;
+
+  virtual void Write(Row const& row) = 0;
+  /// Called after each chunk.
+  virtual void Flush() {}
+  /// Ends the list, also one that a failure has cut.
+  virtual void End() = 0;
+};
+
+/// In the form that the options name.
+std::unique_ptr<RowWriter> MakeRowWriter(OutputOptions const& options, RowLayout const& layout,
+                                         Sink& sink);
+/// Text for reading: a line for each record, or one for each attribute.
+std::unique_ptr<RowWriter> MakeTextWriter(OutputOptions const& options, RowLayout const& layout,
+                                          Sink& sink);
+/// Curves, those of all records in one frame.
+std::unique_ptr<RowWriter> MakePlotWriter(RowLayout const& layout, Sink& sink);
+
+}  // namespace cli
