@@ -11,6 +11,7 @@
 #include "lumo/toolkit/DatabaseInfo.h"
 #include "lumo/toolkit/Doctor.h"
 #include "lumo/toolkit/Error.h"
+#include "lumo/toolkit/Import.h"
 #include "lumo/toolkit/Numbers.h"
 #include "lumo/toolkit/Options.h"
 #include "lumo/toolkit/Partition.h"

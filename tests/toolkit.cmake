@@ -22,4 +22,13 @@ if(LUMO_BUILD_TOOLKIT AND LUMO_BUILD_SANDBOX)
     toolkit/SearchTest.cpp)
   target_link_libraries(toolkit_sandbox_tests PRIVATE Lumo::Toolkit lumo_sandbox_parts)
   add_test(NAME toolkit.WorksOnTheSandbox COMMAND toolkit_sandbox_tests)
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
+  lumo_add_tests(toolkit_import_tests
+    support/Main.cpp
+    toolkit/ImportServer.cpp
+    toolkit/ImportTest.cpp)
+  target_link_libraries(toolkit_import_tests
+    PRIVATE Lumo::Toolkit lumo_sandbox_parts PkgConfig::HTTPLIB)
+  add_test(NAME toolkit.ImportsWhatItMay COMMAND toolkit_import_tests)
 endif()

@@ -56,6 +56,8 @@ std::vector<std::string> const& Table::Currencies() const {
 }
 Units const& Table::Units() const { return m_opened->info.KnownUnits(*m_opened->pool->Lend()); }
 
+Import Table::NewImport() const { return Import(m_opened); }
+
 Selection Table::All() const {
   auto parts = std::make_shared<SelectionParts>();
   parts->table = m_opened;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "lumo/toolkit/DatabaseInfo.h"
+#include "lumo/toolkit/Import.h"
 #include "lumo/toolkit/Options.h"
 #include "lumo/toolkit/Selection.h"
 #include "lumo/toolkit/Units.h"
@@ -45,6 +46,8 @@ class LUMO_API Table {
   /// with all. Throws `Error`: NotFound, with names that are alike; Ambiguous.
   Record Get(std::string const& nameOrId, std::vector<std::string> const& attributes = {},
              ReadOptions const& options = {}) const;
+  /// Makes and changes records of this table; see `Import`.
+  Import NewImport() const;
   /// The table and its connections, for the project's other parts.
   std::shared_ptr<OpenedTable> const& Opened() const { return m_opened; }
 

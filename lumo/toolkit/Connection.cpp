@@ -63,6 +63,7 @@ CallEvent EventOf(ServiceLayerResponse const& outcome, std::optional<FailedTry> 
 Error LostChange(Error const& error) {
   ErrorDetails details = error.Details();
   details.hint = {HintCode::LookBeforeRepeating};
+  details.attempts = {{1, error.Code(), error.what(), std::chrono::milliseconds(0)}};
   return {ErrorCode::OutcomeUnknown,
           std::string("the change was sent and its reply was lost: ") + error.what(),
           std::move(details)};

@@ -135,7 +135,8 @@ class LUMO_API Error : public std::runtime_error {
   /// The first 2 KB of a reply that is not a service layer's.
   std::string const& BodyStart() const { return m_details->bodyStart; }
   lumo::Hint const& Hint() const { return m_details->hint; }
-  /// All tries of a call that was repeated, this last one too; empty for a call made once.
+  /// All tries of a call that was repeated, this last one too; empty for a read made once. A change
+  /// whose outcome is unknown has its one try, whose code says how the reply was lost.
   std::vector<Attempt> const& Attempts() const { return m_details->attempts; }
   /// How many records a read had handed over before it failed.
   std::size_t RecordsDone() const { return m_details->recordsDone; }

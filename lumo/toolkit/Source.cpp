@@ -25,12 +25,14 @@ void KeepThoseIn(std::vector<RecordHead>& heads, std::vector<RecordHead> const& 
       heads.end());
 }
 
-/// Reads values of a list of records over several connections, on behalf of one of them.
+}  // namespace
+
 void ReadValues(Connection& connection, std::shared_ptr<OpenedTable> const& table,
                 std::vector<RecordHead> const& records, std::vector<std::string> const& attributes,
+                ReadOptions const& readOptions,
                 std::function<void(std::size_t, std::vector<Value> const&)> const& take) {
-  auto const plan = std::make_shared<ReadPlan const>(connection, table, attributes, ReadOptions());
-  auto const size = std::make_shared<ChunkSize>(0, attributes.size(), false);
+  auto const plan = std::make_shared<ReadPlan const>(connection, table, attributes, readOptions);
+  auto const size = std::make_shared<ChunkSize>(0, attributes.size(), readOptions.withFiles);
   CallScope const scope = connection.Scope();
   PipelineOptions options;
   options.cancel = scope.cancel;
@@ -56,8 +58,6 @@ void ReadValues(Connection& connection, std::shared_ptr<OpenedTable> const& tabl
   }
 }
 
-}  // namespace
-
 RecordSource::RecordSource(std::shared_ptr<SelectionParts const> what,
                            std::function<std::size_t()> size)
     : m_what(std::move(what)), m_size(std::move(size)) {}
@@ -79,7 +79,7 @@ std::vector<RecordHead> RecordSource::Search(Connection& connection) const {
   std::vector<RecordHead> found;
   if (!m_what->conditions.empty()) {
     auto const read = [&](auto const& records, auto const& attributes, auto const& take) {
-      ReadValues(connection, m_what->table, records, attributes, take);
+      ReadValues(connection, m_what->table, records, attributes, ReadOptions(), take);
     };
     found = FindWhere(connection, table, ConditionOf(connection), m_what->subset, read);
   }

@@ -29,6 +29,14 @@ struct SelectionParts {
   bool IsSearch() const { return !text.empty() || !name.empty() || !conditions.empty(); }
 };
 
+/// Reads values of a list of records over several connections, on behalf of one of them, and hands
+/// them over in the order of the list. Of the options only units and files count.
+LUMO_API void ReadValues(
+    Connection& connection, std::shared_ptr<OpenedTable> const& table,
+    std::vector<RecordHead> const& records, std::vector<std::string> const& attributes,
+    ReadOptions const& readOptions,
+    std::function<void(std::size_t place, std::vector<Value> const& values)> const& take);
+
 /// Hands out the records that are meant in chunks, with their folders: those that were named or
 /// found, or else the whole tree, folder by folder. Not installed.
 class LUMO_API RecordSource {

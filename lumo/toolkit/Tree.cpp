@@ -7,6 +7,7 @@
 #include "lumo/toolkit/Names.h"
 #include "lumo/toolkit/Numbers.h"
 #include "lumo/toolkit/Text.h"
+#include "lumo/toolkit/TreeCalls.h"
 
 namespace lumo {
 namespace {
@@ -16,16 +17,6 @@ constexpr std::size_t kDeepest = 1000;
 /// Candidates that are looked up and shown.
 constexpr std::size_t kFewRecords = 8;
 constexpr std::string_view kIdentity = "id:";
-
-RecordId IdOf(NamedRecord const& record, std::string const& dbKey) {
-  auto const reference = record.GetRecordReference();
-  if (!reference) return {dbKey, 0, ""};
-  return {dbKey, reference->GetIdentity(), reference->GetRecordGUID()};
-}
-
-RecordHead HeadOf(NamedRecord const& record, std::string const& dbKey) {
-  return {IdOf(record, dbKey), record.GetShortName(), record.GetLongName(), ""};
-}
 
 std::vector<RecordHead> HeadsOf(SimpleTextSearchResponse const& found, TableInfo const& table) {
   std::vector<RecordHead> heads;
@@ -42,44 +33,11 @@ bool LooksLikeGuid(std::string const& text) {
          text[23] == '-';
 }
 
-bool IsFolder(TreeRecord const& record) {
-  return record.GetHasChildren() || EqualIgnoringCase(record.GetType(), "Folder");
-}
-
 std::vector<SmartPtr<RecordReference>> ReferencesTo(std::vector<RecordHead> const& records) {
   std::vector<SmartPtr<RecordReference>> references;
   references.reserve(records.size());
   for (RecordHead const& record : records) references.push_back(ReferenceTo(record.id));
   return references;
-}
-
-std::vector<SmartPtr<TreeRecord>> TreeRecordsOf(
-    Connection& connection, std::vector<SmartPtr<RecordReference>> const& records) {
-  auto const request = GetTreeRecordsRequest::CreateOne();
-  for (auto const& record : records) request->AddRecord(record);
-  auto const found = connection.Ask<GetTreeRecordsResponse>([&](auto* into) {
-    connection.Browse()->GetGetTreeRecordsImpl()->RequestTreeNodes(request, into);
-  });
-  std::vector<SmartPtr<TreeRecord>> there;
-  for (auto const& record : found->AccessTreeRecords()) {
-    if (record && record->GetRecordReference()) there.push_back(record);
-  }
-  return there;
-}
-
-std::vector<SmartPtr<TreeRecord>> ChildrenOf(Connection& connection, RecordId const& parent,
-                                             SmartPtr<RecordFilter> const& filter) {
-  auto const request = GetChildNodes::CreateOne();
-  request->SetParent(ReferenceTo(parent));
-  request->SetRecordFilter(filter);
-  auto const found = connection.Ask<GetChildNodesResponse>([&](auto* into) {
-    connection.Browse()->GetGetChildNodesImpl()->RequestChildNodes(request, into);
-  });
-  std::vector<SmartPtr<TreeRecord>> children;
-  for (auto const& child : found->AccessTreeRecords()) {
-    if (child && child->GetRecordReference()) children.push_back(child);
-  }
-  return children;
 }
 
 /// The record that a reference names; nothing when the server knows none.

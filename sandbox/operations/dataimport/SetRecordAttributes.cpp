@@ -130,6 +130,13 @@ int Import(Store& store, pugi::xml_node node) {
         value.attribute.isPseudo ? std::nullopt : AttributeIn(store, value.attribute, tableId);
     if (!attribute) throw Fault("the table has no attribute \"" + value.attribute.name + "\"");
     Checker in(value.value);
+    if (auto const empty = in.Optional("zbt:Empty")) {  // takes the value away
+      Checker(empty).End();
+      in.End();
+      store.Insert("DELETE FROM attribute_value WHERE record_id = ? AND attribute_id = ?",
+                   {Id(row), Id(attribute->id)});
+      continue;
+    }
     StoredValue const stored =
         ReadImportValue(store, in, *attribute, CurrentValue(store, row, attribute->id));
     in.End();

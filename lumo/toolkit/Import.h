@@ -1,0 +1,182 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "lumo/toolkit/Attribute.h"
+#include "lumo/toolkit/Error.h"
+#include "lumo/toolkit/Options.h"
+
+namespace lumo {
+
+class Client;
+class Table;
+struct OpenedTable;
+
+/// A text as somebody typed it: "2.8 to 2.9", "> 3", "~7.8 g/cm^3", "yes", "Good; Excellent",
+/// "2026-03-17". What it means depends on the attribute.
+struct TypedText {
+  std::string text = {};
+  /// Of figures that have none behind them, such as a heading says it; empty for the attribute's.
+  std::string unit = {};
+  bool hasDecimalComma = false;
+};
+
+/// What a row has for an attribute. Nothing and an empty text leave the record as it is.
+struct ImportValue {
+  std::string attribute = {};
+  std::variant<Value, TypedText> content = {};
+};
+
+/// What is wrong with a row.
+struct RowFault {
+  std::string attribute = {};  ///< empty for the row as such
+  std::string why = {};
+};
+
+/// A record to make or to change.
+///
+/// Which record it is, is told by `id` (a GUID, or an identity), or by folder and name, or by the
+/// name alone when the table has it once. What is not there is made.
+struct ImportRow {
+  std::size_t number = 0;     ///< of the row in its source; 0 counts the rows from 1
+  RecordId id = {};           ///< its `database` is of no matter
+  std::string folder = {};    ///< "Metals/Steels"; empty: wherever the name is, or the top
+  std::string name = {};      ///< that the tree shows
+  std::string fullName = {};  ///< empty for that which the record has
+  std::vector<ImportValue> values = {};
+  std::vector<std::string> clears = {};  ///< attributes whose values are to go
+  std::vector<RowFault> faults = {};     ///< found by whoever read the row
+};
+
+/// What becomes of a value.
+struct ValueChange {
+  std::string attribute = {};
+  std::string before = {};  ///< for people, in the attribute's unit; empty for none
+  std::string after = {};
+};
+
+/// What is to become, or has become, of a row.
+struct RowVerdict {
+  enum class Kind {
+    Create,  ///< a record is made
+    Change,
+    Same,     ///< the record has all of it already; nothing is sent
+    Refused,  ///< `faults` say why
+    Waiting   ///< after a run that stopped: not sent
+  };
+  Kind kind = Kind::Same;
+  std::size_t row = 0;
+  RecordId id = {};  ///< of the record; without identity when there is none
+  std::string folder = {};
+  std::string name = {};
+  std::vector<ValueChange> changes = {};
+  std::vector<RowFault> faults = {};
+  std::vector<std::string> notes = {};  ///< what a person might want to know
+};
+
+/// "create", "change", "same", "refused", "waiting".
+LUMO_API char const* NameOf(RowVerdict::Kind kind);
+
+struct ImportReport {
+  std::vector<RowVerdict> rows = {};  ///< in the order of the input
+  /// Faults of the whole input, such as a heading that means nothing; nothing is sent then.
+  std::vector<RowFault> faults = {};
+  std::vector<std::string> newFolders = {};  ///< paths
+  /// Why a run ended early; what was done is in the journal and can be resumed or undone.
+  std::optional<Error> stopped = {};
+  bool isWritten = false;  ///< false when only looked at: the preflight, or one that found faults
+
+  LUMO_API std::size_t Count(RowVerdict::Kind kind) const;
+  /// No faults, nothing waiting, and not stopped.
+  LUMO_API bool IsComplete() const;
+};
+
+struct ImportOptions {
+  bool makesFolders =
+      false;  ///< folders that are missing are made, otherwise rows for them refused
+  /// Rows with faults, or which the server refuses, are left out; otherwise nothing is sent when a
+  /// row has a fault, and the run ends behind the first chunk with a row that the server refuses.
+  bool keepsGoing = false;
+  std::size_t chunkSize = 100;    ///< records in a call
+  std::size_t longestText = 255;  ///< characters of names and short texts; 0 for any
+  std::string source = {};        ///< what the rows come from, for the journal
+  /// How long after a request whose reply is missing the server may still be at work on it, so that
+  /// the look-up that settles it waits.
+  std::chrono::milliseconds settleAfter{3000};
+  CancellationToken cancel = {};
+  /// On the caller's thread, at each chunk.
+  std::function<void(Progress const&)> onProgress = {};
+};
+
+/// Makes and changes records of a table:
+///
+///     lumo::Import import = table.NewImport();
+///     import.Add("Metals/Steels", "C45", {{"Density", lumo::Quantity{7.85, "g/cm^3"}}});
+///     lumo::ImportReport const report = import.Run("today.journal");
+///
+/// A row is looked at before anything is sent, and all faults of all rows are told at once. Each
+/// chunk is written to a journal, a file, before it goes out. A run that was ended by whatever goes
+/// on with `Resume` and makes nothing twice; `Undo` writes the old values back. See docs/import.md.
+class LUMO_API Import {
+ public:
+  Import(Import&&) noexcept;
+  Import& operator=(Import&&) noexcept;
+  ~Import();
+
+  Import& Add(ImportRow row);
+  Import& Add(std::string const& folder, std::string const& name,
+              std::vector<std::pair<std::string, Value>> const& values);
+
+  /// Reads cells that begin with "{" or "[", which are not texts that people type; throws `Error`
+  /// (InvalidArgument).
+  using CellReader = std::function<Value(std::string const& text, Attribute const& attribute)>;
+  struct SheetOptions {
+    bool hasDecimalComma = false;
+    std::size_t headingRow = 1;  ///< its number; the others follow
+    CellReader readCell = {};
+  };
+  /// A sheet of texts. The headings are Folder, Name, Full name, Identity, GUID, and attributes
+  /// with a unit perhaps: "Density [g/cm^3]" or "Density (g/cm^3)". Empty rows and empty columns at
+  /// the end are of no matter. Asks for the table's attributes; throws `Error`.
+  Import& AddSheet(std::vector<std::string> const& headings,
+                   std::vector<std::vector<std::string>> const& rows, SheetOptions const& options);
+  /// A fault of the whole input.
+  void AddFault(RowFault fault);
+  std::size_t Size() const;
+
+  /// What a run would do, and all faults of all rows. Sends reads only. Throws `Error` when these
+  /// fail.
+  ImportReport Preflight(ImportOptions const& options = {}) const;
+  /// Does it. `journal` must not exist yet, and is not made when there is nothing to send. Throws
+  /// `Error` before something was sent; from then on the report says why it stopped.
+  ImportReport Run(std::filesystem::path const& journal, ImportOptions const& options = {}) const;
+
+  /// Goes on with a run that ended early, for whatever reason. First it looks up what came of the
+  /// last request. Throws `Error` for a file that is not a journal, is in use, or belongs to
+  /// another server.
+  static ImportReport Resume(Client const& client, std::filesystem::path const& journal,
+                             ImportOptions const& options = {});
+  /// Writes the old values of changed records back. A value that is not what the import wrote is
+  /// left alone. Each row of the report that is `Refused` cannot be undone, records that were made
+  /// among them, and says why; `Change` was undone now, `Same` needed nothing.
+  static ImportReport Undo(Client const& client, std::filesystem::path const& journal,
+                           ImportOptions const& options = {});
+
+ private:
+  friend class Table;
+  struct Parts;
+  explicit Import(std::shared_ptr<OpenedTable> table);
+
+  std::unique_ptr<Parts> m_parts;
+};
+
+}  // namespace lumo

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "lumo/toolkit/Journal.h"
+#include "lumo/toolkit/OpenedTable.h"
+
+namespace lumo {
+
+/// Sends what a journal holds, chunk by chunk. Each request is in the journal before it goes out.
+/// One whose reply is lost is settled by a look-up, and only what is not there then is sent again.
+/// Not installed.
+class ImportRun {
+ public:
+  ImportRun(std::shared_ptr<OpenedTable> table, Journal& journal, ImportOptions options);
+
+  /// Begins with what an earlier run left behind. The report says why it stopped, if it did.
+  ImportReport Go();
+  /// Finds out what came of the last requests of a run that was ended.
+  void SettleLeftovers();
+
+ private:
+  using Steps = std::vector<Step>;
+  using Folders = std::vector<FolderStep>;
+
+  void SendAll();
+  void Tell();
+  void Wait(std::chrono::system_clock::time_point until);
+  template <class List, class LookFor>
+  List Settle(List left, LookFor lookFor);
+  template <class List, class Once, class LookFor>
+  List Repeat(List left, Once once, LookFor lookFor);
+
+  void Send(Steps steps);
+  Steps SendOnce(Steps const& steps);
+  Steps AfterFault(Steps const& steps, Error const& error);
+  void NoteDone(Steps const& steps);
+  void GiveFullNames(Steps const& steps);
+  /// Those of the steps that have not happened; notes the others.
+  Steps Look(Steps const& steps);
+
+  bool MakeFolders(Steps const& steps);
+  void SendFolder(FolderStep const& folder);
+  Folders LookForFolders(Folders const& folders);
+  Steps WithParents(Steps steps);
+
+  std::shared_ptr<OpenedTable> m_table;
+  Journal& m_journal;
+  ImportOptions m_options;
+  std::shared_ptr<Connection> m_connection;
+  std::map<std::string, FolderStep> m_folders;
+  std::size_t m_total = 0;
+  bool m_hasRefused = false;
+  bool m_keepsWhatIsRefused = false;  ///< the server does not undo all of a refused request
+};
+
+}  // namespace lumo
