@@ -2,6 +2,7 @@ lumo_add_tests(unit
   support/Main.cpp
   EveryClassTest.cpp
   platform/Base64Test.cpp
+  platform/ObjectMemoryTest.cpp
   platform/SmartPtrTest.cpp
   xml/GrowingTreeTest.cpp
   xml/XmlTest.cpp
