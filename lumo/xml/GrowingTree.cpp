@@ -50,6 +50,7 @@ class GrowingTree {
   void DropItem();
 
   bool StartElement(XmlNode<char>& element, std::string_view name);
+  bool ReadLeaf(XmlNode<char>& element);
   void ReadContent(XmlNode<char>& top);
   void AppendText(XmlNode<char>& element);
   std::string_view TextOf(RawText const& raw);
@@ -195,6 +196,15 @@ bool GrowingTree::StartElement(XmlNode<char>& element, std::string_view name) {
   return m_xml.EndStartTag();
 }
 
+/// Reads to the end tag when there is text alone, as in most elements.
+bool GrowingTree::ReadLeaf(XmlNode<char>& element) {
+  if (!m_xml.IsAtText()) return false;
+  AppendText(element);
+  if (!m_xml.IsAtEndTag()) return false;
+  m_xml.EndTag(NameOf(element));
+  return true;
+}
+
 /// Reads everything to the end tag of an element, without recursion.
 void GrowingTree::ReadContent(XmlNode<char>& top) {
   XmlNode<char>* element = &top;
@@ -204,7 +214,7 @@ void GrowingTree::ReadContent(XmlNode<char>& top) {
         if (depth == kMaxDepth) throw NotPlain();
         XmlNode<char>* const child = m_pool.MakeNode(rapidxml::node_element);
         element->append_node(child);
-        if (!StartElement(*child, m_xml.StartTag())) break;
+        if (!StartElement(*child, m_xml.StartTag()) || ReadLeaf(*child)) break;
         element = child;
         ++depth;
         break;

@@ -15,11 +15,12 @@ namespace lumo {
 class NodePool {
  public:
   struct Mark {
-    std::size_t block = 0;
-    std::size_t used = 0;
+    std::size_t blocks = 0;  // up to the one in use
+    char* next = nullptr;    // what is free of it
+    char* end = nullptr;
   };
-  Mark GetMark() const { return m_next; }
-  void ReturnTo(Mark const& mark) { m_next = mark; }
+  Mark GetMark() const { return m_free; }
+  void ReturnTo(Mark const& mark) { m_free = mark; }
 
   XmlNode<char>* MakeNode(rapidxml::node_type type) {
     return new (Take(sizeof(XmlNode<char>))) XmlNode<char>(type);
@@ -34,15 +35,16 @@ class NodePool {
 
   void* Take(std::size_t size) {
     size = (size + alignof(void*) - 1) & ~(alignof(void*) - 1);
-    while (m_next.block == m_blocks.size() || size > m_blocks[m_next.block].size - m_next.used)
-      MoveOn(size);
-    return m_blocks[m_next.block].memory.get() + std::exchange(m_next.used, m_next.used + size);
+    while (size > static_cast<std::size_t>(m_free.end - m_free.next)) MoveOn(size);
+    return std::exchange(m_free.next, m_free.next + size);
   }
   void MoveOn(std::size_t size) {
-    if (m_next.block < m_blocks.size()) m_next = {m_next.block + 1, 0};
-    if (m_next.block < m_blocks.size()) return;
-    std::size_t const blockSize = size > kBlock ? size : kBlock;
-    m_blocks.push_back({std::unique_ptr<char[]>(new char[blockSize]), blockSize});
+    if (m_free.blocks == m_blocks.size()) {
+      std::size_t const blockSize = size > kBlock ? size : kBlock;
+      m_blocks.push_back({std::unique_ptr<char[]>(new char[blockSize]), blockSize});
+    }
+    Block const& block = m_blocks[m_free.blocks];
+    m_free = {m_free.blocks + 1, block.memory.get(), block.memory.get() + block.size};
   }
 
   struct Block {
@@ -50,7 +52,7 @@ class NodePool {
     std::size_t size;
   };
   std::vector<Block> m_blocks;
-  Mark m_next;
+  Mark m_free;
 };
 
 }  // namespace lumo

@@ -1,6 +1,7 @@
 #include "lumo/xml/PlainXml.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace lumo {
 namespace {

@@ -2,10 +2,11 @@
 
 #include <emmintrin.h>
 
-#include <cstring>
 #include <exception>
 #include <string>
 #include <string_view>
+
+#include "lumo/xml/XMLUtilites.h"
 
 namespace lumo {
 
@@ -46,6 +47,13 @@ class PlainXml {
     }
   }
 
+  /// Whether text comes next, as its first character shows; false where it takes a closer look.
+  bool IsAtText() {
+    m_start = m_at;
+    return *m_at != '<' && !IsSpace(*m_at);
+  }
+  bool IsAtEndTag() const { return *m_at == '<' && m_at[1] == '/'; }
+
   /// Name of the start tag that comes next; its attributes follow.
   std::string_view StartTag() {
     ++m_at;
@@ -55,6 +63,7 @@ class PlainXml {
   }
   /// The next attribute of the start tag; false when there is none left.
   bool Attribute(std::string_view& name, RawText& value) {
+    if (*m_at == '>') return false;
     SkipSpace();
     if (*m_at == '>' || *m_at == '/') return false;
     name = Name();
@@ -79,7 +88,7 @@ class PlainXml {
   void EndTag(std::string_view name) {
     m_at += 2;
     if (static_cast<std::size_t>(m_end - m_at) <= name.size() ||
-        std::memcmp(m_at, name.data(), name.size()) != 0) {
+        !IsSameText(m_at, name.data(), name.size())) {
       throw NotPlain();
     }
     m_at += name.size();

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -79,15 +82,38 @@ inline std::string_view LocalName(XmlBase<char> const& item) {
   return name.substr(name.find(':') + 1);  // npos + 1 is 0: no prefix
 }
 
+/// Whether two texts of that size are the same. Names are too short for a call of `memcmp`.
+inline bool IsSameText(char const* one, char const* other, std::size_t size) {
+  auto const isSame = [one, other](auto word, std::size_t at) {
+    auto wordOfOther = word;
+    std::memcpy(&word, one + at, sizeof word);
+    std::memcpy(&wordOfOther, other + at, sizeof word);
+    return word == wordOfOther;
+  };
+  if (size >= 8) {
+    for (std::size_t at = 0; at < size - 8; at += 8) {
+      if (!isSame(std::uint64_t(), at)) return false;
+    }
+    return isSame(std::uint64_t(), size - 8);
+  }
+  if (size >= 4) return isSame(std::uint32_t(), 0) && isSame(std::uint32_t(), size - 4);
+  for (std::size_t at = 0; at < size; ++at) {
+    if (one[at] != other[at]) return false;
+  }
+  return true;
+}
+
 /// Whether that is the name without its prefix. Most names that differ do so in length: they
 /// have no ":" where the prefix would end, so that nothing is compared for them.
 inline bool HasLocalName(std::string_view name, std::string_view local) {
   if (name.size() == local.size()) {
-    return name == local && name.find(':') == std::string_view::npos;
+    return IsSameText(name.data(), local.data(), local.size()) &&
+           name.find(':') == std::string_view::npos;
   }
   if (name.size() < local.size()) return false;
   std::size_t const colon = name.size() - local.size() - 1;
-  if (name[colon] != ':' || name.substr(colon + 1) != local) return false;
+  if (name[colon] != ':') return false;
+  if (!IsSameText(name.data() + colon + 1, local.data(), local.size())) return false;
   for (std::size_t i = 0; i < colon; ++i) {  // a prefix is too short for a search
     if (name[i] == ':') return false;
   }
