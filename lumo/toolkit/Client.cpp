@@ -16,9 +16,13 @@ std::string const& Client::Url() const { return m_pool->Settings().url; }
 
 std::vector<DatabaseInfo> Client::Databases() const { return DatabasesOf(*m_pool->Lend()); }
 
+DatabaseInfo Client::FindDatabase(std::string const& database) const {
+  return lumo::FindDatabase(*m_pool->Lend(), database);
+}
+
 std::vector<std::string> Client::Tables(std::string const& database) const {
   auto const connection = m_pool->Lend();
-  return TablesOf(*connection, FindDatabase(*connection, database).key);
+  return TablesOf(*connection, lumo::FindDatabase(*connection, database).key);
 }
 
 Table Client::OpenTable(std::string const& database, std::string const& table) const {

@@ -99,6 +99,9 @@ class LUMO_API Client {
 
   std::string const& Url() const;
   std::vector<DatabaseInfo> Databases() const;
+  /// By its key or name, in whatever case, or by a beginning that no other has. Throws `Error`:
+  /// NotFound, Ambiguous.
+  DatabaseInfo FindDatabase(std::string const& database) const;
   /// Names of the tables of a database, which is found by its key or name.
   std::vector<std::string> Tables(std::string const& database) const;
   /// Names in whatever case, or beginnings that no other has. Throws `Error`: NotFound, Ambiguous.

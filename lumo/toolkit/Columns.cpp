@@ -672,6 +672,14 @@ ColumnBuilder ColumnBuilder::Long(Attribute const& attribute, Units const& units
 std::vector<Field> const& ColumnBuilder::Fields() const { return m_parts->fields; }
 std::size_t ColumnBuilder::Rows() const { return m_parts->columns->rows; }
 
+std::size_t ColumnBuilder::LongestBytes() const {
+  std::size_t longest = 0;
+  for (Column const& column : m_parts->columns->columns) {
+    longest = std::max(longest, column.bytes.size());
+  }
+  return longest;
+}
+
 void ColumnBuilder::Add(RecordHead const& record, std::vector<Value> const& values) {
   // All rows are made before the first is added, so that a value that does not fit adds nothing.
   std::vector<Row> rows;

@@ -117,6 +117,8 @@ class LUMO_API ColumnBuilder {
   /// holds, or has a unit that cannot be converted; the record is not added then.
   void Add(RecordHead const& record, std::vector<Value> const& values);
   std::size_t Rows() const;
+  /// Bytes of the texts in the longest column, of which it takes 2 GiB at most.
+  std::size_t LongestBytes() const;
   /// What was added; the builder begins anew.
   std::shared_ptr<Columns const> Take();
 

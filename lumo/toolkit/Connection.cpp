@@ -97,7 +97,8 @@ SmartPtr<LumoServiceLayerServices> MakeServices(
 }
 
 bool CallScope::HasEnded() const {
-  return cancel.IsCancelled() || stop.IsCancelled() || server.IsCancelled();
+  return cancel.IsCancelled() || stop.IsCancelled() || server.IsCancelled() ||
+         (isInterrupted && isInterrupted());
 }
 
 bool CallScope::IsOver() const { return HasEnded() || (deadline && Clock::now() >= *deadline); }
@@ -169,6 +170,7 @@ struct Connection::Parts {
 Connection::Connection(std::string const& url, ConnectOptions const& options)
     : m_parts(std::make_unique<Parts>(url, options)) {
   m_parts->scope.onCall = options.onCall;
+  m_parts->scope.isInterrupted = options.isInterrupted;
 }
 
 Connection::~Connection() = default;

@@ -18,9 +18,10 @@ namespace lumo {
 struct CallScope {
   using Time = std::chrono::steady_clock::time_point;
 
-  CancellationToken cancel = {};  ///< of who wants the work
-  CancellationToken stop = {};    ///< of who does it, when nobody wants it any more
-  CancellationToken server = {};  ///< of all calls to the server, set by the connection
+  CancellationToken cancel = {};             ///< of who wants the work
+  CancellationToken stop = {};               ///< of who does it, when nobody wants it any more
+  CancellationToken server = {};             ///< of all calls to the server, set by the connection
+  std::function<bool()> isInterrupted = {};  ///< of `ConnectOptions`
   std::optional<Time> deadline = {};
   /// No try begins after this; the retry policy alone decides when it is empty.
   std::optional<Time> lastTry = {};
@@ -34,7 +35,7 @@ struct CallScope {
   /// Throws `Error` (Cancelled, Timeout) when the work is over.
   void ThrowWhenOver(std::string const& operation = "") const;
   bool IsOver() const;
-  /// By one of the tokens.
+  /// By one of the tokens, or by the caller's program.
   bool HasEnded() const;
 };
 

@@ -120,6 +120,10 @@ struct ConnectOptions {
   std::function<std::string(std::string const& user)> askPassword = {};
   /// Told of each try of each call, on the thread that reads or asks, never under a lock.
   std::function<void(CallEvent const&)> onCall = {};
+  /// Asked several times a second while a call is made or waited for on the caller's own thread;
+  /// true ends the call with `ErrorCode::Cancelled`. Must not throw. For programs that learn of
+  /// signals only where they look for them; reads tell them by `ReadOptions::onProgress`.
+  std::function<bool()> isInterrupted = {};
 };
 
 /// How to read the values of records.

@@ -54,6 +54,7 @@ void Pool::TakeBack(std::unique_ptr<Connection> connection, pid_t process) {
   }
   connection->Scope() = CallScope();
   connection->Scope().onCall = m_settings.options.onCall;
+  connection->Scope().isInterrupted = m_settings.options.isInterrupted;
   std::lock_guard<std::mutex> const lock(m_mutex);
   if (m_idle.size() <= MostCalls()) m_idle.push_back(std::move(connection));
 }

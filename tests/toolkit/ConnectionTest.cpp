@@ -163,16 +163,25 @@ TEST(RetryAfter, OfADayIsRefusedAtOnceWithTheTime) {
 }
 
 TEST(Cancel, ReachesACallInFlightAndAWait) {
-  for (std::string const& answer : {std::string("stall"), kBusy}) {
+  for (auto const& [answer, isAsked] : {std::pair(std::string("stall"), false),
+                                        {std::string(kBusy), false},
+                                        {std::string("stall"), true},
+                                        {std::string(kBusy), true}}) {
     RawServer const server(Answers({answer}));
     lumo::ConnectOptions options;
     options.retry.initialBackoff = options.retry.maxBackoff = std::chrono::minutes(1);
+    std::atomic<bool> isInterrupted{false};
+    options.isInterrupted = [&] { return isInterrupted.load(); };
     lumo::Connection connection(server.Url(), options);
     lumo::CancellationToken const token;
     connection.Scope().cancel = token;
-    std::thread canceller([&] {
+    std::thread canceller([&, byAsking = isAsked] {
       while (server.Requests().empty()) std::this_thread::yield();
-      token.Cancel();
+      if (byAsking) {
+        isInterrupted = true;
+      } else {
+        token.Cancel();
+      }
     });
     lumo::Error error(ErrorCode::Timeout, "");
     EXPECT_LT(SecondsOf([&] { error = ErrorOf([&] { AskForTables(connection); }); }), 1);
