@@ -1,0 +1,118 @@
+"""Servers on this machine, for trials."""
+
+from __future__ import annotations
+
+import json
+import os
+import select
+import shutil
+import subprocess
+from pathlib import Path
+from typing import Any, Literal
+
+from . import _core
+from .errors import Error, ErrorCode
+from .server import Server, connect
+
+_START = 120  # seconds that a server may take to make its data
+_STOP = 20
+
+
+def _program() -> str:
+    """The program of the build tree, beside the installation, or on the PATH."""
+    given = os.environ.get("LUMO_SANDBOX")
+    if given:
+        return given
+    folders = Path(os.path.abspath(__file__)).parents
+    candidates = [folders[2] / "sandbox", *(folder / "bin" for folder in folders)]
+    for folder in candidates:
+        if os.access(folder / "lumo-sandbox", os.X_OK) and (folder / "lumo-sandbox").is_file():
+            return str(folder / "lumo-sandbox")
+    found = shutil.which("lumo-sandbox")
+    if found is None:
+        raise Error(
+            ErrorCode.NOT_FOUND,
+            "there is no lumo-sandbox beside this package or on the PATH; install it, "
+            "or name it in LUMO_SANDBOX",
+        )
+    return found
+
+
+class Sandbox(Server):
+    """A server with made-up data on this machine, which ends with `close`, with its `with`, or at
+    the latest with the process that started it."""
+
+    def __init__(self, process: subprocess.Popen[str], client: _core.Client) -> None:
+        super().__init__(client)
+        self._process = process
+
+    @property
+    def pid(self) -> int:
+        """Of the server's process."""
+        return self._process.pid
+
+    def close(self) -> None:
+        """Ends the server."""
+        _end(self._process)
+
+    def __enter__(self) -> Sandbox:
+        return self
+
+    def __exit__(self, *exception: object) -> None:
+        self.close()
+
+    def __del__(self) -> None:
+        if hasattr(self, "_process"):
+            _end(self._process)
+
+    def __repr__(self) -> str:
+        return f"<lumo.Sandbox {self.url}>"
+
+
+def _end(process: subprocess.Popen[str]) -> None:
+    """The server ends when its standard input does; one that does not is ended."""
+    for pipe in (process.stdin, process.stdout):
+        if pipe is not None:
+            pipe.close()
+    try:
+        process.wait(_STOP)
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.wait()
+
+
+def sandbox(
+    *,
+    seed: Literal["full", "minimal", "empty"] = "full",
+    records: int = 0,
+    log_file: str | os.PathLike[str] | None = None,
+    **options: Any,
+) -> Sandbox:
+    """Starts a server with made-up data on the loopback address, and connects to it::
+
+        with lumo.sandbox() as server:
+            print(server["ENG_MATERIALS"]["Materials"]["AW-6061-T6"])
+
+    `records` adds so many made-up materials; `log_file` gets a line for each call. Other options
+    are those of `connect`. The program lumo-sandbox is looked for in the build tree, beside the
+    installation and on the PATH; LUMO_SANDBOX names another. Raises `Error`.
+    """
+    command = [_program(), "--stop-on-eof", "--seed", seed, "--records", str(records)]
+    if log_file is not None:
+        command.append(f"--log={os.fspath(log_file)}")
+    # A session of its own, so that Ctrl-C in a terminal reaches Python alone.
+    process = subprocess.Popen(
+        command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, start_new_session=True
+    )
+    try:
+        assert process.stdout is not None
+        ready, _, _ = select.select([process.stdout], [], [], _START)
+        line = process.stdout.readline() if ready else ""
+        if not line:
+            raise Error(ErrorCode.UNAVAILABLE, f"{command[0]} did not start")
+        client = connect(json.loads(line)["url"], auth="anonymous", **options)._client
+        return Sandbox(process, client)
+    except BaseException:
+        process.kill()
+        _end(process)
+        raise

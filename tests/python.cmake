@@ -1,0 +1,17 @@
+# The package of Python, by pytest. A sanitized module needs its runtime loaded before all else, and
+# the system's allocator.
+if(LUMO_BUILD_PYTHON AND LUMO_BUILD_SANDBOX)
+  set(environment PYTHONPATH=${PROJECT_BINARY_DIR}/python MPLBACKEND=Agg
+    LUMO_SANDBOX=$<TARGET_FILE:lumo-sandbox>)
+  if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=address")
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so
+      OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE)
+    list(APPEND environment PYTHONMALLOC=malloc LD_PRELOAD=${runtime}
+      ASAN_OPTIONS=detect_leaks=0)  # the interpreter leaves much behind
+  endif()
+  foreach(part read columns)
+    add_test(NAME python.${part} COMMAND ${LUMO_PYTHON} -m pytest -q -p no:cacheprovider
+      ${CMAKE_CURRENT_SOURCE_DIR}/python/test_${part}.py)
+    set_tests_properties(python.${part} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 600)
+  endforeach()
+endif()
