@@ -50,7 +50,10 @@ class PyStream {
  public:
   PyStream(RecordStream&& stream, Table table)
       : m_stream(std::move(stream)), m_table(std::move(table)) {}
-  ~PyStream() { Close(); }
+  ~PyStream() {
+    py::gil_scoped_release const release;
+    m_stream.reset();
+  }
   PyStream(PyStream const&) = delete;
   PyStream& operator=(PyStream const&) = delete;
 

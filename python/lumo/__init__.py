@@ -10,8 +10,10 @@ and without a server: ``with lumo.sandbox() as server:``.
 """
 
 from ._core import Attribute, CallEvent, Parameter, Progress, RecordId, Units, __version__
+from .charts import Index, ashby
 from .columns import Column, Columns
 from .errors import Attempt, Error, ErrorCode
+from .pint_units import pint_unit
 from .sandboxes import Sandbox, sandbox
 from .server import Database, Record, RecordStream, Selection, Server, Table, connect
 from .values import (
@@ -43,6 +45,7 @@ __all__ = [
     "ErrorCode",
     "File",
     "Grid",
+    "Index",
     "Link",
     "NotApplicable",
     "Parameter",
@@ -61,6 +64,8 @@ __all__ = [
     "Units",
     "Value",
     "__version__",
+    "ashby",
     "connect",
+    "pint_unit",
     "sandbox",
 ]

@@ -8,7 +8,7 @@ from typing import TYPE_CHECKING
 
 import numpy as np
 
-from .values import Curve, Curves, Value, text_of
+from .values import Curve, Curves, Figures, Value, text_of
 
 if TYPE_CHECKING:
     from .columns import Columns
@@ -68,7 +68,8 @@ def columns_html(columns: Columns) -> str:
     return f"{shown.to_html()}<p>{len(columns)} rows, {len(columns.names)} columns</p>"
 
 
-def _scale(figures: np.ndarray, low: float, high: float) -> tuple[np.ndarray, float, float]:
+def _scale(figures: Figures, low: float, high: float) -> tuple[Figures, float, float]:
+    """Places between two ends of an axis, and the least and the largest figure."""
     finite = figures[np.isfinite(figures)]
     least, most = (float(finite.min()), float(finite.max())) if len(finite) else (0.0, 1.0)
     span = most - least or 1.0

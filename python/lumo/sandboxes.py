@@ -85,6 +85,7 @@ def sandbox(
     *,
     seed: Literal["full", "minimal", "empty"] = "full",
     records: int = 0,
+    log_on: Literal["none", "basic", "digest"] = "none",
     log_file: str | os.PathLike[str] | None = None,
     **options: Any,
 ) -> Sandbox:
@@ -93,11 +94,13 @@ def sandbox(
         with lumo.sandbox() as server:
             print(server["ENG_MATERIALS"]["Materials"]["AW-6061-T6"])
 
-    `records` adds so many made-up materials; `log_file` gets a line for each call. Other options
-    are those of `connect`. The program lumo-sandbox is looked for in the build tree, beside the
+    `records` adds so many made-up materials; `log_file` gets a line for each call; `log_on` asks
+    for the user "lumo" with the password of LUMO_SANDBOX_PASSWORD. Other options are those of
+    `connect`, and nobody logs on unless these say so. The program lumo-sandbox is looked for in the build tree, beside the
     installation and on the PATH; LUMO_SANDBOX names another. Raises `Error`.
     """
     command = [_program(), "--stop-on-eof", "--seed", seed, "--records", str(records)]
+    command += ["--log-on", log_on]
     if log_file is not None:
         command.append(f"--log={os.fspath(log_file)}")
     # A session of its own, so that Ctrl-C in a terminal reaches Python alone.
@@ -110,7 +113,9 @@ def sandbox(
         line = process.stdout.readline() if ready else ""
         if not line:
             raise Error(ErrorCode.UNAVAILABLE, f"{command[0]} did not start")
-        client = connect(json.loads(line)["url"], auth="anonymous", **options)._client
+        if not {"auth", "user"} & options.keys():
+            options["auth"] = "anonymous"
+        client = connect(json.loads(line)["url"], **options)._client
         return Sandbox(process, client)
     except BaseException:
         process.kill()

@@ -60,7 +60,7 @@ def text_of(figure: float | None) -> str:
 def _convert(units: _core.Units | None, figure: float, source: str, target: str) -> float:
     if units is None:
         raise Error(ErrorCode.INVALID_ARGUMENT, "a value that was not read has no server's factors")
-    return units.convert(figure, source, target)
+    return float(units.convert(figure, source, target))
 
 
 @dataclass(frozen=True)

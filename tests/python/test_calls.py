@@ -1,0 +1,157 @@
+"""Calls that fail, wait and are interrupted; and other threads meanwhile."""
+
+from __future__ import annotations
+
+import pickle
+import signal
+import subprocess
+import sys
+import threading
+import time
+import urllib.request
+from collections.abc import Callable, Iterator
+from pathlib import Path
+
+import pytest
+
+import lumo
+
+
+@pytest.fixture
+def small() -> Iterator[lumo.Sandbox]:
+    with lumo.sandbox(seed="minimal", max_attempts=1) as server:
+        yield server
+
+
+def ask_for_faults(server: lumo.Sandbox, lines: str) -> None:
+    request = urllib.request.Request(f"{server.url}/control/faults", lines.encode(), method="PUT")
+    urllib.request.urlopen(request).close()
+
+
+def test_errors_have_codes_and_hints_in_pythons_words(
+    small: lumo.Sandbox, monkeypatch: pytest.MonkeyPatch, tmp_path: Path
+) -> None:
+    with pytest.raises(lumo.Error) as caught:
+        small["ENG_MATERIALS"]["Materails"]
+    assert caught.value.code is lumo.ErrorCode.NOT_FOUND
+    assert str(caught.value).endswith("; did you mean Materials?")
+    with pytest.raises(lumo.Error, match="match is") as caught:
+        small["ENG_MATERIALS"]["Materials"].where("density < 1 kg/m^3", match="some")  # type: ignore[arg-type]
+    ask_for_faults(small, "GetDatabases status 503")
+    with pytest.raises(lumo.Error) as caught:
+        list(small)
+    error = pickle.loads(pickle.dumps(caught.value))  # it travels between processes
+    assert (error.code, error.http_status) == (lumo.ErrorCode.UNAVAILABLE, 503)
+    assert error.operation == "GetDatabases" and error.is_retryable
+    assert str(error) == str(caught.value)
+    monkeypatch.delenv("LUMO_URL", raising=False)
+    monkeypatch.setenv("XDG_CONFIG_HOME", str(tmp_path))
+    with pytest.raises(lumo.Error, match="lumo.connect, or set LUMO_URL") as caught:
+        lumo.connect()
+    assert caught.value.code is lumo.ErrorCode.INVALID_ARGUMENT
+
+
+def test_log_on_is_by_user_and_password(monkeypatch: pytest.MonkeyPatch) -> None:
+    monkeypatch.setenv("LUMO_SANDBOX_PASSWORD", "pass word")
+    with lumo.sandbox(seed="minimal", log_on="digest") as server:
+        with pytest.raises(lumo.Error, match="user=") as caught:
+            list(server)
+        assert caught.value.code is lumo.ErrorCode.UNAUTHENTICATED
+        assert len(lumo.connect(server.url, auth=("lumo", "pass word"))) == 2
+        with pytest.raises(lumo.Error, match="check the password of lumo"):
+            list(lumo.connect(server.url, user="lumo", password="wrong"))
+
+
+def test_a_call_that_was_repeated_tells_its_tries(small: lumo.Sandbox) -> None:
+    client = lumo.connect(small.url, auth="anonymous", max_attempts=2)
+    ask_for_faults(small, "GetDatabases status 503 x2")
+    with pytest.raises(lumo.Error) as caught:
+        list(client)
+    assert [one.number for one in caught.value.attempts] == [1, 2]
+    assert caught.value.attempts[0].code is lumo.ErrorCode.UNAVAILABLE
+
+
+WAITS: dict[str, Callable[[lumo.Table], object]] = {
+    "GetAttributeDetails": lambda table: table.attributes,
+    "CriteriaSearch": lambda table: table.where("density < 3000 kg/m^3").ids(),
+    "GetRecordAttributesByRef": lambda table: table.to_pandas(["Density"]),
+}
+
+
+@pytest.mark.parametrize("operation", WAITS)
+def test_ctrl_c_ends_a_stalled_call_while_other_threads_go_on(
+    small: lumo.Sandbox, operation: str
+) -> None:
+    table = small["ENG_MATERIALS"]["Materials"]
+    if operation != "GetAttributeDetails":
+        assert table.attributes
+    ask_for_faults(small, f"{operation} stall 60")
+    sent: list[float] = []
+    turns = 0
+    is_over = threading.Event()
+
+    def interrupt() -> None:
+        nonlocal turns
+        begin = time.monotonic()
+        while time.monotonic() < begin + 1:  # the call is under way, and this thread runs
+            turns += 1
+            time.sleep(0.001)
+        sent.append(time.monotonic())
+        signal.raise_signal(signal.SIGINT)
+        is_over.wait(30)
+
+    thread = threading.Thread(target=interrupt)
+    thread.start()
+    with pytest.raises(KeyboardInterrupt):
+        WAITS[operation](table)
+    took = time.monotonic() - sent[0]
+    is_over.set()
+    thread.join()
+    print(f"{operation}: {took:.3f} s after Ctrl-C; the other thread made {turns} turns")
+    assert took < 1
+    assert turns > 100
+    assert table.name  # the table is of use afterwards
+    assert small.url and len(lumo.connect(small.url, auth="anonymous")) == 2
+
+
+def test_threads_read_at_once(small: lumo.Sandbox) -> None:
+    table = small["ENG_MATERIALS"]["Materials"]
+    expected = table.to_pandas(["Density"])
+    frames = []
+
+    def read() -> None:
+        for _ in range(5):
+            frames.append(table.to_pandas(["Density"], chunk_size=3))
+
+    threads = [threading.Thread(target=read) for _ in range(4)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    assert len(frames) == 20
+    assert all(frame.equals(expected) for frame in frames)
+
+
+def test_a_sandbox_ends_with_the_process_that_started_it() -> None:
+    code = "import lumo, os, signal; s = lumo.sandbox(seed='minimal'); print(s.pid, flush=True);"
+    code += "os.kill(os.getpid(), signal.SIGKILL)"
+    with subprocess.Popen([sys.executable, "-c", code], stdout=subprocess.PIPE, text=True) as child:
+        assert child.stdout is not None
+        pid = int(child.stdout.readline())
+    limit = time.monotonic() + 60
+    while Path(f"/proc/{pid}").exists() and time.monotonic() < limit:
+        if Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()[0] == "Z":
+            break  # ended, and not collected yet
+        time.sleep(0.05)
+    else:
+        assert not Path(f"/proc/{pid}").exists()
+
+
+def test_a_progress_bar_shows_itself_when_asked(
+    small: lumo.Sandbox, capsys: pytest.CaptureFixture[str]
+) -> None:
+    table = small["ENG_MATERIALS"]["Materials"]
+    table.to_pandas(["Density"], chunk_size=5)
+    assert capsys.readouterr().err == ""  # nobody looks on
+    table.to_pandas(["Density"], chunk_size=5, progress=True)
+    assert "records" in capsys.readouterr().err
