@@ -26,9 +26,10 @@ void Raise(Error const& error) {
   details["fault_code"] = error.FaultCode();
   details["fault_detail"] = error.FaultDetail();
   details["transport_text"] = error.TransportText();
+  details["offered_log_ons"] = error.OfferedLogOns();
   details["body_start"] = error.BodyStart();
   details["records_done"] = error.RecordsDone();
-  static_assert(static_cast<int>(HintCode::LookBeforeRepeating) == 24,
+  static_assert(static_cast<int>(HintCode::LookBeforeRepeating) == 35,
                 "lumo/errors.py words the hints in the order of their codes");
   details["is_retryable"] = error.IsRetryable();
   details["hint_code"] = static_cast<int>(error.Hint().code);

@@ -1,6 +1,7 @@
 #include <pybind11/chrono.h>
 #include <pybind11/stl.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <map>
@@ -89,9 +90,12 @@ ConnectOptions ConnectOptionsOf(py::kwargs const& given) {
          {"namespace", Into(options.vendorNamespace)},
          {"application_name", Into(options.applicationName)},
          {"ca_file", Into(options.caFile)},
+         {"ca_folder", Into(options.caFolder)},
          {"certificate_file", Into(options.certificateFile)},
          {"key_file", Into(options.keyFile)},
          {"proxy", Into(options.proxy)},
+         {"proxy_user", Into(options.proxyUser)},
+         {"proxy_password", Into(options.proxyPassword)},
          {"resolve_timeout", Into(options.resolve)},
          {"connect_timeout", Into(options.connect)},
          {"stall_timeout", Into(options.stall)},
@@ -105,6 +109,12 @@ ConnectOptions ConnectOptionsOf(py::kwargs const& given) {
     options.credentials = Anonymous{};
   } else if (logOn == "password") {
     options.credentials = password;
+  }
+  for (auto const& [key, value] : given) {  // which errors then name
+    auto const name = py::cast<std::string>(key);
+    std::string setting = name;
+    std::replace(setting.begin(), setting.end(), '_', '-');
+    if (!value.is_none()) options.origins[setting] = name + "=";
   }
   options.isInterrupted = Interrupts::Current;
   return options;

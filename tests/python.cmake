@@ -9,9 +9,18 @@ if(LUMO_BUILD_PYTHON AND LUMO_BUILD_SANDBOX)
     list(APPEND environment PYTHONMALLOC=malloc LD_PRELOAD=${runtime}
       ASAN_OPTIONS=detect_leaks=0)  # the interpreter leaves much behind
   endif()
-  foreach(part calls columns read units)
+  foreach(part calls charts columns dask duckdb read units)
     add_test(NAME python.${part} COMMAND ${LUMO_PYTHON} -m pytest -q -rs -p no:cacheprovider
       ${CMAKE_CURRENT_SOURCE_DIR}/python/test_${part}.py)
     set_tests_properties(python.${part} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 600)
   endforeach()
+  set_tests_properties(python.dask PROPERTIES PROCESSORS 2)
+  find_program(MYPY mypy PATHS /usr/bin NO_DEFAULT_PATH)
+  if(MYPY)
+    add_test(NAME python.TypesAreStrict COMMAND ${MYPY} --config-file
+      ${PROJECT_SOURCE_DIR}/python/mypy.ini --python-executable ${LUMO_PYTHON} --cache-dir
+      ${CMAKE_CURRENT_BINARY_DIR}/mypy lumo ${CMAKE_CURRENT_SOURCE_DIR}/python/user.py
+      WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/python)
+    set_tests_properties(python.TypesAreStrict PROPERTIES ENVIRONMENT MYPYPATH=. TIMEOUT 300)
+  endif()
 endif()

@@ -49,17 +49,19 @@ def _series(column: Column, attribute: _core.Attribute | None) -> Any:
     return _words(column, attribute)
 
 
-def _marks(columns: list[tuple[str, Any]], rows: int) -> Any:
-    """For each row the names of the attributes that are marked; None when none is at all."""
+def _marks(columns: list[tuple[str, Any]], rows: int) -> list[tuple[str, ...]]:
+    """For each row the names of the attributes that are marked."""
     marked: list[tuple[str, ...]] = [()] * rows
     for attribute, flags in columns:
         for row in np.flatnonzero(flags):
             if attribute not in marked[row]:
                 marked[row] = (*marked[row], attribute)
-    return pd.Series(marked, dtype=object).to_numpy() if any(marked) else None
+    return marked
 
 
-def frame_of(columns: Columns, left_out: Collection[str]) -> pd.DataFrame:
+def frame_of(
+    columns: Columns, left_out: Collection[str], marks: bool | None = None
+) -> pd.DataFrame:
     """See `Columns.to_pandas`."""
     parts = {name: columns[name] for name in columns.names}
     attributes = columns.attributes
@@ -70,9 +72,11 @@ def frame_of(columns: Columns, left_out: Collection[str]) -> pd.DataFrame:
     }
     of_attributes = [one for one in parts.values() if one.attribute]
     for name, flags in (("notApplicable", "not_applicable"), ("estimated", "estimated")):
-        marks = _marks([(one.attribute, getattr(one, flags)) for one in of_attributes], len(columns))
-        if marks is not None:
-            made[f"record.{name}"] = marks
+        if marks is False:
+            continue
+        marked = _marks([(one.attribute, getattr(one, flags)) for one in of_attributes], len(columns))
+        if marks or any(marked):
+            made[f"record.{name}"] = pd.Series(marked, dtype=object).to_numpy()
     index = pd.Index(parts["record.name"].objects, name="record.name")
     frame = pd.DataFrame(made, index=index)
     frame.attrs["units"] = {name: unit for name, unit in columns.units.items() if name in made}

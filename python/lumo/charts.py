@@ -19,7 +19,8 @@ if TYPE_CHECKING:
     import pandas as pd
     from matplotlib.axes import Axes
 
-_BAND, _ELLIPSE, _DECADES = 0.25, 0.55, 0.04
+_BAND, _ELLIPSE = 0.25, 0.55
+_SMALLEST = 0.012  # of an ellipse, as a part of the axis
 _LINES = 4  # of an index, across the chart
 
 
@@ -118,13 +119,20 @@ def _families(frame: pd.DataFrame, by: str | Sequence[str] | None) -> Sequence[s
     return [str(one) for one in by]
 
 
-def _ellipse(ax: Axes, x: tuple[float, float], y: tuple[float, float], color: Any) -> None:
-    """From end to end of two ranges on logarithmic axes; ranges of no width are drawn as dots."""
+def _smallest(figures: _Bubbles, shown: npt.NDArray[np.bool_]) -> float:
+    """The decades that an ellipse spans at least, so that figures without a range can be seen."""
+    return _SMALLEST * max(1.0, float(np.log10(figures.high[shown].max() / figures.low[shown].min())))
+
+
+def _ellipse(
+    ax: Axes, x: tuple[float, float], y: tuple[float, float], least: tuple[float, float], color: Any
+) -> None:
+    """From end to end of two ranges on logarithmic axes."""
     from matplotlib.patches import Polygon
 
     (left, right), (bottom, top) = np.log10(x), np.log10(y)
-    across, up = max(right - left, _DECADES) / 2, max(top - bottom, _DECADES) / 2
-    turn = np.linspace(0, 2 * math.pi, 60)
+    across, up = max(right - left, least[0]) / 2, max(top - bottom, least[1]) / 2
+    turn = np.linspace(0, 2 * math.pi, 61)  # the ends of both ranges are among them
     corners = np.column_stack(
         [
             10 ** ((left + right) / 2 + across * np.cos(turn)),
@@ -147,9 +155,9 @@ def _index_lines(ax: Axes, index: Index, x: _Bubbles, y: _Bubbles, shown: npt.ND
         ax.plot(across, up, ":", color="0.35", lw=1, zorder=1)
         inside = np.flatnonzero((up > limits[1][0]) & (up < limits[1][1]))
         if len(inside):
-            place = inside[min(len(inside) - 1, len(inside) * 9 // 10)]
+            place = inside[len(inside) // 8]
             ax.annotate(f"{10**merit:.2g}", (across[place], up[place]), color="0.35", fontsize=8,
-                        ha="right")
+                        ha="center", va="center", bbox={"fc": "white", "ec": "none", "pad": 1})
     ax.set_xlim(limits[0])
     ax.set_ylim(limits[1])
     name = index.label or f"({y.name})^{index.power:.3g} / ({x.name})"
@@ -186,6 +194,7 @@ def ashby(
     ax = _new_axes(ax)
     ax.set_xscale("log")
     ax.set_yscale("log")
+    least = _smallest(figures_x, shown), _smallest(figures_y, shown)
     names = sorted({family for family, there in zip(families, shown) if there})
     from matplotlib import colormaps
 
@@ -196,7 +205,7 @@ def ashby(
         for row in np.flatnonzero(shown):
             if families[row] == name:
                 _ellipse(ax, (figures_x.low[row], figures_x.high[row]),
-                         (figures_y.low[row], figures_y.high[row]), color)
+                         (figures_y.low[row], figures_y.high[row]), least, color)
     ax.autoscale_view()
     if index is not None:
         wanted = index if isinstance(index, Index) else Index(float(index))

@@ -68,7 +68,7 @@ class Columns:
         """
         return Columns(self._core.in_units(dict(units)), list(self._attributes.values()))
 
-    def to_pandas(self) -> pd.DataFrame:
+    def to_pandas(self, *, marks: bool | None = None) -> pd.DataFrame:
         """A frame with the records' names as index, with "record.identity" and "record.folder"
         before the columns of the attributes.
 
@@ -76,11 +76,12 @@ class Columns:
         "datetime64[ns]", a single word a category, several words tuples, texts objects. Units are
         in `attrs["units"]`. Where some value is "not applicable" or estimated, the columns
         "record.notApplicable" and "record.estimated" have tuples with the names of these
-        attributes, so that this stays with the row.
+        attributes, so that this stays with the row; `marks` says whether
+        they are there in any case or in none.
         """
         from ._pandas import frame_of
 
-        return frame_of(self, _LEFT_OUT)
+        return frame_of(self, _LEFT_OUT, marks)
 
     def __arrow_c_stream__(self, requested_schema: object = None) -> object:
         """A new stream at each call, each of all rows; units are in the fields' metadata."""

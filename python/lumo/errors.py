@@ -28,49 +28,67 @@ class ErrorCode(enum.Enum):
     CANCELLED = "Cancelled"
 
 
-# In the order of the toolkit's codes; {0} is the first argument, {all} are all of them.
+# In the order of the toolkit's codes: what to say with arguments, and without. {0} is the first
+# argument, {1} the second, {all} are all of them.
 _HINTS = (
-    ("None", "", ""),
-    ("DidYouMean", "did you mean {all}?", ""),
-    ("OneOf", "there are {all}", ""),
-    ("CheckName", "check the host name {0}", ""),
-    ("CheckAddress", "is {0} the base address of a service layer?", ""),
-    ("UseHttps", "use the address with https:// instead of {0}", ""),
-    ("UseHttp", "use the address with http:// instead of {0}", ""),
-    ("FollowRedirect", "connect to the address to which it sends its callers", ""),
+    ("", ""),
+    ("did you mean {all}?", ""),
+    ("there are {all}", ""),
+    ("check the name {0}; some names are known inside the company's network only", ""),
+    ("{0} does not answer as a service layer: check the path of the address", ""),
+    ("write https:// instead of http:// in {0}, with the port that serves it", ""),
+    ("the port does not speak TLS: write http:// in {0}, or name the port for https", ""),
+    ("something in front of the server sends you to {0}; connect to the service layer itself", ""),
     (
-        "TrustAuthority",
-        "the CA file {0} does not hold the server's authority; give another as ca_file=",
-        "give the file of the company's certificates as ca_file= or in LUMO_CA_FILE",
+        "{0} does not hold the server's authority; give the certificates of your company's as ca_file=",
+        "give the certificates of your company's authority as ca_file=",
     ),
-    ("CheckFile", "check the file {0}", ""),
-    ("RenewCertificate", "the certificate of {0} has to be renewed there", ""),
-    ("CheckHost", "connect by a name that the certificate has instead of {0}", ""),
-    ("GiveCertificate", "give certificate_file= and key_file=", ""),
-    ("CheckProxy", "check the proxy {all}, or give proxy=", "check proxy="),
-    ("LogOnToProxy", "the proxy {0} wants a log-on", ""),
-    ("LogOn", 'give user= and password=, or auth="ticket"; the server offers {all}',
+    ("check {0}: it cannot be read, or is not in PEM form", ""),
+    ("have the administrators of {0} renew its certificate, or correct the date here", ""),
+    ("connect by one of the names in the certificate instead of {0}", ""),
+    ("the server does not take {0}; give another as certificate_file=",
+     "give certificate_file= and key_file="),
+    ("nothing answers at {0}: check host and port, and whether a firewall is in between", ""),
+    ("no proxy answers at {0}: correct {1}, or list the server in no_proxy", ""),
+    ("log on to the proxy {0} with proxy_user= and proxy_password=", ""),
+    ("ask the administrators of the proxy {0} to let calls to {1} through", ""),
+    ('give user= and password=, or auth="ticket"; the server offers {all}',
      'give user= and password=, or auth="ticket"'),
-    ("GivePassword", "give password=, or LUMO_PASSWORD_FILE in the environment", ""),
-    ("GiveServer", "give a URL to lumo.connect, or set LUMO_URL; lumo.sandbox() starts a server", ""),
-    ("CheckPassword", "check the password of {0}", "check user= and password="),
-    ("AvoidNtlm", "NTLM does not work with this password of {0}; use auth=\"ticket\"", ""),
-    ("CheckTicket", "get a ticket with kinit; the ticket's library says: {0}",
-     "get a ticket with kinit"),
-    ("AskForRights", "ask the server's keeper for rights of {0}", "log on with user= or auth="),
-    ("WaitSeconds", "try again in {0} s", ""),
-    ("SendLess", "give a smaller chunk_size=", ""),
-    ("LookBeforeRepeating", "see whether the change has happened before you repeat it", ""),
-)
+    ("give the password of {0} as password=, or its file in LUMO_PASSWORD_FILE", ""),
+    ("give lumo.connect a URL, or set LUMO_URL; lumo.sandbox() starts a server of your own",
+     "give lumo.connect a URL, or set LUMO_URL; lumo.sandbox() starts a server of your own"),
+    ("check user, domain and password of {0}", "check user=, domain= and password="),
+    ('NTLM does not work with this password of {0}; log on with auth="ticket"', ""),
+    ("get a ticket with kinit; klist shows which there are",
+     "get a ticket with kinit; klist shows which there are"),
+    ("the realm has no service at {0}: connect by the server's full name", ""),
+    ("have /etc/krb5.conf name the servers of the realm",
+     "have /etc/krb5.conf name the servers of the realm"),
+    ("set the clock of this machine, which is {0} s fast", "set the clock of this machine"),
+    ("the server does not take the ticket: look with klist, get another one with kinit",
+     "the server does not take the ticket: look with klist, get another one with kinit"),
+    ("ask the server's administrators for rights of {0}", "log on with user= or auth="),
+    ("try again in {0} s", ""),
+    ("try again in a while", "try again in a while"),
+    ("try again later, or with a longer stall_timeout= than {0}", ""),
+    ("ask for less at once, with a smaller chunk_size=",
+     "ask for less at once, with a smaller chunk_size="),
+    ("give another base of namespaces than {0} as namespace=", ""),
+    ('give namespace="{0}"', ""),
+    ("the server speaks version {0}, and this package another one", ""),
+    ("see whether the change has happened before you repeat it",
+     "see whether the change has happened before you repeat it"),
+)  # fmt: skip
 
 
 def _hint(code: int, arguments: list[str]) -> str:
-    _, words, bare = _HINTS[code] if 0 <= code < len(_HINTS) else _HINTS[0]
+    words, bare = _HINTS[code] if 0 <= code < len(_HINTS) else ("", "")
     given = [one for one in arguments if one]
-    if not given and "{" in words:
+    if not given:
         return bare
     shown = ", ".join(given[:8]) + (", ..." if len(given) > 8 else "")
-    return words.replace("{0}", given[0] if given else "").replace("{all}", shown)
+    second = given[1] if len(given) > 1 else "proxy="
+    return words.replace("{0}", given[0]).replace("{1}", second).replace("{all}", shown)
 
 
 class Attempt(NamedTuple):
@@ -131,6 +149,11 @@ class Error(Exception):
     def transport_text(self) -> str:
         """Why no reply came, in the words of the libraries below."""
         return str(self._details.get("transport_text", ""))
+
+    @property
+    def offered_log_ons(self) -> list[str]:
+        """The methods that a server offers where it wants a log-on."""
+        return list(self._details.get("offered_log_ons", []))
 
     @property
     def body_start(self) -> str:

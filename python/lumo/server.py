@@ -30,9 +30,12 @@ class ConnectOptions(TypedDict, total=False):
     namespace: str | None  #: base of the vendor's namespace
     application_name: str | None
     ca_file: str | None  #: certificates of authorities, PEM
+    ca_folder: str | None  #: the same as a folder of files under their hashed names
     certificate_file: str | None  #: the client's own, PEM
     key_file: str | None
     proxy: str | None
+    proxy_user: str | None
+    proxy_password: str | None
     resolve_timeout: float | None  #: 10 by default; 0 waits for ever, as in the next two
     connect_timeout: float | None  #: 60 by default
     stall_timeout: float | None  #: longest silence of the server, 300 by default

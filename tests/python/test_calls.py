@@ -46,7 +46,7 @@ def test_errors_have_codes_and_hints_in_pythons_words(
     assert str(error) == str(caught.value)
     monkeypatch.delenv("LUMO_URL", raising=False)
     monkeypatch.setenv("XDG_CONFIG_HOME", str(tmp_path))
-    with pytest.raises(lumo.Error, match="lumo.connect, or set LUMO_URL") as caught:
+    with pytest.raises(lumo.Error, match="give lumo.connect a URL, or set LUMO_URL") as caught:
         lumo.connect()
     assert caught.value.code is lumo.ErrorCode.INVALID_ARGUMENT
 
@@ -58,7 +58,7 @@ def test_log_on_is_by_user_and_password(monkeypatch: pytest.MonkeyPatch) -> None
             list(server)
         assert caught.value.code is lumo.ErrorCode.UNAUTHENTICATED
         assert len(lumo.connect(server.url, auth=("lumo", "pass word"))) == 2
-        with pytest.raises(lumo.Error, match="check the password of lumo"):
+        with pytest.raises(lumo.Error, match="\\(user=\\).* check user, domain and password of lumo"):
             list(lumo.connect(server.url, user="lumo", password="wrong"))
 
 
