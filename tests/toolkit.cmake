@@ -19,6 +19,7 @@ if(LUMO_BUILD_TOOLKIT AND LUMO_BUILD_SANDBOX)
     toolkit/Sandbox.cpp
     toolkit/CatalogueTest.cpp
     toolkit/NamesTest.cpp
+    toolkit/ReadTest.cpp
     toolkit/SearchTest.cpp)
   target_link_libraries(toolkit_sandbox_tests PRIVATE Lumo::Toolkit lumo_sandbox_parts)
   add_test(NAME toolkit.WorksOnTheSandbox COMMAND toolkit_sandbox_tests)
