@@ -69,6 +69,7 @@ lumo::ConnectOptions Context::ConnectOptions() const {
   } else if (!server.user.empty()) {
     options.credentials = lumo::Password{server.user, "", server.domain};
   }
+  if (!server.user.empty()) options.origins["user"] = "--user";
   options.vendorNamespace = server.namespaceBase;
   options.applicationName = "lumo";
   struct Chosen {

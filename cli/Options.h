@@ -108,6 +108,6 @@ void AddPartitions(CommandLine& line);
 void AddLinks(CommandLine& line);
 void AddImport(CommandLine& line);
 void AddExport(CommandLine& line);
-void AddProbe(CommandLine& line);
+void AddDoctor(CommandLine& line);
 
 }  // namespace cli

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "lumo/LumoServiceLayer.h"
@@ -193,10 +194,19 @@ TEST_F(CommandTest, LogsOnWithAPasswordThatStandsOnNoCommandLine) {
   EXPECT_EQ(Run({"databases", "--user", "lumo"}, {"LUMO_PASSWORD=guess"}).code, 3);
   EXPECT_EQ(Run({"databases"}, {"LUMO_USER=lumo", "LUMO_PASSWORD=open sesame"}).code, 0);
   std::string const file = File("password", "open sesame\r\n");
-  Outcome const probe = Run({"probe", "--user", "lumo", "--password-file", file});
-  EXPECT_EQ(probe.code, 0);
-  EXPECT_THAT(probe.out, AllOf(HasSubstr("accepted as lumo"), HasSubstr("EngineeringData")));
-  EXPECT_THAT(Run({"probe"}).out, AllOf(HasSubstr("log-on      fails: "), HasSubstr("127.0.0.1")));
+  for (char const* const name : {"doctor", "probe"}) {
+    Outcome const doctor = Run({name, "--user", "lumo", "--password-file", file});
+    EXPECT_EQ(doctor.code, 0);
+    EXPECT_THAT(doctor.out, AllOf(HasSubstr("as lumo (--user), by Digest (offered: Digest)"),
+                                  HasSubstr("EngineeringData")));
+  }
+  Outcome const refused = Run({"doctor", "--json"}, {"LUMO_USER=lumo", "LUMO_PASSWORD=guess"});
+  EXPECT_EQ(refused.code, 3);
+  EXPECT_THAT(refused.out + refused.error, Not(HasSubstr("guess")));
+  nlohmann::json const report = nlohmann::json::parse(refused.out);
+  EXPECT_EQ(report["fault"]["code"], "Unauthenticated");
+  EXPECT_EQ(report["findings"].back()["stage"], "log-on");
+  EXPECT_THAT(report["findings"].back()["next"], HasSubstr("password of lumo"));
 }
 
 /// Names of the records that meet the conditions.

@@ -33,7 +33,8 @@ run_kerberos() {
   "$tests" --gtest_filter='Kerberos.*:KerberosSetups.*'
   LUMO_TEST_LOCALE=de_DE.UTF-8 LANGUAGE=de "$tests" --gtest_filter='KerberosSetups.*'
   faketime -f +20m "$tests" --gtest_filter='KerberosClockOff*'
-  expect 0 "$lumo" probe --ticket --verbose
+  expect 0 "$lumo" doctor --ticket --verbose
+  KRB5CCNAME=FILE:/nowhere expect 3 "$lumo" doctor --ticket --json
   KRB5CCNAME=FILE:/nowhere expect 3 "$lumo" databases --ticket --verbose
   expect 0 "$lumo" databases --url "$RIG_EITHER_URL" --user ann --password-file "$RIG/password"
 }
@@ -46,9 +47,10 @@ run_ntlm() {
 
 run_tls() {
   "$tests" --gtest_filter='Tls.*:Proxy.*:TlsSetups.*'
-  expect 0 "$lumo" probe --verbose --ca-file "$RIG/ca.pem"
+  https_proxy=http://ann:wr0ng-s3cret@$RIG_PROXY expect 3 "$lumo" doctor --url "$RIG_FAR_URL" --json
+  expect 0 "$lumo" doctor --verbose --ca-file "$RIG/ca.pem"
   expect 4 "$lumo" databases --verbose
-  https_proxy=http://ann:wr0ng-s3cret@$RIG_PROXY expect 4 "$lumo" databases --url "$RIG_FAR_URL"
+  https_proxy=http://ann:wr0ng-s3cret@$RIG_PROXY expect 3 "$lumo" databases --url "$RIG_FAR_URL"
 }
 
 # Runs the blocks that begin with "```sh KIND", each in a shell of its own in the rig's folder. A
