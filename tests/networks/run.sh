@@ -67,6 +67,7 @@ run_blocks() {
     block=${block//proxy.example.com:3128/${RIG_PROXY-}}
     block=${block//server.example.com:443/${LUMO_URL#*://}}
     block=${block//https:\/\/server.example.com/${RIG_FAR_URL-}}
+    block=${block//https:\/\/strict.example.com/${RIG_CLIENT_URL-}}
     bash -euo pipefail -c "$block" <password || fail "that block of docs/networks.md"
   done <blocks
 }
