@@ -5,6 +5,7 @@
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 #include "lumo/Toolkit.h"
@@ -41,13 +42,24 @@ class Interrupts {
   std::optional<py::error_already_set> m_raised;
 };
 
-/// Does the work without the interpreter's lock. The work must not touch objects of Python.
+/// Does the work without the interpreter's lock. The work must not touch objects of Python. What a
+/// signal handler raised meanwhile is thrown, even when the work was done in time.
 template <class Work>
 auto Unlocked(Work work) {
   Interrupts interrupts;
-  try {
+  auto const run = [&work] {
     py::gil_scoped_release const release;
     return work();
+  };
+  try {
+    if constexpr (std::is_void_v<decltype(work())>) {
+      run();
+      interrupts.Rethrow();
+    } else {
+      auto result = run();
+      interrupts.Rethrow();
+      return result;
+    }
   } catch (Error const&) {
     interrupts.Rethrow();
     throw;

@@ -62,6 +62,7 @@ PYBIND11_MODULE(_core, module) {
   AddColumn(module);
   AddColumns(module);
   AddServer(module);
+  AddImport(module);
 }
 
 }  // namespace lumo::python

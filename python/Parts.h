@@ -16,6 +16,7 @@ void AddValues(py::module_& module);
 void AddColumn(py::module_& module);
 void AddColumns(py::module_& module);
 void AddServer(py::module_& module);
+void AddImport(py::module_& module);
 
 /// The value as an object of the package; its figures are converted by these units.
 py::object ToPython(Value const& value, py::object const& units);

@@ -269,6 +269,7 @@ void AddTable(py::module_& module) {
             return Unlocked([&] { return table.FindAttribute(name); });
           },
           py::arg("name"))
+      .def("new_import", [](Table const& table) { return table.NewImport(); })
       .def("all",
            [](Table const& table) {
              return PySelection{table.All(), table};

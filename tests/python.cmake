@@ -9,7 +9,7 @@ if(LUMO_BUILD_PYTHON AND LUMO_BUILD_SANDBOX)
     list(APPEND environment PYTHONMALLOC=malloc LD_PRELOAD=${runtime}
       ASAN_OPTIONS=detect_leaks=0)  # the interpreter leaves much behind
   endif()
-  foreach(part calls charts columns dask duckdb read units)
+  foreach(part calls charts columns dask docs duckdb import read units)
     add_test(NAME python.${part} COMMAND ${LUMO_PYTHON} -m pytest -q -rs -p no:cacheprovider
       ${CMAKE_CURRENT_SOURCE_DIR}/python/test_${part}.py)
     set_tests_properties(python.${part} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 600)

@@ -332,6 +332,38 @@ class Table(_Readable):
     def __getitem__(self, name: str) -> Record:
         return self.get(name)
 
+    def import_frame(
+        self,
+        frame: pd.DataFrame,
+        *,
+        dry_run: bool = True,
+        journal: str | os.PathLike[str] | None = None,
+        units: Mapping[str, str] | None = None,
+        make_folders: bool = False,
+        keep_going: bool = False,
+    ) -> pd.DataFrame:
+        """Makes and changes records from a frame such as `to_pandas` makes; at first only looks.
+
+        The index, or the column "record.name", has the names; "record.folder" and
+        "record.identity" say more of which record is meant. Other columns are attributes, or the
+        ends of ranges; units are those of `attrs["units"]` or `units`, else the attributes' own.
+        Cells without a value leave the record as it is.
+
+        With `dry_run` nothing is written. Without, `journal` is a file that must not exist yet: a
+        run that ends early can be resumed or undone by it (`lumo import --resume`). Rows with
+        faults keep everything from being written unless `keep_going` leaves them out.
+
+        The report is a frame with a line for each change and each fault: `kind` is "create",
+        "change", "same", "refused" or "waiting", and `row` counts from 0. `attrs` has "counts",
+        "faults" of the whole, "new_folders", "stopped" and "written". Raises `Error`.
+        """
+        from .imports import import_frame
+
+        return import_frame(
+            self._core, frame, dry_run=dry_run, journal=journal, units=units,
+            make_folders=make_folders, keep_going=keep_going,
+        )  # fmt: skip
+
     def _ipython_key_completions_(self) -> list[str]:
         frame = self.to_columns([next(iter(self.attributes))], progress=False)
         return [str(name) for name in frame["record.name"].objects]
