@@ -79,7 +79,7 @@ CommandLine::CommandLine() : m_app("Command for materials-information database s
   m_app.footer(kEnvironment);
   AddServerOptions();
   for (auto const add : {AddBrowsing, AddUnitLists, AddSearch, AddGet, AddPartitions, AddLinks,
-                         AddImport, AddExport, AddDoctor}) {
+                         AddImport, AddExport, AddPage, AddDoctor}) {
     add(*this);
   }
 }

@@ -109,5 +109,7 @@ void AddLinks(CommandLine& line);
 void AddImport(CommandLine& line);
 void AddExport(CommandLine& line);
 void AddDoctor(CommandLine& line);
+/// `lumo browse`.
+void AddPage(CommandLine& line);
 
 }  // namespace cli

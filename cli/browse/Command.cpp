@@ -1,0 +1,67 @@
+#include "cli/browse/Command.h"
+
+#include <signal.h>
+#include <spawn.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <iostream>
+#include <thread>
+
+#include "cli/browse/Server.h"
+
+namespace cli::browse {
+namespace {
+
+std::string Escaped(std::string const& text) {
+  std::string escaped;
+  for (char const c : text) {
+    auto const byte = static_cast<unsigned char>(c);
+    bool const isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+                         (c >= '0' && c <= '9') || c == '-' || c == '_' || c == '.';
+    if (isPlain) {
+      escaped += c;
+    } else {
+      escaped += '%';
+      escaped += "0123456789ABCDEF"[byte >> 4U];
+      escaped += "0123456789ABCDEF"[byte & 15U];
+    }
+  }
+  return escaped;
+}
+
+/// What the page shows first.
+std::string ViewOf(lumo::Client const& client, BrowseOptions const& options) {
+  if (options.table.empty()) return "";
+  lumo::Table const table = client.OpenTable(options.database, options.table);
+  return "#/start?db=" + Escaped(table.Database()) + "&table=" + Escaped(table.Name());
+}
+
+/// Asks the desktop to show an address; false when there is none to ask.
+bool Open(std::string const& address) {
+  std::string program = "xdg-open";
+  std::string argument = address;
+  char* const arguments[] = {program.data(), argument.data(), nullptr};
+  signal(SIGCHLD, SIG_IGN);  // its end is of no interest
+  pid_t child = 0;
+  return posix_spawnp(&child, "xdg-open", nullptr, nullptr, arguments, environ) == 0;
+}
+
+}  // namespace
+
+void Run(lumo::Client const& client, BrowseOptions const& options,
+         std::function<bool()> const& isOver,
+         std::function<std::string(lumo::Error const&)> const& advice) {
+  std::string const view = ViewOf(client, options);
+  Server const server(client, {options.port, advice});
+  std::cout << server.Address(view) << std::endl;
+  if (options.opens && !Open(server.AddressForOnce(view))) {
+    std::cerr << "no browser could be opened; open the address yourself\n";
+  }
+  std::chrono::seconds const longest(options.idleSeconds);
+  while (!isOver() && (longest.count() == 0 || server.Idle() < longest)) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  }
+}
+
+}  // namespace cli::browse

@@ -1,0 +1,198 @@
+#include "cli/browse/Server.h"
+
+#include <httplib.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+#include "cli/browse/Guard.h"
+#include "cli/browse/Page.h"
+#include "cli/browse/Views.h"
+
+namespace cli::browse {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// No scripts but the page's own, nothing from elsewhere, no frames around it, and no way from text
+/// to markup. Nothing is kept by the browser, since the data may be confidential.
+httplib::Headers SafeHeaders() {
+  return {{"Content-Security-Policy",
+           "default-src 'none'; script-src 'self'; style-src 'self'; connect-src 'self'; "
+           "img-src 'self' blob:; base-uri 'none'; form-action 'none'; "
+           "frame-ancestors 'none'; require-trusted-types-for 'script'; trusted-types 'none'"},
+          {"X-Content-Type-Options", "nosniff"},
+          {"X-Frame-Options", "DENY"},
+          {"Referrer-Policy", "no-referrer"},
+          {"Cross-Origin-Resource-Policy", "same-origin"},
+          {"Cross-Origin-Opener-Policy", "same-origin"},
+          {"Cache-Control", "no-store"}};
+}
+
+int StatusOf(lumo::ErrorCode code) {
+  switch (code) {
+    case lumo::ErrorCode::InvalidArgument:
+    case lumo::ErrorCode::Ambiguous: return 400;
+    case lumo::ErrorCode::NotFound: return 404;
+    default: return 502;
+  }
+}
+
+/// Only letters that need no care in a header.
+std::string PlainName(std::string const& name) {
+  std::string plain;
+  for (char const c : name) {
+    bool const isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+                         (c >= '0' && c <= '9') || c == '-' || c == '_' || c == '.';
+    plain += isPlain ? c : '_';
+  }
+  return plain.empty() ? "file" : plain;
+}
+
+/// A picture as what its bytes say it is; all else only to be saved.
+void Send(Bytes const& file, httplib::Response& response) {
+  std::string const type = file.isPicture ? PictureType(file.bytes) : "";
+  if (type.empty()) {
+    response.set_header("Content-Disposition",
+                        "attachment; filename=\"" + PlainName(file.name) + "\"");
+  }
+  response.set_content(file.bytes, type.empty() ? "application/octet-stream" : type);
+}
+
+}  // namespace
+
+struct Server::Parts {
+  using View = Json (Views::*)(Query const&) const;
+
+  Parts(lumo::Client client, ServerOptions serverOptions)
+      : options(std::move(serverOptions)), views(std::move(client), cancel) {
+    http.set_default_headers(SafeHeaders());
+    http.set_keep_alive_max_count(1);  // what follows a refused request is not read
+    http.set_payload_max_length(0);
+    http.set_pre_routing_handler(
+        [this](httplib::Request const& request, httplib::Response& response) {
+          return Refuses(request, response) ? httplib::Server::HandlerResponse::Handled
+                                            : httplib::Server::HandlerResponse::Unhandled;
+        });
+    http.Get("/", [this](auto const& request, auto& response) { SendPage(request, response); });
+    http.Get("/page/.*", [](auto const& request, auto& response) {
+      if (PageFile const* const file = FindPageFile(request.path)) {
+        response.set_content(file->bytes.data(), file->bytes.size(), std::string(file->type));
+      } else {
+        response.status = 404;
+      }
+    });
+    http.Get("/api/server", [this](auto const& /*request*/, auto& response) {
+      Answer(response, [this] { return views.Server(); });
+    });
+    Add("/api/table", &Views::Table);
+    Add("/api/tree", &Views::Tree);
+    Add("/api/search", &Views::Search);
+    Add("/api/records", &Views::Records);
+    Add("/api/heads", &Views::Heads);
+    Add("/api/around", &Views::Around);
+    Add("/api/columns", &Views::Columns);
+    Add("/api/progress", &Views::Progress);
+    http.Get("/api/file", [this](auto const& request, auto& response) {
+      Guarded(response, [&] { Send(views.File(request.params), response); });
+    });
+    Listen();
+  }
+
+  ~Parts() {
+    cancel.Cancel();
+    http.stop();
+    thread.join();
+  }
+  Parts(Parts const&) = delete;
+  Parts& operator=(Parts const&) = delete;
+
+  void Listen() {
+    bool const isBound = options.port == 0 ? (options.port = http.bind_to_any_port("127.0.0.1")) > 0
+                                           : http.bind_to_port("127.0.0.1", options.port);
+    if (!isBound) {
+      throw std::runtime_error("cannot listen on port " + std::to_string(options.port) +
+                               " of 127.0.0.1");
+    }
+    guard.SetPort(options.port);
+    thread = std::thread([this] { http.listen_after_bind(); });
+    while (!http.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+
+  bool Refuses(httplib::Request const& request, httplib::Response& response) {
+    auto const refusal =
+        guard.Judge({request.method, request.path, request.get_header_value("Host"),
+                     request.get_header_value("Cookie"), request.get_param_value("token"),
+                     request.get_header_value("Sec-Fetch-Site")});
+    if (!refusal) {
+      lastRequest = Clock::now().time_since_epoch().count();
+      return false;
+    }
+    response.status = refusal->status;
+    if (refusal->status == 405) response.set_header("Allow", "GET");
+    response.set_content(refusal->why + "\n", "text/plain; charset=utf-8");
+    return true;
+  }
+
+  void SendPage(httplib::Request const& request, httplib::Response& response) const {
+    if (request.has_param("token")) response.set_header("Set-Cookie", guard.Cookie());
+    PageFile const& page = *FindPageFile("/page/index.html");
+    response.set_content(page.bytes.data(), page.bytes.size(), std::string(page.type));
+  }
+
+  template <class Work>
+  void Guarded(httplib::Response& response, Work const& work) const {
+    try {
+      work();
+    } catch (lumo::Error const& error) {
+      response.status = StatusOf(error.Code());
+      Json const told = JsonOf(error, options.advice ? options.advice(error) : "");
+      response.set_content(TextOf(told), "application/json");
+    } catch (std::exception const& error) {
+      response.status = 500;
+      Json const told = {{"error", {{"text", error.what()}, {"code", "Other"}}}};
+      response.set_content(TextOf(told), "application/json");
+    }
+  }
+  template <class Make>
+  void Answer(httplib::Response& response, Make const& make) const {
+    Guarded(response, [&] { response.set_content(TextOf(make()), "application/json"); });
+  }
+  void Add(char const* path, View view) {
+    http.Get(path, [this, view](auto const& request, auto& response) {
+      Answer(response, [&] { return (views.*view)(request.params); });
+    });
+  }
+
+  ServerOptions options;
+  lumo::CancellationToken cancel;
+  Views views;
+  Guard guard;
+  std::atomic<Clock::rep> lastRequest{Clock::now().time_since_epoch().count()};
+  httplib::Server http;
+  std::thread thread;
+};
+
+Server::Server(lumo::Client client, ServerOptions options)
+    : m_parts(std::make_unique<Parts>(std::move(client), std::move(options))) {}
+Server::~Server() = default;
+
+int Server::Port() const { return m_parts->options.port; }
+
+std::string Server::Address(std::string const& view) const {
+  return "http://127.0.0.1:" + std::to_string(Port()) + "/?token=" + m_parts->guard.Token() + view;
+}
+
+std::string Server::AddressForOnce(std::string const& view) const {
+  return "http://127.0.0.1:" + std::to_string(Port()) + "/?token=" + m_parts->guard.TokenForOnce() +
+         view;
+}
+
+std::chrono::seconds Server::Idle() const {
+  Clock::duration const last(m_parts->lastRequest.load());
+  return std::chrono::duration_cast<std::chrono::seconds>(Clock::now().time_since_epoch() - last);
+}
+
+}  // namespace cli::browse
