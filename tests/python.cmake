@@ -15,6 +15,11 @@ if(LUMO_BUILD_PYTHON AND LUMO_BUILD_SANDBOX)
     set_tests_properties(python.${part} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 600)
   endforeach()
   set_tests_properties(python.dask PROPERTIES PROCESSORS 2)
+  if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+    add_test(NAME python.IsOfUseWhereItIsInstalled
+      COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/python/install.sh ${PROJECT_BINARY_DIR} ${LUMO_PYTHON}
+        $<TARGET_FILE:lumo-sandbox>)
+  endif()
   find_program(MYPY mypy PATHS /usr/bin NO_DEFAULT_PATH)
   if(MYPY)
     add_test(NAME python.TypesAreStrict COMMAND ${MYPY} --config-file

@@ -14,8 +14,9 @@ from .charts import Index, ashby
 from .columns import Column, Columns
 from .errors import Attempt, Error, ErrorCode
 from .pint_units import pint_unit
+from .records import Record, RecordStream
 from .sandboxes import Sandbox, sandbox
-from .server import Database, Record, RecordStream, Selection, Server, Table, connect
+from .server import Database, Selection, Server, Table, connect
 from .values import (
     NOT_APPLICABLE,
     Curve,

@@ -12,7 +12,7 @@ from .values import Curve, Curves, Figures, Value, text_of
 
 if TYPE_CHECKING:
     from .columns import Columns
-    from .server import Record
+    from .records import Record
 
 _ROWS = 10
 _WIDTH, _HEIGHT, _MARGIN = 360, 220, 45
@@ -64,7 +64,9 @@ def columns_html(columns: Columns) -> str:
 
     frame = frame_of(columns, ("record.identity", "record.guid", "record.fullName"))
     units = columns.units
-    shown = frame.head(_ROWS).rename(columns=lambda name: f"{name} [{units[name]}]" if name in units else name)
+    shown = frame.head(_ROWS).rename(
+        columns=lambda name: f"{name} [{units[name]}]" if name in units else name
+    )
     return f"{shown.to_html()}<p>{len(columns)} rows, {len(columns.names)} columns</p>"
 
 
@@ -84,7 +86,9 @@ def curve_html(curve: Curve) -> str:
     heights, bottom, top = _scale(middle, _HEIGHT - _MARGIN, 10)
     points = [f"{px:.1f},{py:.1f}" for px, py in zip(places, heights) if np.isfinite(px + py)]
     base = _HEIGHT - _MARGIN
-    ends = (curve.x_words[0], curve.x_words[-1]) if curve.x_words else (text_of(left), text_of(right))
+    ends = (
+        (curve.x_words[0], curve.x_words[-1]) if curve.x_words else (text_of(left), text_of(right))
+    )
 
     def text(px: float, py: float, words: str, anchor: str) -> str:
         return f'<text x="{px}" y="{py}" text-anchor="{anchor}">{escape(words)}</text>'

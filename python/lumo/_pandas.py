@@ -74,7 +74,9 @@ def frame_of(
     for name, flags in (("notApplicable", "not_applicable"), ("estimated", "estimated")):
         if marks is False:
             continue
-        marked = _marks([(one.attribute, getattr(one, flags)) for one in of_attributes], len(columns))
+        marked = _marks(
+            [(one.attribute, getattr(one, flags)) for one in of_attributes], len(columns)
+        )
         if marks or any(marked):
             made[f"record.{name}"] = pd.Series(marked, dtype=object).to_numpy()
     index = pd.Index(parts["record.name"].objects, name="record.name")

@@ -121,7 +121,9 @@ def _families(frame: pd.DataFrame, by: str | Sequence[str] | None) -> Sequence[s
 
 def _smallest(figures: _Bubbles, shown: npt.NDArray[np.bool_]) -> float:
     """The decades that an ellipse spans at least, so that figures without a range can be seen."""
-    return _SMALLEST * max(1.0, float(np.log10(figures.high[shown].max() / figures.low[shown].min())))
+    return _SMALLEST * max(
+        1.0, float(np.log10(figures.high[shown].max() / figures.low[shown].min()))
+    )
 
 
 def _ellipse(
@@ -143,7 +145,9 @@ def _ellipse(
     ax.update_datalim(corners)
 
 
-def _index_lines(ax: Axes, index: Index, x: _Bubbles, y: _Bubbles, shown: npt.NDArray[np.bool_]) -> None:
+def _index_lines(
+    ax: Axes, index: Index, x: _Bubbles, y: _Bubbles, shown: npt.NDArray[np.bool_]
+) -> None:
     """Some lines through the chart, each with its value of the index."""
     middle_x = np.sqrt(x.low * x.high)[shown]
     middle_y = np.sqrt(y.low * y.high)[shown]
@@ -156,8 +160,15 @@ def _index_lines(ax: Axes, index: Index, x: _Bubbles, y: _Bubbles, shown: npt.ND
         inside = np.flatnonzero((up > limits[1][0]) & (up < limits[1][1]))
         if len(inside):
             place = inside[len(inside) // 8]
-            ax.annotate(f"{10**merit:.2g}", (across[place], up[place]), color="0.35", fontsize=8,
-                        ha="center", va="center", bbox={"fc": "white", "ec": "none", "pad": 1})
+            ax.annotate(
+                f"{10**merit:.2g}",
+                (across[place], up[place]),
+                color="0.35",
+                fontsize=8,
+                ha="center",
+                va="center",
+                bbox={"fc": "white", "ec": "none", "pad": 1},
+            )
     ax.set_xlim(limits[0])
     ax.set_ylim(limits[1])
     name = index.label or f"({y.name})^{index.power:.3g} / ({x.name})"
@@ -190,7 +201,9 @@ def ashby(
         shown = (figures_x.low > 0) & (figures_y.low > 0)
         shown &= np.isfinite(figures_x.high) & np.isfinite(figures_y.high)
     if not shown.any():
-        raise Error(ErrorCode.INVALID_ARGUMENT, f'no row has figures above zero for "{x}" and "{y}"')
+        raise Error(
+            ErrorCode.INVALID_ARGUMENT, f'no row has figures above zero for "{x}" and "{y}"'
+        )
     ax = _new_axes(ax)
     ax.set_xscale("log")
     ax.set_yscale("log")
@@ -204,8 +217,13 @@ def ashby(
         ax.scatter([], [], color=color, alpha=_ELLIPSE, label=name or None)
         for row in np.flatnonzero(shown):
             if families[row] == name:
-                _ellipse(ax, (figures_x.low[row], figures_x.high[row]),
-                         (figures_y.low[row], figures_y.high[row]), least, color)
+                _ellipse(
+                    ax,
+                    (figures_x.low[row], figures_x.high[row]),
+                    (figures_y.low[row], figures_y.high[row]),
+                    least,
+                    color,
+                )
     ax.autoscale_view()
     if index is not None:
         wanted = index if isinstance(index, Index) else Index(float(index))

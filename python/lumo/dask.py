@@ -1,8 +1,8 @@
 """Reading on several machines with Dask. Reads only; see docs/python.md for when it pays.
 
-A selection is cut into parts, each a line of text without user and password; workers read them, and
-a semaphore of the cluster keeps the calls at once to what the server's keeper allows. Workers log on
-as their own environment or profile says::
+A selection is cut into parts, each a line of text without user and password; workers read them,
+and a semaphore of the cluster keeps the calls at once to what the server bears. Workers log on as
+their own environment or profile says::
 
     import lumo.dask
     from distributed import Client
@@ -20,7 +20,8 @@ from typing import TYPE_CHECKING, Any, Union
 
 from . import _core
 from .errors import Error, ErrorCode
-from .server import Attributes, Selection, Table, connect
+from .options import Attributes
+from .server import Selection, Table, connect
 
 if TYPE_CHECKING:
     import dask.dataframe
@@ -62,13 +63,14 @@ def read(
 ) -> dask.dataframe.DataFrame:
     """The records as a frame of Dask, a partition for each `records_each` of them.
 
-    The identities of the records are asked for now, the values when the frame is computed. `max_calls`
-    is the most calls at once to the server from the whole cluster; each partition makes one at a
-    time. The first read of a server in a cluster sets it. Without a cluster the process's own limit
-    holds. `connection` has options of `connect` for the workers, such as {"auth": "ticket"}, but no
-    password: workers take theirs from LUMO_PASSWORD_FILE or their profile. `long` and `options` are
-    those of `to_pandas`. Partitions always have the columns "record.notApplicable" and
-    "record.estimated". A worker that dies loses nothing but time: its parts are read again.
+    The identities of the records are asked for now, the values when the frame is computed.
+    `max_calls` is the most calls at once to the server from the whole cluster; each partition makes
+    one at a time. The first read of a server in a cluster sets it. Without a cluster the process's
+    own limit holds. `connection` has options of `connect` for the workers, such as
+    {"auth": "ticket"}, but no password: workers take theirs from LUMO_PASSWORD_FILE or their
+    profile. `long` and `options` are those of `to_pandas`. Partitions always have the columns
+    "record.notApplicable" and "record.estimated". A worker that dies loses nothing but time: its
+    parts are read again.
     """
     import dask
     import dask.dataframe

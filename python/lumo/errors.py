@@ -40,7 +40,7 @@ _HINTS = (
     ("the port does not speak TLS: write http:// in {0}, or name the port for https", ""),
     ("something in front of the server sends you to {0}; connect to the service layer itself", ""),
     (
-        "{0} does not hold the server's authority; give the certificates of your company's as ca_file=",
+        "{0} does not hold the server's authority; give your company's certificates as ca_file=",
         "give the certificates of your company's authority as ca_file=",
     ),
     ("check {0}: it cannot be read, or is not in PEM form", ""),
@@ -119,7 +119,9 @@ class Error(Exception):
         self.text = text  #: what happened, without the hint
         self._details = dict(details or {})
         #: what to do next; empty where nobody knows
-        self.hint = _hint(self._details.get("hint_code", 0), self._details.get("hint_arguments", []))
+        self.hint = _hint(
+            self._details.get("hint_code", 0), self._details.get("hint_arguments", [])
+        )
         super().__init__(f"{text}; {self.hint}" if self.hint else text)
 
     def __reduce__(self) -> tuple[Any, ...]:
@@ -174,7 +176,9 @@ class Error(Exception):
     def attempts(self) -> list[Attempt]:
         """All tries of a call that was repeated; empty for a call made once."""
         tries = self._details.get("tries", [])
-        return [Attempt(number, ErrorCode(code), text, after) for number, code, text, after in tries]
+        return [
+            Attempt(number, ErrorCode(code), text, after) for number, code, text, after in tries
+        ]
 
     @property
     def is_retryable(self) -> bool:

@@ -21,8 +21,10 @@ Cell = tuple[str, str, Any, str]
 
 
 def _is_missing(cell: Any) -> bool:
-    return cell is None or isinstance(cell, NotApplicable) or (
-        not isinstance(cell, (tuple, list)) and bool(pd.isna(cell))
+    return (
+        cell is None
+        or isinstance(cell, NotApplicable)
+        or (not isinstance(cell, (tuple, list)) and bool(pd.isna(cell)))
     )
 
 
@@ -117,7 +119,9 @@ def _frame_of(report: dict[str, Any]) -> pd.DataFrame:
     made = pd.DataFrame(lines, columns=_REPORT)
     kinds = [kind for _, kind, *_ in report["rows"]]
     made.attrs["counts"] = {kind: kinds.count(kind) for kind in dict.fromkeys(kinds)}
-    made.attrs.update({name: report[name] for name in ("faults", "new_folders", "stopped", "written")})
+    made.attrs.update(
+        {name: report[name] for name in ("faults", "new_folders", "stopped", "written")}
+    )
     return made
 
 
@@ -133,7 +137,9 @@ def import_frame(
 ) -> pd.DataFrame:
     """See `Table.import_frame`."""
     if not dry_run and journal is None:
-        raise Error(ErrorCode.INVALID_ARGUMENT, "a run needs a journal=, a file that is not there yet")
+        raise Error(
+            ErrorCode.INVALID_ARGUMENT, "a run needs a journal=, a file that is not there yet"
+        )
     known = {one.name: one for one in table.attributes}
     columns = _Columns(frame, known, units or {})
     by_index = "record.name" not in frame

@@ -96,8 +96,9 @@ def sandbox(
 
     `records` adds so many made-up materials; `log_file` gets a line for each call; `log_on` asks
     for the user "lumo" with the password of LUMO_SANDBOX_PASSWORD. Other options are those of
-    `connect`, and nobody logs on unless these say so. The program lumo-sandbox is looked for in the build tree, beside the
-    installation and on the PATH; LUMO_SANDBOX names another. Raises `Error`.
+    `connect`, and nobody logs on unless these say so. The program lumo-sandbox is looked for in the
+    build tree, beside the installation and on the PATH; LUMO_SANDBOX names another. Raises
+    `Error`.
     """
     command = [_program(), "--stop-on-eof", "--seed", seed, "--records", str(records)]
     command += ["--log-on", log_on]

@@ -3,67 +3,19 @@
 from __future__ import annotations
 
 import os
-from collections.abc import Callable, Iterable, Iterator, Mapping, Sequence
-from typing import TYPE_CHECKING, Any, Literal, TypedDict, Union
+from collections.abc import Iterable, Iterator, Mapping
+from typing import TYPE_CHECKING, Any, Literal
 
 from . import _core, _html, _progress
 from .columns import Columns
 from .errors import Error, ErrorCode
-from .values import Value
+from .options import Attributes, Auth, ConnectOptions, ReadOptions, names_of
+from .records import Record, RecordStream
 
 if TYPE_CHECKING:
     from typing_extensions import Unpack
 
     import pandas as pd
-
-Attributes = Union[str, Iterable[str], None]
-Auth = Union[None, Literal["ticket", "password", "anonymous"], tuple[str, str]]
-
-
-class ConnectOptions(TypedDict, total=False):
-    """What `connect` takes by name. Times are in seconds. What is left out comes from the
-    environment, then from the profile of the server in ~/.config/lumo/servers.ini."""
-
-    user: str | None
-    password: str | None
-    domain: str | None
-    namespace: str | None  #: base of the vendor's namespace
-    application_name: str | None
-    ca_file: str | None  #: certificates of authorities, PEM
-    ca_folder: str | None  #: the same as a folder of files under their hashed names
-    certificate_file: str | None  #: the client's own, PEM
-    key_file: str | None
-    proxy: str | None
-    proxy_user: str | None
-    proxy_password: str | None
-    resolve_timeout: float | None  #: 10 by default; 0 waits for ever, as in the next two
-    connect_timeout: float | None  #: 60 by default
-    stall_timeout: float | None  #: longest silence of the server, 300 by default
-    max_concurrency: int | None  #: calls at once from this process, 4 by default
-    max_attempts: int | None  #: tries of a call that reads, 5 by default
-    max_retry_time: float | None  #: no try begins later than this after the first, 600 by default
-    on_call: Callable[[_core.CallEvent], object] | None  #: told of each try of each call
-
-
-class ReadOptions(TypedDict, total=False):
-    """What all functions that read records take by name."""
-
-    unit_system: str | None  #: such as "SI"; the attributes' own units by default
-    currency: str | None
-    chunk_size: int | None  #: records in a call; adapts to the server by default
-    concurrency: int | None  #: calls at once; as many as the connection may make by default
-    ordered: bool | None  #: False hands chunks over as they come
-    with_files: bool | None  #: the bytes of files and pictures, not only their addresses
-    time_limit: float | None  #: seconds for the whole read
-    #: a function that is told of each step on the calling thread; False shows no progress bar,
-    #: True always one; by default there is one in terminals and notebooks when it takes long
-    progress: bool | Callable[[_core.Progress], object] | None
-
-
-def _names(attributes: Attributes) -> list[str]:
-    if attributes is None:
-        return []
-    return [attributes] if isinstance(attributes, str) else list(attributes)
 
 
 def connect(server: str = "", *, auth: Auth = None, **options: Unpack[ConnectOptions]) -> Server:
@@ -209,16 +161,16 @@ class _Readable:
     def partitions(self, records_each: int, attributes: Attributes = None) -> list[str]:
         """The records in parts, each a line of text for another process or machine, which reads it
         by `Server.read`. No user and no password is in it."""
-        return self._selection().partitions(records_each, _names(attributes))
+        return self._selection().partitions(records_each, names_of(attributes))
 
     def read(self, attributes: Attributes = None, **options: Unpack[ReadOptions]) -> RecordStream:
         """The records one after the other, with these attributes or with all::
 
-            for record in materials.read(["Density"]):
-                print(record.name, record["Density"])
+        for record in materials.read(["Density"]):
+            print(record.name, record["Density"])
         """
         reporter = _progress.Reporter(options)
-        core = self._selection().read(_names(attributes), **reporter.options)
+        core = self._selection().read(names_of(attributes), **reporter.options)
         return RecordStream(core, reporter)
 
     def to_columns(
@@ -235,7 +187,7 @@ class _Readable:
         `long` names an attribute of points, curves or a table, of which each point or row becomes
         a row. `units` gives units for attributes or columns: {"Density": "g/cm^3"}.
         """
-        names = [long] if long is not None and attributes is None else _names(attributes)
+        names = [long] if long is not None and attributes is None else names_of(attributes)
         with self.read(names, **options) as stream:
             columns = stream.to_columns(long=long)
         return columns.in_units(units) if units else columns
@@ -327,7 +279,7 @@ class Table(_Readable):
         Raises `Error`: NOT_FOUND, with names that are alike; AMBIGUOUS.
         """
         reporter = _progress.Reporter({**options, "progress": options.get("progress") or False})
-        return Record(self._core.get(name, _names(attributes), **reporter.options))
+        return Record(self._core.get(name, names_of(attributes), **reporter.options))
 
     def __getitem__(self, name: str) -> Record:
         return self.get(name)
@@ -374,120 +326,3 @@ class Table(_Readable):
     def _repr_html_(self) -> str:
         rows = [(one.name, one.type, one.unit) for one in self.attributes.values()]
         return _html.table_html(self.name, ("attribute", "type", "unit"), rows)
-
-
-class Record(Mapping[str, Value]):
-    """A record with the values that were read, by their attributes."""
-
-    def __init__(self, core: _core.Record) -> None:
-        self._core = core
-
-    @property
-    def id(self) -> _core.RecordId:
-        return self._core.id
-
-    @property
-    def name(self) -> str:
-        return self._core.name
-
-    @property
-    def full_name(self) -> str:
-        return self._core.full_name
-
-    @property
-    def folder(self) -> str:
-        """Names of the folders above it with "/" between them."""
-        return self._core.folder
-
-    @property
-    def attributes(self) -> dict[str, _core.Attribute]:
-        """Those that were read, with the units of their figures."""
-        return {one.name: one for one in self._core.attributes}
-
-    def __getitem__(self, attribute: str) -> Value:
-        """None when the record has no value. Raises `Error` for an attribute that was not read."""
-        return self._core.get(attribute)
-
-    def number(self, attribute: str, unit: str) -> float | None:
-        """The figure in that unit, the middle of a range; None when there is none."""
-        return self._core.number(attribute, unit)
-
-    def __iter__(self) -> Iterator[str]:
-        return iter(self.attributes)
-
-    def __len__(self) -> int:
-        return len(self.attributes)
-
-    def __contains__(self, attribute: object) -> bool:
-        return attribute in self.attributes
-
-    def __eq__(self, other: object) -> bool:
-        return self is other
-
-    def __hash__(self) -> int:
-        return id(self)
-
-    def _ipython_key_completions_(self) -> list[str]:
-        return list(self)
-
-    def __repr__(self) -> str:
-        return f"<lumo.Record {self.name!r} in {self.folder!r}>"
-
-    def _repr_html_(self) -> str:
-        return _html.record_html(self)
-
-
-class RecordStream(Iterator[Record]):
-    """Records as they are read, once, in the order of the selection unless the options say
-    otherwise. Reading ahead begins with the first record; `close`, or leaving a `with`, gives up
-    what is under way. Not to be used by several threads at once."""
-
-    def __init__(self, core: _core.RecordStream, reporter: _progress.Reporter) -> None:
-        self._core = core
-        self._reporter = reporter
-        self._chunk: Iterator[_core.Record] = iter(())
-
-    @property
-    def attributes(self) -> dict[str, _core.Attribute]:
-        """Those that are read, with the units of their figures."""
-        return {one.name: one for one in self._core.attributes}
-
-    @property
-    def progress(self) -> _core.Progress:
-        return self._core.progress
-
-    def chunks(self) -> Iterator[Columns]:
-        """The rest as columns, a chunk for each call to the server."""
-        attributes = self._core.attributes
-        with self._reporter:
-            while (columns := self._core.next_columns()) is not None:
-                yield Columns(columns, attributes)
-
-    def to_columns(self, *, long: str | None = None) -> Columns:
-        """The rest as one table."""
-        with self._reporter:
-            return Columns(self._core.columns(long or ""), self._core.attributes)
-
-    def close(self) -> None:
-        self._reporter.close()
-        self._core.close()
-
-    def __next__(self) -> Record:
-        for record in self._chunk:
-            return Record(record)
-        try:
-            chunk = self._core.next_chunk()
-        except BaseException:
-            self._reporter.close()
-            raise
-        if chunk is None:
-            self._reporter.close()
-            raise StopIteration
-        self._chunk = iter(chunk)
-        return self.__next__()
-
-    def __enter__(self) -> RecordStream:
-        return self
-
-    def __exit__(self, *exception: object) -> None:
-        self.close()

@@ -133,9 +133,13 @@ class Points(Sequence[Point]):
     _units: _core.Units | None = field(default=None, repr=False, compare=False)
 
     @overload
-    def __getitem__(self, place: int) -> Point: ...
+    def __getitem__(self, place: int) -> Point:
+        ...
+
     @overload
-    def __getitem__(self, place: slice) -> tuple[Point, ...]: ...
+    def __getitem__(self, place: slice) -> tuple[Point, ...]:
+        ...
+
     def __getitem__(self, place: int | slice) -> Point | tuple[Point, ...]:
         return self.points[place]
 
@@ -234,9 +238,13 @@ class Curve:
         return np.asarray(np.where(np.isfinite(middle), middle, open_end))
 
     @overload
-    def at(self, x: float) -> float: ...
+    def at(self, x: float) -> float:
+        ...
+
     @overload
-    def at(self, x: Sequence[float] | Figures) -> Figures: ...
+    def at(self, x: Sequence[float] | Figures) -> Figures:
+        ...
+
     def at(self, x: float | Sequence[float] | Figures) -> float | Figures:
         """y at that place of the x-axis, the middle of a range, as the attribute's interpolation
         says; NaN outside of the curve, and between points that are not to be joined."""
@@ -295,9 +303,13 @@ class Curves(Sequence[Curve]):
     is_logarithmic: bool = False  #: the y-axis is
 
     @overload
-    def __getitem__(self, place: int) -> Curve: ...
+    def __getitem__(self, place: int) -> Curve:
+        ...
+
     @overload
-    def __getitem__(self, place: slice) -> tuple[Curve, ...]: ...
+    def __getitem__(self, place: slice) -> tuple[Curve, ...]:
+        ...
+
     def __getitem__(self, place: int | slice) -> Curve | tuple[Curve, ...]:
         return self.curves[place]
 

@@ -104,8 +104,6 @@ class Reader:
             assert self._stream.get_next(self._stream, array) == 0
             if not array.release:
                 return
-            figures = {
-                name: array.children[i].contents.buffers[1] for i, name in enumerate(names)
-            }
+            figures = {name: array.children[i].contents.buffers[1] for i, name in enumerate(names)}
             yield {"length": array.length, "figures": figures}
             array.release(array)

@@ -36,7 +36,8 @@ def test_errors_have_codes_and_hints_in_pythons_words(
     assert caught.value.code is lumo.ErrorCode.NOT_FOUND
     assert str(caught.value).endswith("; did you mean Materials?")
     with pytest.raises(lumo.Error, match="match is") as caught:
-        small["ENG_MATERIALS"]["Materials"].where("density < 1 kg/m^3", match="some")  # type: ignore[arg-type]
+        materials = small["ENG_MATERIALS"]["Materials"]
+        materials.where("density < 1 kg/m^3", match="some")  # type: ignore[arg-type]
     ask_for_faults(small, "GetDatabases status 503")
     with pytest.raises(lumo.Error) as caught:
         list(small)
@@ -58,7 +59,9 @@ def test_log_on_is_by_user_and_password(monkeypatch: pytest.MonkeyPatch) -> None
             list(server)
         assert caught.value.code is lumo.ErrorCode.UNAUTHENTICATED
         assert len(lumo.connect(server.url, auth=("lumo", "pass word"))) == 2
-        with pytest.raises(lumo.Error, match="\\(user=\\).* check user, domain and password of lumo"):
+        with pytest.raises(
+            lumo.Error, match="\\(user=\\).* check user, domain and password of lumo"
+        ):
             list(lumo.connect(server.url, user="lumo", password="wrong"))
 
 

@@ -45,7 +45,9 @@ def test_a_worker_that_is_killed_loses_no_rows_and_no_limit_is_passed(tmp_path: 
         expected = materials.to_columns(["Density", "Recyclable"]).to_pandas(marks=True)
         reads = len(log.read_text())
         slow = urllib.request.Request(
-            f"{server.url}/control/faults", b"GetRecordAttributesByRef stall 1 every 1", method="PUT"
+            f"{server.url}/control/faults",
+            b"GetRecordAttributesByRef stall 1 every 1",
+            method="PUT",
         )
         urllib.request.urlopen(slow).close()
         settings = {

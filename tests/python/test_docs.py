@@ -42,7 +42,9 @@ def test_the_readmes_lines_run() -> None:
     assert len(names["frame"]) > 50  # type: ignore[arg-type]
 
 
-@pytest.mark.parametrize("notebook", sorted((SOURCE / "examples" / "python").glob("*.ipynb")), ids=lambda one: one.stem)
+@pytest.mark.parametrize(
+    "notebook", sorted((SOURCE / "examples" / "python").glob("*.ipynb")), ids=lambda one: one.stem
+)
 def test_notebooks_run(notebook: Path, monkeypatch: pytest.MonkeyPatch, tmp_path: Path) -> None:
     nbformat = pytest.importorskip("nbformat")
     nbclient = pytest.importorskip("nbclient")

@@ -33,7 +33,11 @@ def library() -> ctypes.CDLL:
     duckdb = ctypes.CDLL(str(paths[0]))
     duckdb.duckdb_value_varchar.restype = ctypes.c_void_p
     duckdb.duckdb_result_error.restype = ctypes.c_char_p
-    duckdb.duckdb_value_varchar.argtypes = [ctypes.POINTER(Result), ctypes.c_uint64, ctypes.c_uint64]
+    duckdb.duckdb_value_varchar.argtypes = [
+        ctypes.POINTER(Result),
+        ctypes.c_uint64,
+        ctypes.c_uint64,
+    ]
     return duckdb
 
 
@@ -93,18 +97,18 @@ FORMS: dict[str, Form] = {
     "integer": ("Number of suppliers", SAME, "{}", float, "{}", SAME),
     "logical": ("Recyclable", SAME, "{}::int", float, "{}::int", int),
     "moment": ("Last reviewed", micros, "epoch_us({})", float, "epoch_us({})", SAME),
-    "text": ("Designation", SAME, "strlen({})", lambda v: len(v.encode()), "{}", lambda v: v.encode()),
-    "long text": ("Typical uses", SAME, "length({})", len, "{}", lambda v: v.encode()),
+    "text": ("Designation", SAME, "strlen({})", lambda v: len(v.encode()), "{}", str.encode),
+    "long text": ("Typical uses", SAME, "length({})", len, "{}", str.encode),
     "words": ("Durability: sea water", words, "length(array_to_string({}, '|'))", len,
-              "array_to_string({}, '|')", lambda v: v.encode()),
+              "array_to_string({}, '|')", str.encode),
     "points": ("Hardness by condition.points", len, "{}", float, "{}", SAME),
     "curves": ("Yield strength against temperature.curves", len, "{}", float, "{}", SAME),
     "grid": ("Composition.rows", len, "{}", float, "{}", SAME),
-    "link": ("Data sheet", lambda v: v.url, "length({})", len, "{}", lambda v: v.encode()),
+    "link": ("Data sheet", lambda v: v.url, "length({})", len, "{}", str.encode),
     "picture": ("Photo.data", lambda v: v.data, "octet_length({})", len, "hex({})",
                 lambda v: v.hex().upper().encode()),
     "file": ("Processing note.fileName", lambda v: v.name, "length({})", len, "{}",
-             lambda v: v.encode()),
+             str.encode),
 }  # fmt: skip
 
 

@@ -63,7 +63,9 @@ def test_missing_and_not_applicable_are_kept_apart(marked_materials: lumo.Table)
         assert marks.not_applicable[row] == (value is lumo.NOT_APPLICABLE)
         assert marks.valid[row] == isinstance(value, lumo.Range)
         assert marks.estimated[row] == (isinstance(value, lumo.Range) and value.estimated)
-        assert frame["record.notApplicable"].iloc[row] == ((name,) if marks.not_applicable[row] else ())
+        assert frame["record.notApplicable"].iloc[row] == (
+            (name,) if marks.not_applicable[row] else ()
+        )
         assert frame["record.estimated"].iloc[row] == ((name,) if marks.estimated[row] else ())
     empty = frame[frame[f"{name}.low"].isna()]  # rows keep their marks when some are chosen
     assert {bool(one) for one in empty["record.notApplicable"]} == {True, False}
@@ -136,7 +138,9 @@ def test_calls_are_told_of(server: lumo.Sandbox) -> None:
     assert all(one.http_status == 200 and one.failure is None for one in events)
 
 
-def test_a_partition_is_read_from_a_line_of_text(materials: lumo.Table, server: lumo.Sandbox) -> None:
+def test_a_partition_is_read_from_a_line_of_text(
+    materials: lumo.Table, server: lumo.Sandbox
+) -> None:
     light = materials.where("density < 3000 kg/m^3")
     parts = light.partitions(20, ["Density"])
     read = [one for part in parts for one in server.read(part)]

@@ -72,7 +72,9 @@ def test_a_dot_binds_closer_than_a_slash(symbol: str, expression: str) -> None:
     assert lumo.pint_unit(symbol) == expression
 
 
-@pytest.mark.parametrize("symbol", ["HRC", "W//m", "W/", ".m", "kg*m", "m^", "EUR/kg", "kdegC", "m2", "-"])
+@pytest.mark.parametrize(
+    "symbol", ["HRC", "W//m", "W/", ".m", "kg*m", "m^", "EUR/kg", "kdegC", "m2", "-"]
+)
 def test_what_is_not_known_is_refused(symbol: str) -> None:
     with pytest.raises(lumo.Error):
         lumo.pint_unit(symbol)
