@@ -9,6 +9,7 @@
 #include "cli/Output.h"
 #include "lumo/toolkit/Numbers.h"
 #include "lumo/toolkit/Text.h"
+#include "lumo/toolkit/TypedText.h"
 
 namespace cli {
 namespace {
@@ -106,40 +107,6 @@ struct ReadableMaker {
   }
 };
 
-double NumberFrom(std::string const& text) {
-  double number = 0;
-  if (!lumo::ReadNumber(text, number)) Refuse(lumo::Quoted(text) + " is not a number");
-  return number;
-}
-
-lumo::Value FigureFrom(std::string text, bool isRange, std::string const& columnUnit) {
-  bool const isEstimated = !text.empty() && text[0] == '~';
-  if (isEstimated) text.erase(0, 1);
-  std::size_t const blank = text.find(' ');
-  std::string const unit = blank == std::string::npos
-                               ? columnUnit
-                               : std::string(lumo::Trimmed(std::string_view(text).substr(blank)));
-  text.resize(std::min(blank, text.size()));
-  if (!isRange) return lumo::Quantity{NumberFrom(text), unit, isEstimated};
-  std::size_t const joint = text.find(kEllipsis);
-  lumo::Range range{{}, {}, unit, isEstimated};
-  std::string const low = text.substr(0, joint);
-  std::string const high = joint == std::string::npos ? low : text.substr(joint + 2);
-  if (!low.empty()) range.low = NumberFrom(low);
-  if (!high.empty()) range.high = NumberFrom(high);
-  return range;
-}
-
-std::vector<std::string> WordsFrom(std::string const& text) {
-  std::vector<std::string> words;
-  for (std::size_t at = 0; at <= text.size();) {
-    std::size_t const end = std::min(text.find(';', at), text.size());
-    words.emplace_back(lumo::Trimmed(text.substr(at, end - at)));
-    at = end + 1;
-  }
-  return words;
-}
-
 }  // namespace
 
 std::string CsvCell(lumo::Value const& value, std::string const& columnUnit) {
@@ -149,35 +116,10 @@ std::string CsvCell(lumo::Value const& value, std::string const& columnUnit) {
 
 lumo::Value FromCsvCell(std::string const& cell, lumo::Attribute const& attribute,
                         std::string const& columnUnit) {
-  if (cell.empty()) return {};
-  switch (attribute.type) {
-    case AttributeType::Text:
-    case AttributeType::LongText: return cell;
-    case AttributeType::Date: return lumo::DateTime{cell};
-    default: break;
-  }
-  if (LooksLikeJson(cell)) return ValueOf(ParseJson(cell), attribute);
-  switch (attribute.type) {
-    case AttributeType::Integer: {
-      int value = 0;
-      if (!lumo::ReadInteger(cell, value)) Refuse(lumo::Quoted(cell) + " is not a whole number");
-      return std::int64_t{value};
-    }
-    case AttributeType::Logical: {
-      bool const isYes =
-          lumo::EqualIgnoringCase(cell, "yes") || lumo::EqualIgnoringCase(cell, "true");
-      bool const isNo =
-          lumo::EqualIgnoringCase(cell, "no") || lumo::EqualIgnoringCase(cell, "false");
-      if (!isYes && !isNo) Refuse(lumo::Quoted(cell) + " is neither yes nor no");
-      return isYes;
-    }
-    case AttributeType::Discrete: return WordsFrom(cell);
-    case AttributeType::Link: return lumo::Link{cell, ""};
-    case AttributeType::Number:
-    case AttributeType::Range:
-      return FigureFrom(cell, attribute.type == AttributeType::Range, columnUnit);
-    default: Refuse(lumo::Quoted(cell) + " is not a value of this type");
-  }
+  bool const isText =
+      attribute.type == AttributeType::Text || attribute.type == AttributeType::LongText;
+  if (!isText && LooksLikeJson(cell)) return ValueOf(ParseJson(cell), attribute);
+  return lumo::ReadTyped({cell, columnUnit, false}, attribute);
 }
 
 std::string ReadableCell(lumo::Value const& value, std::string const& columnUnit) {

@@ -79,7 +79,7 @@ CommandLine::CommandLine() : m_app("Command for materials-information database s
   m_app.footer(kEnvironment);
   AddServerOptions();
   for (auto const add : {AddBrowsing, AddUnitLists, AddSearch, AddGet, AddPartitions, AddLinks,
-                         AddImport, AddExport, AddPage, AddDoctor}) {
+                         AddImport, AddTemplate, AddExport, AddPage, AddDoctor}) {
     add(*this);
   }
 }

@@ -3,6 +3,7 @@
 #include <csv.h>
 
 #include <exception>
+#include <map>
 #include <utility>
 
 #include "cli/Failure.h"
@@ -28,10 +29,11 @@ struct Reading {
 
 }  // namespace
 
-void ReadCsv(std::string const& text,
+void ReadCsv(std::string const& text, char delimiter,
              std::function<void(std::vector<std::string> const& cells)> const& row) {
   csv_parser parser;
   csv_init(&parser, CSV_STRICT | CSV_STRICT_FINI);
+  csv_set_delim(&parser, static_cast<unsigned char>(delimiter));
   csv_set_space_func(&parser, [](unsigned char) { return 0; });  // blanks belong to the cell
   Reading reading = {row, {}, nullptr};
   auto const addCell = [](void* cell, std::size_t length, void* to) {
@@ -44,6 +46,22 @@ void ReadCsv(std::string const& text,
   csv_free(&parser);
   if (reading.fault) std::rethrow_exception(reading.fault);
   if (!isWhole) Refuse("the CSV has a misplaced quotation mark");
+}
+
+char DelimiterOf(std::string const& text) {
+  std::map<char, std::size_t> counts;
+  bool isQuoted = false;
+  for (char const c : text) {
+    if (c == '"') isQuoted = !isQuoted;
+    if (isQuoted) continue;
+    if (c == '\n' && !counts.empty()) break;
+    if (c == ',' || c == ';' || c == '\t') ++counts[c];
+  }
+  char best = ',';
+  for (auto const& [delimiter, count] : counts) {
+    if (count > counts[best]) best = delimiter;
+  }
+  return best;
 }
 
 }  // namespace cli

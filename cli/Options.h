@@ -107,6 +107,7 @@ void AddGet(CommandLine& line);
 void AddPartitions(CommandLine& line);
 void AddLinks(CommandLine& line);
 void AddImport(CommandLine& line);
+void AddTemplate(CommandLine& line);
 void AddExport(CommandLine& line);
 void AddDoctor(CommandLine& line);
 /// `lumo browse`.

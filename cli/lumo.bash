@@ -18,7 +18,8 @@ _lumo() {
       --url | --namespace | --user | --domain | --password-file | --ca-file | --proxy | --timeout | --sandbox-file | \
         -t | --text | -w | --where | -n | --name | -a | --attribute | --folder | --subset | --depth | \
         --from | --unit-system | --currency | -j | --jobs | --chunk | -f | --format | -o | --output | \
-        -e | --exporter | -p | --parameter | --port | --idle)
+        -e | --exporter | -p | --parameter | --port | --idle | --delimiter | --journal | --resume | \
+        --undo)
         [ "$command" = import ] && [ "${COMP_WORDS[i]}" = -n ] || ((++i)) ;;
       -*) ;;
       *) if [ -z "$command" ]; then command=${COMP_WORDS[i]}; else places+=("${COMP_WORDS[i]}"); fi ;;

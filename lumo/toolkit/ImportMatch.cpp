@@ -145,12 +145,10 @@ class Matcher {
     return m_rowsIn[folder] >= kManyNames || m_contents.count(known.id->identity) > 0;
   }
 
-  static bool IsNamed(ImportRow const& row) { return row.id.identity == 0 && row.id.guid.empty(); }
-
   void SearchNames() {
     std::set<std::string> names;
     for (PlannedRow const& row : m_plan.rows) {
-      if (!row.IsRefused() && IsNamed(*row.row) && !IsListed(row.folder)) {
+      if (!row.IsRefused() && !row.row->name.empty() && !IsListed(row.folder)) {
         names.insert(row.row->name);
       }
     }
@@ -205,8 +203,11 @@ class Matcher {
   // ---- records
 
   void Match(PlannedRow& row) {
-    ImportRow const& from = *row.row;
-    if (!IsNamed(from)) return MatchId(row);
+    bool const hasId = row.row->id.identity != 0 || !row.row->id.guid.empty();
+    hasId ? MatchId(row) : MatchNames(row);
+  }
+
+  void MatchNames(PlannedRow& row) {
     if (row.folder.empty()) return MatchName(row);
     Folder const& folder = FindFolder(row.folder);
     if (!folder.fault.empty()) return row.Refuse(folder.fault);
@@ -283,8 +284,29 @@ class Matcher {
     }
   }
 
+  /// The record of that identity, when its names lead to it as well.
+  std::optional<Placed> FoundByNames(PlannedRow const& row) {
+    ImportRow const& from = *row.row;
+    PlacedList named;
+    if (from.name.empty() || !from.id.guid.empty()) return {};
+    if (row.folder.empty()) {
+      named = m_named[from.name];
+    } else if (auto const& folder = FindFolder(row.folder).id) {
+      named = RecordsIn(row.folder, *folder, from.name);
+    }
+    for (Placed& one : named) {
+      if (one.head.id.identity == from.id.identity) return std::move(one);
+    }
+    return {};
+  }
+
   void MatchId(PlannedRow& row) {
     ImportRow const& from = *row.row;
+    if (auto const found = FoundByNames(row)) {
+      Take(row, {*found});
+      if (row.folder.empty()) m_elsewhere.push_back(&row);
+      return;
+    }
     std::string const id = from.id.guid.empty() ? IdentityText(from.id) : from.id.guid;
     std::optional<RecordHead> known;
     try {
@@ -292,11 +314,12 @@ class Matcher {
     } catch (Error const& error) {
       if (error.Code() != ErrorCode::NotFound) throw;
     }
-    if (!known && from.id.guid.empty() && !from.name.empty()) return MatchNamesake(row);
+    // An identity may be another server's: names tell then.
+    if (!known && from.id.guid.empty() && !from.name.empty()) return MatchNames(row);
     if (!known) return row.Refuse("there is no record " + id);
     if (!from.name.empty() && known->name != from.name) {
       return row.Refuse(id + " is the record " + Quoted(known->name) + ", not " +
-                        Quoted(from.name));
+                        Quoted(from.name) + "; leave the identity out to go by folder and name");
     }
     // Identities are those of a database, and may lead into another table.
     bool isHere = false;
@@ -312,25 +335,6 @@ class Matcher {
     }
     row.record = heads[0];
     row.folder = heads[0].folder;
-  }
-
-  /// An identity of another server's: its names tell.
-  void MatchNamesake(PlannedRow& row) {
-    std::vector<RecordHead> heads;
-    for (RecordHead const& head : FindByName(Link(), m_table.info, row.row->name, "")) {
-      if (head.name == row.row->name) heads.push_back(head);
-    }
-    for (Placed& placed : PlacesOf(heads)) {
-      PlacedList& list = m_named[row.row->name];
-      bool const isNew = std::none_of(list.begin(), list.end(), [&](Placed const& one) {
-        return one.head.id.identity == placed.head.id.identity;
-      });
-      if (isNew) list.push_back(std::move(placed));
-    }
-    if (row.folder.empty()) return MatchName(row);
-    Folder const& folder = FindFolder(row.folder);
-    if (!folder.fault.empty()) return row.Refuse(folder.fault);
-    MatchIn(row, folder.id);
   }
 
   /// Two rows for one record.

@@ -54,7 +54,10 @@ ImportRun::ImportRun(std::shared_ptr<OpenedTable> table, Journal& journal, Impor
       m_options(std::move(options)),
       m_connection(m_table->pool->Lend()) {
   m_connection->Scope().cancel = m_options.cancel;
-  for (FolderStep const& folder : m_journal.Folders()) m_folders[folder.path] = folder;
+  for (FolderStep const& folder : m_journal.Folders()) {
+    m_folders[folder.path] = folder;
+    m_folderOrder.push_back(folder.path);
+  }
   m_total = m_journal.CountOf(StepState::Waiting) + m_journal.CountOf(StepState::Sent);
 }
 
@@ -82,7 +85,7 @@ void ImportRun::SettleLeftovers() {
   for (;;) {
     Steps left = m_journal.Next(StepState::Sent, m_journal.About().chunkSize);
     if (left.empty()) break;
-    Settle(std::move(left), [this](Steps const& steps) { return Look(steps); });
+    Settle(WithParents(std::move(left)), [this](Steps const& steps) { return Look(steps); });
   }
   for (;;) {
     Steps const made = m_journal.Next(StepState::Made, m_journal.About().chunkSize);
@@ -269,11 +272,9 @@ bool ImportRun::MakeFolders(Steps const& steps) {
       needed.insert(path = PathBelow(path, part));
   }
   std::vector<FolderStep> waiting;
-  for (std::string const& path : needed) {  // a folder sorts before those in it
-    auto const folder = m_folders.find(path);
-    if (folder != m_folders.end() && folder->second.state == StepState::Waiting) {
-      waiting.push_back(folder->second);
-    }
+  for (std::string const& path : m_folderOrder) {  // each behind the one that it lies in
+    FolderStep const& folder = m_folders.at(path);
+    if (needed.count(path) > 0 && folder.state == StepState::Waiting) waiting.push_back(folder);
   }
   for (FolderStep& folder : waiting) {
     FolderStep const* const parent =

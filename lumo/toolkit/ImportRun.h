@@ -52,6 +52,7 @@ class ImportRun {
   ImportOptions m_options;
   std::shared_ptr<Connection> m_connection;
   std::map<std::string, FolderStep> m_folders;
+  std::vector<std::string> m_folderOrder;
   std::size_t m_total = 0;
   bool m_hasRefused = false;
   bool m_keepsWhatIsRefused = false;  ///< the server does not undo all of a refused request

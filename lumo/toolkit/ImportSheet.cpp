@@ -16,7 +16,8 @@ struct Column {
   bool isGuid = false;
   Attribute const* attribute = nullptr;
   std::string unit = {};
-  bool isEmpty = false;  ///< without a heading, or with one that was refused
+  bool isEmpty = false;   ///< without a heading, or with one that was refused
+  bool isRemark = false;  ///< says why a row was refused before
 };
 
 bool IsBlank(std::string const& cell) { return Trimmed(cell).empty(); }
@@ -70,6 +71,10 @@ class Sheet {
     for (auto const& [name, text] : kTexts) {
       if (EqualIgnoringCase(heading, name)) column.text = text;
     }
+    if (EqualIgnoringCase(heading, "why")) {
+      column.isEmpty = column.isRemark = true;
+      return column;
+    }
     column.isIdentity = EqualIgnoringCase(heading, "Identity");
     column.isGuid = EqualIgnoringCase(heading, "GUID");
     if (column.text == nullptr && !column.isIdentity && !column.isGuid) {
@@ -91,7 +96,8 @@ class Sheet {
   void AddCell(ImportRow& row, Column const& column, std::string const& cell) const {
     std::string const text(Trimmed(cell));
     if (column.isEmpty) {
-      if (m_faults.empty()) row.faults.push_back({"", Quoted(text) + " has no heading"});
+      if (m_faults.empty() && !column.isRemark)
+        row.faults.push_back({"", Quoted(text) + " has no heading"});
     } else if (column.text != nullptr) {
       row.*column.text = text;
     } else if (column.isGuid) {

@@ -84,6 +84,24 @@ Outcome CommandTest::RunAndInterrupt(std::vector<std::string> const& arguments) 
   return {CodeOf(status), Read(File("out")), Read(File("error"))};
 }
 
+Outcome CommandTest::RunAndKill(std::vector<std::string> const& arguments,
+                                std::chrono::microseconds after) const {
+  pid_t const child = fork();
+  if (child == 0) BecomeCommand(arguments, {}, m_url, m_folder);
+  int status = 0;
+  auto const end = std::chrono::steady_clock::now() + after;
+  pid_t ended = 0;
+  while ((ended = waitpid(child, &status, WNOHANG)) == 0 &&
+         std::chrono::steady_clock::now() < end) {
+    usleep(500);
+  }
+  if (ended == 0) {
+    kill(child, SIGKILL);
+    waitpid(child, &status, 0);
+  }
+  return {CodeOf(status), Read(File("out")), Read(File("error"))};
+}
+
 Outcome CommandTest::RunOnServerThatSays(std::string const& body,
                                          std::vector<std::string> const& arguments) {
   httplib::Server server;

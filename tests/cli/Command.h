@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,6 +28,9 @@ class CommandTest : public testing::Test {
               std::vector<std::string> const& environment = {}) const;
   /// The same, with Ctrl-C once the server has received the first call.
   Outcome RunAndInterrupt(std::vector<std::string> const& arguments) const;
+  /// The same, killed after that time unless it has ended by then.
+  Outcome RunAndKill(std::vector<std::string> const& arguments,
+                     std::chrono::microseconds after) const;
   /// The same, on a server that answers every call with status 200 and that body.
   Outcome RunOnServerThatSays(std::string const& body, std::vector<std::string> const& arguments);
   /// Makes the next calls go wrong, a line for each.

@@ -18,7 +18,7 @@ complete_words() {
   printf '%s\n' "${COMPREPLY[@]}"
 }
 mapfile -t commands < <(complete_words lumo '')
-[ ${#commands[@]} -eq 14 ] || fail "completed ${#commands[@]} commands: ${commands[*]}"
+[ ${#commands[@]} -eq 15 ] || fail "completed ${#commands[@]} commands: ${commands[*]}"
 for command in "${commands[@]}"; do
   completed=$(complete_words lumo "$command" --)
   mapfile -t options < <(lumo "$command" --help | grep -oE -- '^  (-[a-z], )?--[a-z-]+' | grep -oE -- '--.*')

@@ -1,0 +1,201 @@
+// Imports by the command: sheets as people make them, runs that end early, and undo.
+
+#include <xlsxwriter.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <sstream>
+
+#include "cli/ImportInput.h"
+#include "cli/Xlsx.h"
+#include "tests/cli/Command.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+using Words = std::vector<std::string>;
+
+namespace {
+
+class ImportCommand : public CommandTest {
+ protected:
+  static Words OnMaterials(char const* command, Words const& more) {
+    Words words = {command, "ENG_MATERIALS", "Materials"};
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+  }
+  std::string Values(Words names) const {
+    names.insert(names.end(), {"-a", "density", "-a", "price", "-f", "csv", "--no-headings"});
+    return Run(OnMaterials("get", names)).out;
+  }
+  /// What is in the table, without identities.
+  std::string All() const { return Run(OnMaterials("get", {"-f", "csv"})).out; }
+
+  static std::string Utf16(std::string const& ascii) {
+    std::string text = "\xFF\xFE";
+    for (char const c : ascii) text += {c, '\0'};
+    return text;
+  }
+  static std::size_t Scaled(char const* variable, std::size_t usual) {
+    char const* const text = std::getenv(variable);
+    return text == nullptr ? usual : std::strtoul(text, nullptr, 10);
+  }
+};
+
+TEST_F(ImportCommand, TakesSheetsAsPeopleMakeThem) {
+  Start();
+  std::string const german = "Name;Density (g/cm^3);Price;;\r\n1;2,8 - 2,9;1,5;;\r\n\r\n";
+  std::string const tabs = "Name\tDensity [g/cm^3]\tPrice\n2\t2.8 to 2.9\t1.5\n";
+  std::string const bars = "Name|Density [g/cm^3]|Price\n4|2.8 to 2.9|1.5\n";
+  EXPECT_EQ(Run(OnMaterials("import", {File("german.csv", german)})).code, 0);
+  EXPECT_EQ(Run(OnMaterials("import", {File("tabs", tabs)})).code, 0);
+  std::string third = german;
+  third[third.find("\r\n1") + 2] = '3';
+  EXPECT_EQ(Run(OnMaterials("import", {File("utf16.csv", Utf16(third))})).code, 0);
+  EXPECT_EQ(Run(OnMaterials("import", {"--delimiter", "|", File("bars", bars)})).code, 0);
+  for (std::string const name : {"1", "2", "3", "4"}) {
+    EXPECT_EQ(Values({name}), "," + name + "," + name + ",2800..2900,1.5\n");
+  }
+  EXPECT_EQ(cli::Utf8Of("\xFE\xFF\x20\xAC"), "\xE2\x82\xAC");
+}
+
+TEST_F(ImportCommand, ReadsSheetsAndWritesOnesToFillIn) {
+  Start();
+  std::string const file = File("filled.xlsx");
+  lxw_workbook* const book = workbook_new(file.c_str());
+  lxw_worksheet* const sheet = workbook_add_worksheet(book, nullptr);
+  lxw_format* const date = workbook_add_format(book);
+  format_set_num_format(date, "d. mmm yyyy");
+  lxw_col_t column = 0;
+  for (char const* const heading :
+       {"Name", "Density [g/cm^3]", "Price", "Recyclable", "Last reviewed", "Designation"}) {
+    worksheet_write_string(sheet, 0, column++, heading, nullptr);
+  }
+  lxw_datetime day{2026, 3, 17, 0, 0, 0};
+  worksheet_write_string(sheet, 2, 0, "X", nullptr);  // the row above is empty
+  worksheet_write_string(sheet, 2, 1, "2.8 to 2.9", nullptr);
+  worksheet_write_number(sheet, 2, 2, 0.1 + 0.2, nullptr);
+  worksheet_write_boolean(sheet, 2, 3, 1, nullptr);
+  worksheet_write_datetime(sheet, 2, 4, &day, date);
+  worksheet_write_string(sheet, 2, 5, "a & b <c>", nullptr);
+  ASSERT_EQ(workbook_close(book), LXW_NO_ERROR);
+  Outcome const outcome = Run(OnMaterials("import", {file}));
+  ASSERT_EQ(outcome.code, 0) << outcome.error;
+  EXPECT_EQ(
+      Run(OnMaterials("get", {"X", "-a", "density", "-a", "price", "-a", "recyclable", "-a",
+                              "last reviewed", "-a", "designation", "-f", "csv", "--no-headings"}))
+          .out,
+      ",X,X,2800..2900,0.3,yes,2026-03-17,a & b <c>\n");
+
+  std::string const name = File("new.xlsx");
+  ASSERT_EQ(Run(OnMaterials("template", {"-a", "density", "-a", "recyclable", "-o", name})).code,
+            0);
+  auto const rows = cli::ReadXlsx(Read(name));
+  ASSERT_EQ(rows.size(), 1u);
+  EXPECT_EQ(rows[0], (Words{"Folder", "Name", "Full name", "Density [kg/m^3]", "Recyclable"}));
+  EXPECT_THAT(Run(OnMaterials("import", {name})).error, HasSubstr("no rows"));
+  std::string const all = Run(OnMaterials("template", {})).out;
+  EXPECT_EQ(Run(OnMaterials("import", {File("new.csv", all + ",Y\n")})).code, 0);
+}
+
+TEST_F(ImportCommand, GivesRowsWithFaultsBackToBeMended) {
+  Start();
+  std::string const file = File("new.csv", "Name,Density\nA,1\nB,heavy\nC,\"2\"\nD,9 furlong\n");
+  Outcome outcome = Run(OnMaterials("import", {"--keep-going", file}));
+  EXPECT_EQ(outcome.code, 5);
+  EXPECT_THAT(outcome.error, AllOf(HasSubstr("row 3, Density: \"heavy\" is not a number"),
+                                   HasSubstr("2 created, 2 refused"),
+                                   HasSubstr("to undo it: lumo import --undo '")));
+  std::string faults = Read(file + ".faults.csv");
+  EXPECT_THAT(faults, AllOf(HasSubstr("why,Name,Density\n\"Density: \"\"heavy\"\" is not a number\""
+                                      ",B,heavy\n"),
+                            HasSubstr(",D,9 furlong\n")));
+  faults.replace(faults.find("B,heavy"), 7, "B,7");
+  faults.replace(faults.find("9 furlong"), 9, "9");
+  EXPECT_EQ(Run(OnMaterials("import", {File("mended.csv", faults)})).code, 0);
+  EXPECT_EQ(Values({"B", "D"}), ",B,B,7,\n,D,D,9,\n");
+}
+
+TEST_F(ImportCommand, GoesOnAndGoesBack) {
+  Start();
+  std::string const before = All();
+  std::string file = "Name,Density\nPEEK,1\n304,2\nOak,3\n";
+  for (int i = 0; i < 7; ++i) file += "X" + std::to_string(i) + ",1\n";
+  std::string const journal = File("run.journal");
+  // The second chunk, its first half and the first row of that.
+  Plan("SetRecordAttributes stall 0\nSetRecordAttributes fault x3");
+  Outcome outcome =
+      Run(OnMaterials("import", {"--chunk", "4", "--journal", journal, File("ten.csv", file)}));
+  EXPECT_EQ(outcome.code, 5);
+  EXPECT_THAT(outcome.error, AllOf(HasSubstr("row 6, Density: "), HasSubstr("4 created, 3 changed"),
+                                   HasSubstr("2 not sent"), HasSubstr("to go on: lumo import")));
+  outcome = Run({"import", "--resume", journal, "-f", "csv"});
+  EXPECT_EQ(outcome.code, 5) << "one row stays refused";
+  EXPECT_THAT(outcome.error, HasSubstr("6 created, 3 changed, 1 refused"));
+  EXPECT_THAT(outcome.out, HasSubstr("\n2,change,"));
+  EXPECT_EQ(Run(OnMaterials("get", {"X1"})).code, 2);
+  EXPECT_EQ(Values({"X6"}), ",X6,X6,1,\n");
+
+  outcome = Run({"import", "--undo", journal});
+  EXPECT_EQ(outcome.code, 5) << "records stay";
+  EXPECT_THAT(outcome.error,
+              AllOf(HasSubstr("undo: 3 changed"), HasSubstr("row 5: was made by the import")));
+  std::istringstream lines(All());
+  std::string after;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.compare(0, 2, ",X") != 0) after += line + "\n";
+  }
+  EXPECT_EQ(after, before);
+}
+
+TEST_F(ImportCommand, MakesTheSameTableHoweverOftenItIsKilled) {
+  std::size_t const rows = Scaled("LUMO_TEST_KILL_ROWS", 200);
+  std::size_t const kills = Scaled("LUMO_TEST_KILLS", 5);
+  std::string content = "Folder,Name,Full name,Density,Price\nPolymers/Thermoplastics,PEEK,,7,8\n";
+  for (std::size_t i = 0; i < rows; ++i) {
+    std::string const number = std::to_string(i);
+    content +=
+        (i % 2 == 0 ? "New/A,N" : "New/B,N") + number + ",Full " + number + "," + number + ",2\n";
+  }
+  std::string const file = File("many.csv", content);
+  Words const import = OnMaterials(
+      "import", {"--make-folders", "--chunk", "20", "--journal", File("journal"), file});
+  Start();
+  auto const begin = std::chrono::steady_clock::now();
+  ASSERT_EQ(Run(import).code, 0);
+  auto const time = std::chrono::duration_cast<std::chrono::microseconds>(
+      std::chrono::steady_clock::now() - begin);
+  std::string const undisturbed = All();
+  std::filesystem::remove(File("journal"));
+
+  std::ostringstream log;
+  sandbox::ServerOptions options;
+  options.log = &log;
+  Start(sandbox::Content::Minimal, options);
+  std::mt19937 random(std::random_device{}());
+  Words const resume = {"import", "--resume", File("journal")};
+  auto const runOnce = [&](std::chrono::microseconds after) {
+    bool const hasBegun = std::filesystem::exists(File("journal"));
+    Outcome const outcome = RunAndKill(hasBegun ? resume : import, after);
+    // A journal without a plan is from a run that ended before anything was sent.
+    if (outcome.code == 2 && hasBegun) std::filesystem::remove(File("journal"));
+    return outcome;
+  };
+  for (std::size_t i = 0; i < kills; ++i) {
+    std::uniform_int_distribution<std::chrono::microseconds::rep> moment(0, time.count());
+    runOnce(std::chrono::microseconds(moment(random)));
+  }
+  Outcome last;
+  for (int tries = 0; last.code != 0 && tries < 3; ++tries) last = runOnce(std::chrono::minutes(5));
+  EXPECT_EQ(last.code, 0) << last.error;
+  EXPECT_EQ(All(), undisturbed);
+  std::size_t creates = 0;
+  std::string const text = log.str();
+  for (std::size_t at = 0; (at = text.find("<zbt:create>", at)) != std::string::npos; ++at) {
+    ++creates;
+  }
+  EXPECT_EQ(creates, rows + 3) << "and three folders";
+}
+
+}  // namespace
