@@ -50,6 +50,7 @@ class PyStream {
  public:
   PyStream(RecordStream&& stream, Table table)
       : m_stream(std::move(stream)), m_table(std::move(table)) {}
+  // NOLINTNEXTLINE(bugprone-exception-escape): the lock throws only without an interpreter
   ~PyStream() {
     py::gil_scoped_release const release;
     m_stream.reset();
