@@ -7,7 +7,7 @@ import {copyLines, csvOf, pngOf, save, svgText} from './export.js';
 import {indexList, indexTools} from './indexlist.js';
 import {familiesOf, legend} from './legend.js';
 import {count, figure, many, rangeText, unit, withUnit} from './numbers.js';
-import {colours} from './scale.js';
+import {colours, roundSteps} from './scale.js';
 import {facts} from './sheet.js';
 import {go, state} from './state.js';
 
@@ -76,7 +76,8 @@ function conditions(parameters) {
     if (one.words.length) return choice(one.name, [['', 'any'], ...one.words.map((word) => [word, word])], at[one.name] ?? '', (value) => put(one.name, value));
     const isSet = typeof at[one.name] === 'number';
     const text = h('output', {}, isSet ? withUnit(figure(at[one.name], 4), one.unit) : 'any');
-    const slider = h('input', {type: 'range', min: one.least, max: one.most, step: (one.most - one.least) / 200, value: isSet ? at[one.name] : one.least,
+    const {least, most, step} = roundSteps(one.least, one.most);
+    const slider = h('input', {type: 'range', min: least, max: most, step, value: isSet ? at[one.name] : least,
       'aria-label': `${one.name}${one.unit ? ` in ${unit(one.unit)}` : ''}`, 'aria-valuetext': text.textContent, oninput: (event) => {
         const value = Number(Number(event.target.value).toPrecision(4));
         text.textContent = withUnit(figure(value, 4), one.unit);
@@ -84,7 +85,7 @@ function conditions(parameters) {
         put(one.name, value);
       }});
     return h('span', {class: 'slider'}, h('label', {}, `${one.name} `, slider), ' ', text, ' ',
-      button('any', () => { slider.value = one.least; text.textContent = 'any'; put(one.name, ''); }, {class: 'small', 'aria-label': `Any ${one.name}`}));
+      button('any', () => { slider.value = least; text.textContent = 'any'; put(one.name, ''); }, {class: 'small', 'aria-label': `Any ${one.name}`}));
   });
 }
 
@@ -233,7 +234,7 @@ export async function chartView(place, now) {
     const chosen = {...now, ...firstAxes(about.attributes, now)};
     if (!now.x || !now.y) go({x: chosen.x, y: chosen.y}, {quiet: true});
     const host = h('div', {class: 'plotarea'});
-    view = {host, shape: shape(chosen), asked: asked(chosen), note: h('p', {class: 'note', role: 'status'}), failure: h('div', {}),
+    view = {host, shape: shape(chosen), asked: asked(chosen), note: h('span', {role: 'status'}), above: h('span', {}), failure: h('div', {}),
       legend: h('div', {}), index: h('span', {class: 'index'}), list: h('div', {class: 'better'}), lines: h('div', {}),
       conditions: h('fieldset', {class: 'conditions', hidden: true})};
     view.chart = new Chart(host, told);
@@ -241,6 +242,6 @@ export async function chartView(place, now) {
     queueMicrotask(() => refresh(chosen));
     return [h('h1', {class: 'unseen'}, 'Property chart'), controls(chosen, numeric), view.conditions, view.tools, view.legend, view.failure, host,
       h('p', {id: 'chart-help', class: 'unseen'}, 'Arrow keys step through the records, Enter opens one, space adds it to the selection, plus and minus zoom, 0 shows the whole.'),
-      view.note, view.list, view.lines];
+      h('p', {class: 'note'}, view.note, view.above), view.list, view.lines];
   });
 }

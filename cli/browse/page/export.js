@@ -33,6 +33,15 @@ function commandLine({db, table, units, currency}, {ids = [], attributes = [], w
     ...(currency ? ['--currency', shell(currency)] : []), '-f csv'].join(' ');
 }
 
+function pythonLines({db, table, units, currency}, {ids = [], attributes = [], where = ''}) {
+  const list = (texts) => `[${texts.map(python).join(', ')}]`;
+  const chosen = (ids.length ? `.named(${list(ids.map((id) => `id:${id}`))})` : '') + (where ? `.where(${python(where)})` : '');
+  const given = [...(attributes.length ? [list(attributes)] : []), ...(units ? [`unit_system=${python(units)}`] : []),
+    ...(currency ? [`currency=${python(currency)}`] : [])];
+  return ['import lumo', `table = lumo.connect()[${python(db)}][${python(table)}]`,
+    `frame = table${chosen}.to_pandas(${given.join(', ')})`].join('\n');
+}
+
 export function copyLines(now, what) {
   const block = (title, text) => h('div', {class: 'copy'}, h('h3', {}, title), h('pre', {tabindex: 0}, text),
     button('Copy', async (event) => {
@@ -40,7 +49,9 @@ export function copyLines(now, what) {
       event.target.textContent = 'Copied';
       say(`The lines for ${title} were copied`);
     }, {'aria-label': `Copy the lines for ${title}`}));
-  return h('details', {class: 'lines'}, h('summary', {}, 'The same without this page'), block('a terminal', commandLine(now, what)));
+  return h('details', {class: 'lines'}, h('summary', {}, 'The same without this page'), 
+    block('a terminal', commandLine(now, what)), block('Python', pythonLines(now, what)),
+    h('p', {class: 'note'}, 'Both take the server from LUMO_URL, or from options of theirs.'));
 }
 
 /** A drawing with its ground, as text of SVG. */
@@ -72,4 +83,3 @@ export async function pngOf(drawing, ground) {
     URL.revokeObjectURL(address);
   }
 }
-export {commandLine, python};

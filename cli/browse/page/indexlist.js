@@ -30,8 +30,10 @@ export function indexTools(view) {
 /** Lists the records above the line, the best first. */
 export function indexList(view) {
   const {index} = view.model;
+  view.above.textContent = '';
   if (!index) { view.list.replaceChildren(); return; }
   const better = view.made.points.map((one) => ({one, is: meritOf(one, index.power)})).filter(({is}) => is > index.merit).sort((a, b) => b.is - a.is);
+  view.above.textContent = `, ${count(better.length)} above the line, which are listed below`;
   view.list.replaceChildren(
     h('h2', {}, `${many(better.length, 'record')} above the line`),
     h('p', {class: 'note'}, `${index.name} of more than ${figure(index.merit, 4)}, in the units of the axes. Drag the line, or move it by the arrow keys.`),

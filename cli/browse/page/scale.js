@@ -30,10 +30,21 @@ export function room(figures, isLog) {
   return [back(f(least) - gap), back(f(most) + gap)];
 }
 
-function steps(least, most, wanted) {
+function roundStep(least, most, wanted) {
   const raw = (most - least) / wanted;
   const ten = 10 ** Math.floor(Math.log10(raw));
-  const step = [1, 2, 5, 10].map((one) => one * ten).find((one) => one >= raw);
+  return ([1, 2, 5].find((one) => one * ten >= raw) || 10) * ten;
+}
+
+/** Round steps of a slider, between the ends. */
+export function roundSteps(least, most) {
+  const step = Number(roundStep(least, most, 200).toPrecision(3));
+  const near = (round, end) => Number((round(end / step) * step).toPrecision(12));
+  return {least: near(Math.ceil, least), most: near(Math.floor, most), step};
+}
+
+function steps(least, most, wanted) {
+  const step = roundStep(least, most, wanted);
   const list = [];
   for (let i = Math.ceil(least / step); i * step <= most * (1 + 1e-12) && list.length < 50; ++i) list.push(i * step);
   return list.map((one) => Number(one.toPrecision(12)));

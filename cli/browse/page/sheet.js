@@ -82,9 +82,8 @@ export function keepButton(id, name) {
   return one;
 }
 export function labelKeep(one, isKept) {
-  one.textContent = isKept ? '✓ In the selection' : '+ Add to the selection';
-  one.setAttribute('aria-pressed', String(isKept));
-  one.setAttribute('aria-label', `${isKept ? 'Remove' : 'Add'} ${one.dataset.name} ${isKept ? 'from' : 'to'} the selection`);
+  one.textContent = isKept ? 'Remove from the selection' : 'Add to the selection';
+  one.setAttribute('aria-label', `${one.textContent}: ${one.dataset.name}`);
 }
 
 function around(found) {
