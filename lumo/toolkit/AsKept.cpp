@@ -128,8 +128,13 @@ class Keeper {
     }
     return std::move(held);
   }
+  Value Kept(Link&& held, AttributeType /*type*/, std::string const& /*unit*/) const {
+    return Link{WithLineFeeds(held.url), WithLineFeeds(held.description)};
+  }
   Value Kept(File&& held, AttributeType /*type*/, std::string const& /*unit*/) const {
     held.url.clear();
+    held.name = WithLineFeeds(held.name);
+    held.description = WithLineFeeds(held.description);
     return std::move(held);
   }
   Value Kept(std::shared_ptr<Grid const>&& held, AttributeType /*type*/,
