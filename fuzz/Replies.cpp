@@ -78,7 +78,8 @@ bool CompareOperation(std::string const& reply) {
   Require(asEver.fields, fromWholeTree.fields, "fields");
   Require(asEver.error, fromWholeTree.error, "exception");
   Require(asEver.outcome, fromWholeTree.outcome, "outcome");
-  Require(asEver.texts, fromWholeTree.texts, "texts");
+  Require(asEver.requestText, fromWholeTree.requestText, "text of the request");
+  Require(asEver.replyText, TextOfWholeTree(reply), "text of the reply");
   Require(asEver.log == fromWholeTree.log, "log", "", "");
   CompareNodes(reply, name);
   return true;

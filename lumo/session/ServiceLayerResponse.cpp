@@ -16,6 +16,8 @@ constexpr int kLocalFailure = 500;
 lumo::LazyText PrintedText(SmartPtr<HttpMessageBuffer> const& buffer) {
   if (!buffer) return {};
   return lumo::LazyText([buffer]() -> std::string {
+    std::string text;
+    if (lumo::PrintPlain(buffer->GetBytes(), text)) return text;
     auto const document = std::make_unique<XmlDocument<char>>();
     bool const isXml = lumo::ParseXml(buffer->Begin(), buffer->End(), *document);
     return isXml ? XMLUtilites::Print(*document) : buffer->GetBytes();

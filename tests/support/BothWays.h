@@ -14,11 +14,13 @@ struct CallResult {
   std::string error;  ///< text of the exception that the call threw
   std::vector<std::string> log;
   std::string outcome;
-  std::string texts;
+  std::string replyText;
+  std::string requestText;
 
   bool operator==(CallResult const& other) const {
     return fields == other.fields && error == other.error && log == other.log &&
-           outcome == other.outcome && texts == other.texts;
+           outcome == other.outcome && replyText == other.replyText &&
+           requestText == other.requestText;
   }
 };
 
@@ -58,8 +60,16 @@ CallResult Call(Operation<Request, Response>& operation, KeepingLogger& logger) 
   result.log = logger.Errors();
   ServiceLayerResponse const& outcome = *response.GetServiceLayerResponse();
   result.outcome = std::to_string(outcome.GetOutcome()) + outcome.ErrorText();
-  result.texts = outcome.GetResponseMessage() + outcome.GetRequestMessage();
+  result.replyText = outcome.GetResponseMessage();
+  result.requestText = outcome.GetRequestMessage();
   return result;
+}
+
+/// The text of a reply as its whole tree has it; the reply itself when it is not XML.
+inline std::string TextOfWholeTree(std::string const& reply) {
+  auto const document = std::make_unique<XmlDocument<char>>();
+  bool const isXml = XMLUtilites::Parse(reply.data(), reply.data() + reply.size(), *document);
+  return isXml ? XMLUtilites::Print(*document) : reply;
 }
 
 /// What a call of the operation comes to when the reply may be read while it is parsed.

@@ -28,7 +28,8 @@ bool IsReadWhileParsed(std::string const& reply) {
   EXPECT_EQ(asEver.error, whole.error) << reply;
   EXPECT_EQ(asEver.log, whole.log) << reply;
   EXPECT_EQ(asEver.outcome, whole.outcome) << reply;
-  EXPECT_EQ(asEver.texts, whole.texts) << reply;
+  EXPECT_EQ(asEver.requestText, whole.requestText) << reply;
+  EXPECT_EQ(asEver.replyText, TextOfWholeTree(reply)) << reply;
   using Response = decltype(Impl(nullptr).ProcessResponse(nullptr));
   return lumo::ReadWhileParsed(reply, Impl(nullptr).GetResponseTagName(), [](auto const* node) {
     EXPECT_NE(Response()->CreateOne(node), nullptr);
