@@ -6,6 +6,7 @@
 
 #include "bench/LoopServer.h"
 #include "bench/Ratio.h"
+#include "bench/Replies.h"
 #include "lumo/LumoServiceLayer.h"
 
 namespace {
@@ -75,6 +76,28 @@ void SmallCallAgainstRawPost(benchmark::State& state) {
   if (!fine) state.SkipWithError("a call failed");
 }
 
+/// A call for many records against fetching the bytes of its reply.
+void RecordsCallAgainstRawPost(benchmark::State& state) {
+  auto const records = static_cast<std::size_t>(state.range(0));
+  LoopServer const server(RecordValuesReply(static_cast<int>(records)));
+  LumoServiceLayerServices const services(
+      LumoSession::CreateOne(server.Url(), LumoSLAuth_Annonymous::CreateOne()));
+  auto const operation = services.GetDataExportService()->GetRecordAttributesByRefImplPtr();
+  auto const request = GetRecordAttributesByRefRequest::CreateOne();
+  RawPost raw(server.Url(), *operation->BuildRequestHandle(request));
+
+  bool fine = true;
+  auto const rawPost = [&] { fine = raw.Run() && fine; };
+  auto const call = [&] {
+    GetRecordAttributesByRefResponse response;
+    operation->RequestRecordAttributesByRef(request, &response);
+    fine = response.AccessRecordData().size() == records && fine;
+  };
+  MeasureRound(state, 1, rawPost, call);
+  if (!fine) state.SkipWithError("a call failed");
+}
+
 }  // namespace
 
 BENCHMARK(SmallCallAgainstRawPost)->Unit(benchmark::kMillisecond);
+BENCHMARK(RecordsCallAgainstRawPost)->Arg(10000)->Unit(benchmark::kMillisecond);

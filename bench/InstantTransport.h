@@ -5,7 +5,7 @@
 
 #include "lumo/LumoServiceLayer.h"
 
-/// Answers every message with the same reply, without a network.
+/// Answers every message with the same reply, without a network. The reply must outlive it.
 class InstantTransport : public HttpTransport {
  public:
   static SmartPtr<HttpTransport> Of(std::string const& reply) {
@@ -19,5 +19,5 @@ class InstantTransport : public HttpTransport {
 
  private:
   explicit InstantTransport(std::string const& reply) : m_reply(reply) {}
-  std::string m_reply;
+  std::string const& m_reply;
 };

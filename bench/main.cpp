@@ -1,22 +1,12 @@
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 #include <sched.h>
 
-#include <climits>
-#include <cstdlib>
-#include <cstring>
 #include <iostream>
 
+#include "bench/Heap.h"
 #include "lumo/LumoServiceLayer.h"
 
 namespace {
-
-/// Keeps freed memory in the process, as a program that calls often comes to do by itself; without
-/// it every large reply is paid for in page faults.
-void KeepHeapWarm() {
-  mallopt(M_TRIM_THRESHOLD, -1);  // never
-  mallopt(M_MMAP_THRESHOLD, INT_MAX);
-}
 
 /// Client and server take turns on one CPU, so that process CPU time is the time of a call.
 void StayOnOneCpu() {
@@ -29,11 +19,8 @@ void StayOnOneCpu() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  char const* const heap = std::getenv("LUMO_BENCH_HEAP");
-  bool const isDefaultHeap = heap != nullptr && std::strcmp(heap, "default") == 0;
-  if (!isDefaultHeap) KeepHeapWarm();
+  benchmark::AddCustomContext("heap", PrepareHeap());
   StayOnOneCpu();
-  benchmark::AddCustomContext("heap", isDefaultHeap ? "default (glibc)" : "warm (no trimming)");
   benchmark::AddCustomContext("time", "process CPU time, client and server on one CPU");
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
