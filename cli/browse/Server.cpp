@@ -51,6 +51,17 @@ std::string PlainName(std::string const& name) {
   return plain.empty() ? "file" : plain;
 }
 
+/// As it stands: compression, which the HTTP library would choose for the browser, takes longer on
+/// loopback than it saves.
+void Put(httplib::Response& response, std::string text, std::string const& type) {
+  auto const kept = std::make_shared<std::string const>(std::move(text));
+  if (kept->empty()) return response.set_content("", type);
+  response.set_content_provider(
+      kept->size(), type, [kept](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
+        return sink.write(kept->data() + offset, length);
+      });
+}
+
 /// A picture as what its bytes say it is; all else only to be saved.
 void Send(Bytes const& file, httplib::Response& response) {
   std::string const type = file.isPicture ? PictureType(file.bytes) : "";
@@ -58,7 +69,7 @@ void Send(Bytes const& file, httplib::Response& response) {
     response.set_header("Content-Disposition",
                         "attachment; filename=\"" + PlainName(file.name) + "\"");
   }
-  response.set_content(file.bytes, type.empty() ? "application/octet-stream" : type);
+  Put(response, file.bytes, type.empty() ? "application/octet-stream" : type);
 }
 
 }  // namespace
@@ -79,7 +90,7 @@ struct Server::Parts {
     http.Get("/", [this](auto const& request, auto& response) { SendPage(request, response); });
     http.Get("/page/.*", [](auto const& request, auto& response) {
       if (PageFile const* const file = FindPageFile(request.path)) {
-        response.set_content(file->bytes.data(), file->bytes.size(), std::string(file->type));
+        Put(response, std::string(file->bytes), std::string(file->type));
       } else {
         response.status = 404;
       }
@@ -139,7 +150,7 @@ struct Server::Parts {
   void SendPage(httplib::Request const& request, httplib::Response& response) const {
     if (request.has_param("token")) response.set_header("Set-Cookie", guard.Cookie());
     PageFile const& page = *FindPageFile("/page/index.html");
-    response.set_content(page.bytes.data(), page.bytes.size(), std::string(page.type));
+    Put(response, std::string(page.bytes), std::string(page.type));
   }
 
   template <class Work>
@@ -158,7 +169,7 @@ struct Server::Parts {
   }
   template <class Make>
   void Answer(httplib::Response& response, Make const& make) const {
-    Guarded(response, [&] { response.set_content(TextOf(make()), "application/json"); });
+    Guarded(response, [&] { Put(response, TextOf(make()), "application/json"); });
   }
   void Add(char const* path, View view) {
     http.Get(path, [this, view](auto const& request, auto& response) {
