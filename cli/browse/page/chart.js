@@ -105,17 +105,21 @@ export class Chart {
     pen.rect(LEFT, TOP, width - LEFT - RIGHT, height - TOP - BOTTOM);
     pen.clip();
     const isBox = this.model.shape === 'box';
-    this.model.points.forEach((point, i) => {
+    const sizes = [];
+    for (const {family} of this.model.points) sizes[family] = (sizes[family] || 0) + 1;
+    // Large families first, so that they do not hide small ones.
+    const order = this.shapes.map((one, i) => i).sort((a, b) => sizes[this.model.points[b].family] - sizes[this.model.points[a].family]);
+    for (const i of order) {
       const {cx, cy, rx, ry} = this.shapes[i];
-      if (cx + rx < LEFT || cx - rx > width || cy + ry < 0 || cy - ry > height) return;
+      if (cx + rx < LEFT || cx - rx > width || cy + ry < 0 || cy - ry > height) continue;
       pen.beginPath();
       if (isBox) pen.rect(cx - rx, cy - ry, 2 * rx, 2 * ry); else pen.ellipse(cx, cy, rx, ry, 0, 0, 2 * Math.PI);
-      pen.fillStyle = pen.strokeStyle = this.colourOf(point);
+      pen.fillStyle = pen.strokeStyle = this.colourOf(this.model.points[i]);
       pen.globalAlpha = 0.25;
       pen.fill();
       pen.globalAlpha = 0.8;
       pen.stroke();
-    });
+    }
   }
 
   drawKept() {

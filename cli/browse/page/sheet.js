@@ -25,7 +25,8 @@ export function bar(attribute, low, high) {
 function grid(value) {
   return h('div', {class: 'wide', tabindex: 0, role: 'group', 'aria-label': 'Table of values'}, h('table', {class: 'grid'},
     h('thead', {}, h('tr', {}, value.columns.map((one) => h('th', {scope: 'col'}, one.name, one.unit ? h('small', {}, ` ${unit(one.unit)}`) : null)))),
-    h('tbody', {}, value.rows.map((row) => h('tr', {}, row.map((cell) => h('td', {}, cell ? plain(cell) : '–')))))));
+    h('tbody', {}, value.rows.map((row) => h('tr', {}, row.map((cell, i) =>
+      h('td', {}, cell ? plain(cell.unit === value.columns[i].unit ? {...cell, unit: ''} : cell) : '–')))))));
 }
 
 const pointsTable = (value) => h('table', {class: 'grid'}, h('tbody', {}, value.points.map((one) => h('tr', {},
