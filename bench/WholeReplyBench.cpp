@@ -28,7 +28,7 @@ class Calls {
   std::string const& ReplyBytes() const { return m_reply; }
   /// A response that the caller releases.
   SmartPtr<Response> Make() {
-    auto const response = Response::CreateOne();
+    auto response = Response::CreateOne();
     m_operation.ExecuteRequestInternal(nullptr, response.get(), nullptr);
     if (!response->GetServiceLayerResponse()->Succeeded()) m_state.SkipWithError("a call failed");
     return response;
