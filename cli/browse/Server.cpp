@@ -121,6 +121,11 @@ struct Server::Parts {
   Parts& operator=(Parts const&) = delete;
 
   void Listen() {
+    // Not those of the library, by which two pages could share a port and confuse their tokens.
+    http.set_socket_options([](socket_t listener) {
+      int const yes = 1;
+      setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    });
     bool const isBound = options.port == 0 ? (options.port = http.bind_to_any_port("127.0.0.1")) > 0
                                            : http.bind_to_port("127.0.0.1", options.port);
     if (!isBound) {

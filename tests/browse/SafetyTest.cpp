@@ -128,6 +128,12 @@ TEST(Server, KnowsNoFilesButThoseOfThePage) {
   }
 }
 
+TEST(Server, SharesItsPortWithNobody) {
+  Page page(sandbox::Content::Minimal);
+  auto const client = lumo::Client::Connect("http://127.0.0.1:1");
+  EXPECT_THROW(cli::browse::Server(client, {page.Server().Port(), {}}), std::runtime_error);
+}
+
 TEST(Server, SendsFilesOnlyToBeSaved) {
   Page page;
   std::string const record = "&id=69&db=ENG_MATERIALS&table=Materials";
