@@ -2,6 +2,7 @@
 
 #include <iostream>
 #include <map>
+#include <utility>
 
 #include "cli/Output.h"
 #include "lumo/toolkit/Text.h"
@@ -20,6 +21,13 @@ std::string WhyOf(lumo::RowFault const& fault) {
 std::string WhyOf(lumo::RowVerdict const& row) {
   std::string text;
   for (lumo::RowFault const& fault : row.faults) text += (text.empty() ? "" : "; ") + WhyOf(fault);
+  return text;
+}
+
+/// What is worth knowing of a row that is taken.
+std::string NotesOf(lumo::RowVerdict const& row) {
+  std::string text;
+  for (std::string const& note : row.notes) text += (text.empty() ? "note: " : "; ") + note;
   return text;
 }
 
@@ -54,10 +62,11 @@ void PutOutRows(OutputOptions const& options, lumo::ImportReport const& report) 
              };
              for (lumo::RowFault const& fault : row.faults) add(fault.attribute, "", "", fault.why);
              if (row.kind == Kind::Refused && !row.faults.empty()) continue;
+             std::string notes = NotesOf(row);
              for (lumo::ValueChange const& one : row.changes) {
-               add(one.attribute, one.before, one.after, "");
+               add(one.attribute, one.before, one.after, std::exchange(notes, {}));
              }
-             if (row.changes.empty()) add("", "", "", "");
+             if (row.changes.empty()) add("", "", "", notes);
            }
          });
 }

@@ -43,6 +43,7 @@ class Matcher {
     SearchNames();
     for (PlannedRow& row : m_plan.rows) {
       if (!row.IsRefused()) Match(row);
+      NoteNamesakes(row);
     }
     FillFolders();
     FindTwins();
@@ -153,6 +154,7 @@ class Matcher {
       }
     }
     std::vector<RecordHead> found;
+    std::set<int> seen;
     auto name = names.begin();
     PipelineOptions options;
     options.cancel = m_options.cancel;
@@ -168,7 +170,7 @@ class Matcher {
           std::vector<RecordHead> heads;
           for (std::string const& one : chunk) {
             for (RecordHead& head : FindByName(connection, m_table.info, one, "")) {
-              if (head.name == one) heads.push_back(std::move(head));
+              if (EqualIgnoringCase(head.name, one)) heads.push_back(std::move(head));
             }
           }
           return heads;
@@ -178,7 +180,11 @@ class Matcher {
     searches.Start(m_table.pool->Lend(
         std::min(m_table.pool->MostCalls(), (names.size() + kNamesInTurn - 1) / kNamesInTurn)));
     while (auto heads = searches.Take([] {})) {
-      std::move(heads->begin(), heads->end(), std::back_inserter(found));
+      for (RecordHead& head : *heads) {
+        if (!seen.insert(head.id.identity).second) continue;  // found by "Cr" and by "CR"
+        if (names.count(head.name) > 0) found.push_back(head);
+        m_alike[Lower(head.name)].push_back(std::move(head));
+      }
     }
     for (Placed& placed : PlacesOf(found)) {
       std::string const key = placed.head.name;
@@ -205,6 +211,19 @@ class Matcher {
   void Match(PlannedRow& row) {
     bool const hasId = row.row->id.identity != 0 || !row.row->id.guid.empty();
     hasId ? MatchId(row) : MatchNames(row);
+  }
+
+  /// Says of a record that is to be made what may be the one that was meant.
+  void NoteNamesakes(PlannedRow& row) {
+    if (row.record || row.IsRefused()) return;
+    auto const alike = m_alike.find(Lower(row.row->name));
+    if (alike == m_alike.end()) return;
+    for (RecordHead const& head : alike->second) {
+      bool const isSame = head.name == row.row->name;
+      row.verdict.notes.push_back(
+          isSame ? IdentityText(head.id) + " in another place has the same name"
+                 : IdentityText(head.id) + " is called " + Quoted(head.name));
+    }
   }
 
   void MatchNames(PlannedRow& row) {
@@ -366,6 +385,7 @@ class Matcher {
   std::map<std::string, std::size_t> m_rowsIn;
   std::map<int, std::multimap<std::string, Placed>> m_contents;  ///< by the folder's identity
   std::unordered_map<std::string, PlacedList> m_named;
+  std::unordered_map<std::string, std::vector<RecordHead>> m_alike;  ///< by the name in lower case
   FolderPaths m_paths;
   std::vector<PlannedRow*> m_elsewhere;
   std::set<std::size_t> m_twins;

@@ -166,6 +166,10 @@ TEST_F(ImportTest, ChangesTheRecordThatIsMeant) {
                   HasSubstr("row 8: there is no folder \"Polymers/New\"")));
   EXPECT_EQ(report.rows[3].kind, Kind::Create);
   EXPECT_EQ(report.rows[4].kind, Kind::Create) << "another one in another folder";
+  EXPECT_THAT(report.rows[4].notes,
+              ElementsAre("id:" + identity + " in another place has the same name"));
+  EXPECT_THAT(SheetOf({{"Name"}, {"peek"}}).Preflight().rows[0].notes,
+              ElementsAre("id:" + identity + " is called \"PEEK\""));
 
   lumo::ImportOptions options = Quick();
   options.makesFolders = true;
@@ -327,7 +331,8 @@ TEST_F(ImportTest, PutsOldValuesBack) {
   made.name = "Made";
   import.Add(made);
   lumo::ImportReport report = import.Run(Journal("all"), Quick());
-  ASSERT_TRUE(report.IsComplete()) << (report.stopped ? report.stopped->what() : "refused");
+  ASSERT_THAT(FaultsOf(report), IsEmpty());
+  ASSERT_TRUE(report.IsComplete()) << (report.stopped ? report.stopped->what() : "");
   EXPECT_EQ(report.Count(Kind::Change), changed);
   lumo::ImportReport const other =
       SheetOf({{"Name", "Density"}, {"PEEK", "1"}}).Run(Journal("other"));
