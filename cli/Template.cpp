@@ -193,6 +193,7 @@ void WriteTemplate(Context& context, TemplateChoice const& choice) {
     return;
   }
   std::vector<std::string> headings;
+  headings.reserve(columns.size());
   for (Column const& column : columns) headings.push_back(column.heading);
   Sink sink(file);
   sink.Write(CsvLine(headings, context.output.delimiter));
