@@ -232,8 +232,8 @@ const steps = {
   async 'says what fails, and tries again'() {
     const plan = (text) => fetch(`${url}/control/faults`, {method: 'PUT', body: text});
     const record = `${address.split('?')[0]}#/record?db=ENG_MATERIALS&table=Materials&id=69`;
-    for (const [fault, title] of [['fault', 'The server reports a fault'], ['cut 50', 'The connection to the server failed'],
-      ['status 503 x20', 'The server cannot serve now'], ['html', 'The reply was not understood']]) {
+    for (const [fault, title] of [['fault x20', 'The server reports a fault'], ['cut 50 x20', 'The connection to the server failed'],
+      ['status 503 x20', 'The server cannot serve now'], ['html x20', 'The reply was not understood']]) {
       await page.goto('about:blank');
       await plan(`GetRecordAttributesByRef ${fault}`);
       await page.goto(record);
