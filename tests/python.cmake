@@ -4,9 +4,14 @@ if(LUMO_BUILD_PYTHON AND LUMO_BUILD_SANDBOX)
   set(environment PYTHONPATH=${PROJECT_BINARY_DIR}/python MPLBACKEND=Agg
     LUMO_SANDBOX=$<TARGET_FILE:lumo-sandbox>)
   if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=address")
-    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so
-      OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE)
-    list(APPEND environment PYTHONMALLOC=malloc LD_PRELOAD=${runtime}
+    # The runtime looks up how exceptions are thrown when it is loaded, before the interpreter has
+    # loaded any C++.
+    foreach(library libasan.so libstdc++.so.6)
+      execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${library}
+        OUTPUT_VARIABLE path OUTPUT_STRIP_TRAILING_WHITESPACE)
+      string(APPEND runtime "${path} ")
+    endforeach()
+    list(APPEND environment PYTHONMALLOC=malloc "LD_PRELOAD=${runtime}"
       ASAN_OPTIONS=detect_leaks=0)  # the interpreter leaves much behind
   endif()
   foreach(part calls charts columns dask docs duckdb import read units)
