@@ -112,7 +112,7 @@ def test_ctrl_c_ends_a_stalled_call_while_other_threads_go_on(
     thread.join()
     print(f"{operation}: {took:.3f} s after Ctrl-C; the other thread made {turns} turns")
     assert took < 1
-    assert turns > 100
+    assert turns > 10  # a thread that has to wait for the call makes none
     assert table.name  # the table is of use afterwards
     assert small.url and len(lumo.connect(small.url, auth="anonymous")) == 2
 
