@@ -25,7 +25,7 @@ using State = Finding::State;
 using std::chrono::milliseconds;
 
 constexpr milliseconds kLongestWait{30'000};
-constexpr int kSecondsOfADay = 86400;
+constexpr std::time_t kSecondsOfADay = 86400;
 constexpr int kDaysToRenew = 14;
 /// Clocks never agree to the second.
 constexpr std::chrono::seconds kSameTime{5};
