@@ -149,9 +149,8 @@ class Matcher {
   void SearchNames() {
     std::set<std::string> names;
     for (PlannedRow const& row : m_plan.rows) {
-      if (!row.IsRefused() && !row.row->name.empty() && !IsListed(row.folder)) {
-        names.insert(row.row->name);
-      }
+      if (row.IsRefused() || row.row->name.empty() || IsListed(row.folder)) continue;
+      names.insert(row.row->name);
     }
     std::vector<RecordHead> found;
     std::set<int> seen;
