@@ -51,8 +51,9 @@ std::optional<Cell> At(std::vector<Sample> const& samples, std::string const& na
 }
 
 std::optional<Cell> Reduce(std::vector<Sample> const& samples, Conditions const& conditions) {
-  for (auto const& [name, wanted] : conditions) {
-    double const* const place = std::get_if<double>(&wanted);
+  for (auto const& condition : conditions) {
+    std::string const& name = condition.first;
+    double const* const place = std::get_if<double>(&condition.second);
     bool const isNamed = place && std::any_of(samples.begin(), samples.end(), [&](auto const& one) {
                            return NumberOf(one, name) != nullptr;
                          });

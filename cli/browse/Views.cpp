@@ -268,6 +268,7 @@ Json Views::Columns(Query const& query) const {
   Conditions const conditions = ConditionsIn(Optional(query, "at"));
   if (Optional(query, "anew") == "1") table->Forget();
   std::vector<std::string> exact;
+  exact.reserve(names.size());
   for (std::string const& name : names) exact.push_back(table->Table().FindAttribute(name).name);
   TableColumns const read = table->Columns(exact, m_cancel);
   DependenceMap dependences;
