@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <string>
 
 #include "lumo/Toolkit.h"
@@ -99,7 +100,7 @@ Cost Measure(int records) {
 
 }  // namespace
 
-int main(int count, char** texts) {
+int main(int count, char** texts) try {
   if (count == 3 && std::strcmp(texts[1], "--serve") == 0) {
     Serve(std::atoi(texts[2]), STDOUT_FILENO, STDIN_FILENO);
     return 0;
@@ -113,4 +114,7 @@ int main(int count, char** texts) {
                 ("ReadRecords/PeakMemory/" + std::to_string(records)).c_str(),
                 cost.megabytes / kMostMegabytes, cost.megabytes);
   }
+} catch (std::exception const& error) {
+  (void)std::fprintf(stderr, "%s\n", error.what());
+  return 1;
 }
