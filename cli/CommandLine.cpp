@@ -4,22 +4,24 @@
 
 #include "cli/Interrupt.h"
 #include "cli/Options.h"
+#include "cli/Spinner.h"
 #include "lumo/toolkit/Connection.h"
+#include "lumo/toolkit/Text.h"
 
 namespace cli {
 
 namespace {
 
 constexpr char kEnvironment[] = R"(Environment:
-  LUMO_URL            address of the server, like --url
-  LUMO_USER           like --user; also LUMO_DOMAIN
-  LUMO_PASSWORD       the password
-  LUMO_PASSWORD_FILE  like --password-file
-  LUMO_LOG_ON         anonymous, password or ticket
-  LUMO_NAMESPACE_BASE like --namespace
-  LUMO_CA_FILE        like --ca-file; also LUMO_CERTIFICATE_FILE and LUMO_KEY_FILE
-  LUMO_PROXY          like --proxy
-  NO_COLOR            no headings in bold
+  LUMO_URL              address of the server, like --url
+  LUMO_USER             like --user; also LUMO_DOMAIN
+  LUMO_PASSWORD         the password
+  LUMO_PASSWORD_FILE    like --password-file
+  LUMO_LOG_ON           anonymous, password or ticket
+  LUMO_NAMESPACE_BASE   like --namespace
+  LUMO_CA_FILE          like --ca-file; also LUMO_CERTIFICATE_FILE and LUMO_KEY_FILE
+  LUMO_PROXY            like --proxy
+  NO_COLOR              no headings in bold
 
 Files:
   ~/.config/lumo/servers.ini
@@ -27,8 +29,14 @@ Files:
                       "url = https://server/service_layer" and "log-on = ticket"
 
 Exit status:
-  0 done, 1 the server reports a fault, 2 wrong usage, 3 log-on refused, 4 no reply,
-  5 partly done, 6 the reply is not understood, 130 interrupted)";
+  0    done
+  1    the server reports a fault
+  2    wrong usage, or something of that name is not there
+  3    log-on refused
+  4    no reply
+  5    partly done
+  6    the reply is not understood
+  130  interrupted)";
 
 /// Options as manuals print them, "-h, --help", and a footer that keeps its lines.
 class HelpFormatter : public CLI::Formatter {
@@ -61,6 +69,7 @@ constexpr std::size_t kLongestMessage = 600;
 
 /// Tells of a failure in one line, whatever the texts of users and servers in it; gives the code.
 int Told(ExitCode code, std::string const& message) {
+  Spinner::Stop();
   std::string const line = OneLine(message);
   if (!line.empty()) std::cerr << "lumo: " << line.substr(0, kLongestMessage) << '\n';
   return static_cast<int>(code);
@@ -78,10 +87,12 @@ CommandLine::CommandLine() : m_app("Command for materials-information database s
   m_app.fallthrough();
   m_app.footer(kEnvironment);
   AddServerOptions();
-  for (auto const add : {AddBrowsing, AddUnitLists, AddSearch, AddGet, AddPartitions, AddLinks,
-                         AddImport, AddTemplate, AddExport, AddPage, AddDoctor}) {
+  for (auto const add : {AddBrowsing, AddUnitLists, AddSearch, AddGet, AddCompare, AddPartitions,
+                         AddLinks, AddImport, AddTemplate, AddExport, AddPage, AddDoctor}) {
     add(*this);
   }
+  Add("help", "print the help of a command", "  $ lumo help get",
+      [this](Context& /*context*/) { PrintHelp(""); });
 }
 
 CLI::App& CommandLine::Add(char const* name, char const* what, std::string const& examples,
@@ -97,18 +108,48 @@ CLI::App& CommandLine::Add(char const* name, char const* what, std::string const
 }
 
 int CommandLine::Run(int count, char** texts) try {
-  m_app.parse(count, texts);
-  if (!m_run) Refuse("no command; see lumo --help");
-  m_run(m_context);
+  // "get" behind "help" would be taken for the command itself.
+  if (count > 2 && texts[1] == std::string("help") && *texts[2] != '-') {
+    PrintHelp(texts[2]);
+    return 0;
+  }
+  try {
+    m_app.parse(count, texts);
+  } catch (CLI::ParseError const& error) {
+    return Explain(error);
+  }
+  if (m_run) {
+    m_run(m_context);
+  } else {
+    PrintHelp("");
+  }
+  Spinner::Stop();
   return 0;
-} catch (CLI::ParseError const& error) {
-  return Explain(error);
 } catch (Failure const& failure) {
   return Told(failure.Code(), failure.what());
 } catch (lumo::Error const& error) {
   return Told(ExitCodeOf(error), TextOf(error));
 } catch (std::exception const& error) {
   return Told(ExitCode::ServerFault, error.what());
+}
+
+void CommandLine::PrintHelp(std::string const& command) {
+  for (CLI::App const* const one : m_app.get_subcommands({})) {
+    if (one->get_name() == command) {
+      std::cout << one->help("lumo");
+      return;
+    }
+  }
+  if (!command.empty()) RefuseCommand(command);
+  std::cout << m_app.help();
+}
+
+void CommandLine::RefuseCommand(std::string const& name) const {
+  std::vector<std::string> names;
+  for (CLI::App const* const one : m_app.get_subcommands({})) names.push_back(one->get_name());
+  lumo::Hint hint{lumo::HintCode::DidYouMean, lumo::Alike(name, names)};
+  if (hint.arguments.empty()) hint = {lumo::HintCode::OneOf, std::move(names)};
+  Refuse("there is no command " + lumo::Quoted(name), std::move(hint));
 }
 
 int CommandLine::Explain(CLI::ParseError const& error) {
@@ -120,7 +161,14 @@ int CommandLine::Explain(CLI::ParseError const& error) {
     }
     return code;
   }
-  return Told(ExitCode::Usage, std::string(error.what()) + "; see lumo --help");
+  auto const chosen = m_app.get_subcommands();
+  if (chosen.empty()) {
+    for (std::string const& text : m_app.remaining()) {
+      if (text.empty() || text[0] != '-') RefuseCommand(text);
+    }
+  }
+  std::string const command = chosen.empty() ? "" : " " + chosen.front()->get_name();
+  return Told(ExitCode::Usage, std::string(error.what()) + "; see lumo" + command + " --help");
 }
 
 void CommandLine::AddServerOptions() {

@@ -10,6 +10,7 @@
 
 #include "cli/Failure.h"
 #include "cli/Interrupt.h"
+#include "cli/Spinner.h"
 #include "lumo/toolkit/Settings.h"
 
 namespace cli {
@@ -112,7 +113,9 @@ lumo::Client Context::Connect() {
     server.server = m_sandbox->Url();
     options.credentials = lumo::Anonymous();
   }
-  return lumo::Client::Connect(server.server, options);
+  lumo::Client client = lumo::Client::Connect(server.server, options);
+  if (!isQuiet && !server.isVerbose) Spinner::Start();
+  return client;
 }
 
 lumo::ReadOptions Context::ReadOptions() const {
@@ -124,6 +127,7 @@ lumo::ReadOptions Context::ReadOptions() const {
 }
 
 void Context::Note(std::string const& text) const {
+  Spinner::Stop();
   if (!isQuiet) std::cerr << text << '\n';
 }
 

@@ -1,3 +1,5 @@
+#include <unistd.h>
+
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -10,9 +12,12 @@ namespace {
 
 using Kind = RowColumn::Kind;
 
+constexpr std::size_t kMostOnTerminal = 100;
+
 struct GetChoice : ReadChoice {
   bool withoutFiles = false;
   bool withIds = false;
+  std::string longOf;     ///< the attribute whose long form is wanted
   std::string partition;  ///< a line, a file that holds one, or "-"
 };
 
@@ -28,10 +33,36 @@ std::string LineOf(std::string const& partition) {
   return line;
 }
 
-void Get(Context& context, GetChoice choice) {
+/// Reads, and says so when a terminal gets only the beginning of a whole table.
+void PutOutSome(Context& context, lumo::Table const& table, ReadChoice choice,
+                std::vector<Kind> const& usual) {
   OutputOptions const& output = context.output;
+  bool const isOnTerminal = output.file.empty() && Terminal::Of(STDOUT_FILENO).width > 0;
+  bool const isCut = isOnTerminal && choice.IsWholeTable() && choice.ids.empty() &&
+                     choice.limit == 0 && output.format != Format::Plot;
+  if (isCut) choice.limit = kMostOnTerminal;
+  std::size_t const count = PutOutRecords(context, table, choice, usual, true);
+  if (isCut && count == kMostOnTerminal) {
+    context.Note("these are the first " + Count(count, "record") +
+                 "; --limit N prints more, -o FILE writes all to a file");
+  }
+}
+
+void Get(Context& context, GetChoice choice) {
+  OutputOptions& output = context.output;
+  bool const isXlsx = output.format == Format::Xlsx;
+  if (isXlsx && output.file.empty() && Terminal::Of(STDOUT_FILENO).width > 0) {
+    Refuse("a spreadsheet goes into a file: -o FILE");
+  }
+  output.isLong = !choice.longOf.empty();
+  if (output.isLong) {
+    bool const isList = output.format == Format::Text || output.format == Format::Csv;
+    if (!isList && !output.IsJson()) Refuse("--long takes -f text, csv, json or ndjson");
+    choice.attributes = {choice.longOf};
+  }
   bool const isForReading = output.format == Format::Text || output.format == Format::List;
-  choice.withFiles = !choice.withoutFiles && !isForReading && output.format != Format::Plot;
+  choice.withFiles =
+      !choice.withoutFiles && !isForReading && !isXlsx && output.format != Format::Plot;
   std::vector<Kind> usual = {Kind::Name};
   if (output.format == Format::List) usual = {Kind::Folder};
   if (!isForReading) usual = {Kind::Folder, Kind::Name, Kind::FullName};
@@ -40,8 +71,7 @@ void Get(Context& context, GetChoice choice) {
   if (choice.partition.empty()) {
     if (choice.table.empty()) Refuse("name a database and a table, or give --partition");
     lumo::Table const table = context.Connect().OpenTable(choice.database, choice.table);
-    PutOutRecords(context, table, choice, usual, true);
-    return;
+    return PutOutSome(context, table, choice, usual);
   }
   auto const part = lumo::Partition::FromText(LineOf(choice.partition));
   if (!choice.database.empty()) Refuse("a partition names its table; leave DATABASE and TABLE out");
@@ -49,8 +79,7 @@ void Get(Context& context, GetChoice choice) {
   if (server.empty() && !context.server.useSandbox) server = part.server;
   if (choice.attributes.empty()) choice.attributes = part.attributes;
   choice.ids = part.records;
-  PutOutRecords(context, context.Connect().OpenTable(part.database, part.table), choice, usual,
-                true);
+  PutOutSome(context, context.Connect().OpenTable(part.database, part.table), choice, usual);
 }
 
 }  // namespace
@@ -96,6 +125,11 @@ void AddGet(CommandLine& line) {
   AddReading(get, *choice);
   get.add_flag("--ids", choice->withIds, "identities and GUIDs too");
   get.add_flag("--no-files", choice->withoutFiles, "addresses instead of files and pictures");
+  get.add_option("--long", choice->longOf,
+                 "curves, points or tables of one attribute, a row for each point or row")
+      ->type_name("NAME")
+      ->excludes("--attribute")
+      ->excludes("--columns");
   get.add_option("--partition", choice->partition,
                  "records of a part that lumo partitions printed: the line, a file, or -")
       ->type_name("PART");
@@ -104,7 +138,8 @@ void AddGet(CommandLine& line) {
   AddWords(get, "--ranges", line.Shared().output.ranges, ranges,
            "ranges in CSV: as 2690..2730, in two columns, or by their middle (text)");
   AddWork(get, line.Shared());
-  AddOutput(get, line.Shared().output, {{"list", Format::List}, {"plot", Format::Plot}});
+  AddOutput(get, line.Shared().output,
+            {{"list", Format::List}, {"plot", Format::Plot}, {"xlsx", Format::Xlsx}});
 }
 
 void AddPartitions(CommandLine& line) {

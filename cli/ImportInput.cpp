@@ -12,6 +12,7 @@
 #include "cli/Csv.h"
 #include "cli/Failure.h"
 #include "cli/ImportJson.h"
+#include "cli/SplitColumns.h"
 #include "cli/Xlsx.h"
 #include "lumo/toolkit/Text.h"
 
@@ -92,7 +93,9 @@ Input ReadInput(InputOptions const& options, lumo::Table const& table, lumo::Imp
     });
   }
   if (input.sheet.empty()) return input;
-  import.AddSheet(input.sheet.front(), {input.sheet.begin() + 1, input.sheet.end()}, sheet);
+  std::vector<std::vector<std::string>> merged = input.sheet;
+  MergeSplitColumns(merged, table.Attributes());
+  import.AddSheet(merged.front(), {merged.begin() + 1, merged.end()}, sheet);
   return input;
 }
 

@@ -26,6 +26,9 @@ class CommandLine {
 
  private:
   void AddServerOptions();
+  /// Prints the help of a command, of the whole for an empty name.
+  void PrintHelp(std::string const& command);
+  [[noreturn]] void RefuseCommand(std::string const& name) const;
   int Explain(CLI::ParseError const& error);
 
   CLI::App m_app;
@@ -104,6 +107,7 @@ void AddBrowsing(CommandLine& line);
 void AddUnitLists(CommandLine& line);
 void AddSearch(CommandLine& line);
 void AddGet(CommandLine& line);
+void AddCompare(CommandLine& line);
 void AddPartitions(CommandLine& line);
 void AddLinks(CommandLine& line);
 void AddImport(CommandLine& line);

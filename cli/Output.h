@@ -22,6 +22,7 @@ struct OutputOptions {
   bool isBare = false;  ///< without headings
   char delimiter = ',';
   Ranges ranges = Ranges::Text;
+  bool isLong = false;  ///< a row for each point or row of the one attribute
 
   bool IsJson() const { return format == Format::JsonArray || format == Format::NdJson; }
 };

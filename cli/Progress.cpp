@@ -5,6 +5,8 @@
 #include <iostream>
 #include <utility>
 
+#include "cli/Spinner.h"
+
 namespace cli {
 namespace {
 
@@ -21,6 +23,7 @@ void Progress::Show(lumo::Progress const& at) {
   auto const now = Clock::now();
   if (!m_isOn || now - m_start < kFirst || now - m_drawn < kEvery) return;
   m_drawn = now;
+  Spinner::Stop();
   Draw(at);
 }
 

@@ -103,6 +103,14 @@ class Reading {
     lumo::ReadOptions options = m_context.ReadOptions();
     m_choice.units.Fill(options);
     options.withFiles = m_choice.withFiles;
+    auto const isGuid = [](auto const& column) { return column.kind == Kind::Guid; };
+    auto const& columns = m_wanted.columns;
+    options.withGuids =
+        m_context.output.isLong || std::any_of(columns.begin(), columns.end(), isGuid);
+    // GUIDs come with values alone.
+    if (options.withGuids && m_wanted.attributes.empty()) {
+      m_wanted.attributes.push_back(table.Attributes().at(0).name);
+    }
     lumo::Selection const selection = m_choice.In(table);
     RowLayout layout;
     if (m_wanted.attributes.empty()) {

@@ -10,82 +10,16 @@ namespace {
 using lumo::AttributeType;
 using Kind = RowColumn::Kind;
 
-/// Columns of CSV that one attribute takes, and what stands in them.
 class CsvWriter : public RowWriter {
  public:
   CsvWriter(OutputOptions const& options, RowLayout const& layout, Sink& sink)
-      : m_options(options), m_layout(layout), m_table(options, sink, Headings()) {}
+      : m_columns(layout, options.ranges), m_table(options, sink, m_columns.Headings()) {}
 
-  void Write(Row const& row) override {
-    std::vector<Json> cells;
-    for (RowColumn const& column : m_layout.columns) {
-      if (column.kind != Kind::Value) {
-        cells.push_back(m_layout.HeadCell(row, column));
-      } else {
-        AddCells(row.values[column.place], m_layout.AttributeOf(column), cells);
-      }
-    }
-    m_table.Add(cells);
-  }
+  void Write(Row const& row) override { m_table.Add(m_columns.CellsOf(row)); }
   void End() override { m_table.End(); }
 
  private:
-  bool IsSplit(lumo::Attribute const& attribute) const {
-    return m_options.ranges == Ranges::Split && attribute.type == AttributeType::Range;
-  }
-  /// Whether a column of its own holds what is more than one figure.
-  bool HasPoints(lumo::Attribute const& attribute) const {
-    return m_options.ranges != Ranges::Text && attribute.type == AttributeType::Number &&
-           !attribute.parameters.empty();
-  }
-
-  std::vector<std::string> Headings() const {
-    std::vector<std::string> headings;
-    for (RowColumn const& column : m_layout.columns) {
-      if (column.kind != Kind::Value) {
-        headings.push_back(m_layout.HeadingOf(column));
-        continue;
-      }
-      lumo::Attribute const& attribute = m_layout.AttributeOf(column);
-      if (!IsSplit(attribute)) {
-        headings.push_back(WithUnit(attribute.name, attribute.unit));
-      } else {
-        headings.push_back(WithUnit(attribute.name + " low", attribute.unit));
-        headings.push_back(WithUnit(attribute.name + " high", attribute.unit));
-      }
-      if (HasPoints(attribute)) headings.push_back(attribute.name + " points");
-    }
-    return headings;
-  }
-
-  Json Converted(std::optional<double> const& figure, std::string const& unit,
-                 lumo::Attribute const& attribute) const {
-    return figure ? JsonOf(m_layout.units.Convert(*figure, unit, attribute.unit)) : Json();
-  }
-
-  void AddCells(lumo::Value const& value, lumo::Attribute const& attribute,
-                std::vector<Json>& cells) const {
-    bool const isFigure =
-        attribute.type == AttributeType::Range || attribute.type == AttributeType::Number;
-    if (m_options.ranges == Ranges::Text || !isFigure) {
-      std::string text = CsvCell(value, attribute.unit);
-      cells.push_back(std::move(text));
-      return;
-    }
-    if (IsSplit(attribute)) {
-      auto const* const range = std::get_if<lumo::Range>(&value);
-      cells.push_back(range ? Converted(range->low, range->unit, attribute) : Json());
-      cells.push_back(range ? Converted(range->high, range->unit, attribute) : Json());
-    } else {
-      cells.push_back(Converted(lumo::NumberIn(value), lumo::UnitIn(value), attribute));
-    }
-    if (!HasPoints(attribute)) return;
-    bool const isMore = std::holds_alternative<lumo::Points>(value);
-    cells.push_back(isMore ? Json(CsvCell(value, attribute.unit)) : Json());
-  }
-
-  OutputOptions const& m_options;
-  RowLayout const& m_layout;
+  FlatColumns m_columns;
   TableWriter m_table;
 };
 
@@ -146,13 +80,89 @@ Json RowLayout::HeadCell(Row const& row, RowColumn const& column) const {
   }
 }
 
+bool FlatColumns::IsSplit(lumo::Attribute const& attribute) const {
+  return m_ranges == Ranges::Split && attribute.type == AttributeType::Range;
+}
+
+/// Whether a column of its own holds what is more than one figure.
+bool FlatColumns::HasPoints(lumo::Attribute const& attribute) const {
+  return m_ranges != Ranges::Text && attribute.type == AttributeType::Number &&
+         !attribute.parameters.empty();
+}
+
+std::vector<std::string> FlatColumns::Headings() const {
+  std::vector<std::string> headings;
+  for (RowColumn const& column : m_layout.columns) {
+    if (column.kind != Kind::Value) {
+      headings.push_back(m_layout.HeadingOf(column));
+      continue;
+    }
+    lumo::Attribute const& attribute = m_layout.AttributeOf(column);
+    // What has figures of several units in JSON is not a column of numbers.
+    bool const isJson =
+        attribute.type == AttributeType::Curve || attribute.type == AttributeType::Grid;
+    if (!IsSplit(attribute)) {
+      bool const isBare = m_ranges != Ranges::Text && isJson;
+      headings.push_back(WithUnit(attribute.name, isBare ? "" : attribute.unit));
+    } else {
+      headings.push_back(WithUnit(attribute.name + " low", attribute.unit));
+      headings.push_back(WithUnit(attribute.name + " high", attribute.unit));
+    }
+    if (HasPoints(attribute)) headings.push_back(attribute.name + " points");
+  }
+  return headings;
+}
+
+std::vector<Json> FlatColumns::CellsOf(Row const& row) const {
+  std::vector<Json> cells;
+  for (RowColumn const& column : m_layout.columns) {
+    if (column.kind != Kind::Value) {
+      cells.push_back(m_layout.HeadCell(row, column));
+    } else {
+      AddCells(row.values[column.place], m_layout.AttributeOf(column), cells);
+    }
+  }
+  return cells;
+}
+
+void FlatColumns::AddCells(lumo::Value const& value, lumo::Attribute const& attribute,
+                           std::vector<Json>& cells) const {
+  bool const isFigure =
+      attribute.type == AttributeType::Range || attribute.type == AttributeType::Number;
+  if (attribute.type == AttributeType::Integer) {
+    cells.push_back(JsonOf(value));
+    return;
+  }
+  if (m_ranges == Ranges::Text || !isFigure) {
+    cells.emplace_back(CsvCell(value, attribute.unit));
+    return;
+  }
+  auto const add = [&](std::optional<double> const& figure) {
+    cells.push_back(
+        figure ? JsonOf(m_layout.units.Convert(*figure, lumo::UnitIn(value), attribute.unit))
+               : Json());
+  };
+  if (IsSplit(attribute)) {
+    auto const* const range = std::get_if<lumo::Range>(&value);
+    add(range == nullptr ? std::nullopt : range->low);
+    add(range == nullptr ? std::nullopt : range->high);
+  } else {
+    add(lumo::NumberIn(value));
+  }
+  if (!HasPoints(attribute)) return;
+  bool const isMore = std::holds_alternative<lumo::Points>(value);
+  cells.push_back(isMore ? Json(CsvCell(value, attribute.unit)) : Json());
+}
+
 std::unique_ptr<RowWriter> MakeRowWriter(OutputOptions const& options, RowLayout const& layout,
                                          Sink& sink) {
+  if (options.isLong) return MakeLongWriter(options, layout, sink);
   switch (options.format) {
     case Format::Csv: return std::make_unique<CsvWriter>(options, layout, sink);
     case Format::JsonArray:
     case Format::NdJson: return std::make_unique<JsonWriter>(options, layout, sink);
     case Format::Plot: return MakePlotWriter(layout, sink);
+    case Format::Xlsx: return MakeXlsxWriter(layout, sink);
     default: return MakeTextWriter(options, layout, sink);
   }
 }

@@ -13,6 +13,7 @@
 
 #include "cli/Interrupt.h"
 #include "cli/Output.h"
+#include "cli/Spinner.h"
 
 namespace cli {
 namespace {
@@ -80,6 +81,7 @@ void Sink::Write(std::string const& text) {
 }
 
 void Sink::Flush() {
+  if (!m_buffer.empty()) Spinner::Stop();
   std::size_t done = 0;
   while (done < m_buffer.size()) {
     // A pipe that is ready takes this much at once, so that writing never waits for its reader.

@@ -141,7 +141,9 @@ class TextWriter : public RowWriter {
 
   /// One record, and what is too wide for the terminal, an attribute a line.
   void Decide() {
-    bool const hasValues = !m_layout.attributes.empty();
+    bool const hasValues =
+        std::any_of(m_layout.columns.begin(), m_layout.columns.end(),
+                    [](RowColumn const& column) { return column.kind == Kind::Value; });
     bool const isList = !m_options.isBare && hasValues && (m_held.size() == 1 || IsTooWide());
     m_form = isList ? Form::List : Form::Table;
     for (Row const& row : std::exchange(m_held, {})) Write(row);

@@ -33,7 +33,8 @@ endif()
 if(LUMO_BUILD_CLI)
   find_package(PkgConfig REQUIRED)
   pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
-  lumo_add_tests(cli_tests support/Main.cpp cli/Command.cpp cli/CommandTest.cpp cli/ImportTest.cpp cli/PartsTest.cpp)
+  lumo_add_tests(cli_tests support/Main.cpp cli/Command.cpp cli/CommandTest.cpp cli/FormsTest.cpp
+    cli/ImportTest.cpp cli/PartsTest.cpp)
   if(BUILD_SHARED_LIBS)  # whose parser can be counted from outside
     target_sources(cli_tests PRIVATE support/ParseCounter.cpp cli/ParseOnceTest.cpp)
   endif()

@@ -134,6 +134,7 @@ struct ReadOptions {
   std::size_t chunkSize = 0;
   int concurrency = 0;     ///< calls at once; 0: as many as the connection may make
   bool isOrdered = true;   ///< false hands chunks over as they come
+  bool withGuids = false;  ///< the GUIDs of records, which some servers only give when asked
   bool withFiles = false;  ///< the bytes of files and pictures, not only their addresses
   /// The whole read ends after this time with `ErrorCode::Timeout`; 0 never.
   std::chrono::milliseconds timeLimit{0};

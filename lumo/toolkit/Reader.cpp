@@ -96,7 +96,8 @@ ReadPlan::ReadPlan(Connection& connection, std::shared_ptr<OpenedTable> table,
                    std::vector<std::string> const& attributes, ReadOptions const& options)
     : m_table(std::move(table)),
       m_hasSystem(!options.unitSystem.empty() || !options.currency.empty()),
-      m_withFiles(options.withFiles) {
+      m_withFiles(options.withFiles),
+      m_withGuids(options.withGuids) {
   TableInfo const& info = m_table->info;
   auto const add = [&](Attribute const& attribute) {
     if (!m_places.try_emplace(attribute.name, m_attributes.size()).second) return;
@@ -146,6 +147,7 @@ SmartPtr<GetRecordAttributesByRefRequest> ReadPlan::RequestFor(
   auto request = GetRecordAttributesByRefRequest::CreateOne();
   for (RecordHead const& head : heads) request->AddRecordReference(ReferenceTo(head.id));
   request->AccessAttributeReferences() = m_references;
+  request->SetPopulateGUIDs(m_withGuids);
   request->SetBinaryDataRepresentation(m_withFiles ? BinaryDataRepresentations::Inline
                                                    : BinaryDataRepresentations::URL);
   return request;
@@ -199,6 +201,9 @@ void Reader::Convert(std::vector<Record>& records, std::vector<RecordHead> heads
     if (read == nullptr) {
       data->values.resize(m_plan->Attributes().size());
     } else {
+      if (data->head.id.guid.empty()) {
+        data->head.id.guid = read->GetRecordReference()->GetRecordGUID();
+      }
       data->values = ValuesOf(*read);
     }
     data->plan = m_plan;

@@ -64,6 +64,7 @@ class ReadPlan {
   UnitSystem m_system;
   bool m_hasSystem;
   bool m_withFiles;
+  bool m_withGuids;
 };
 
 struct Record::Data {

@@ -2,10 +2,12 @@
 
 #include <fcntl.h>
 #include <httplib.h>
+#include <pty.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -15,18 +17,9 @@
 
 namespace {
 
-/// Runs in the child: becomes the command, with its streams in files. Does not come back.
-[[noreturn]] void BecomeCommand(std::vector<std::string> const& arguments,
-                                std::vector<std::string> const& environment, std::string const& url,
-                                std::string const& folder) {
-  auto const open = [](std::string const& file, int flags, int stream) {
-    int const descriptor = ::open(file.c_str(), flags, 0600);
-    dup2(descriptor, stream);
-  };
-  setsid();  // no terminal to ask for passwords
-  open("/dev/null", O_RDONLY, STDIN_FILENO);
-  open(folder + "/out", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
-  open(folder + "/error", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+/// Runs in the child: becomes the command, with the streams that there are. Does not come back.
+[[noreturn]] void Execute(std::vector<std::string> const& arguments,
+                          std::vector<std::string> const& environment, std::string const& url) {
   setenv("LUMO_URL", url.c_str(), 1);
   for (std::string const& setting : environment) {
     std::size_t const sign = setting.find('=');
@@ -38,6 +31,21 @@ namespace {
   texts.push_back(nullptr);
   execv(LUMO_COMMAND, texts.data());
   _exit(99);
+}
+
+/// The same with its streams in files.
+[[noreturn]] void BecomeCommand(std::vector<std::string> const& arguments,
+                                std::vector<std::string> const& environment, std::string const& url,
+                                std::string const& folder) {
+  auto const open = [](std::string const& file, int flags, int stream) {
+    int const descriptor = ::open(file.c_str(), flags, 0600);
+    dup2(descriptor, stream);
+  };
+  setsid();  // no terminal to ask for passwords
+  open("/dev/null", O_RDONLY, STDIN_FILENO);
+  open(folder + "/out", O_WRONLY | O_CREAT | O_TRUNC, STDOUT_FILENO);
+  open(folder + "/error", O_WRONLY | O_CREAT | O_TRUNC, STDERR_FILENO);
+  Execute(arguments, environment, url);
 }
 
 int CodeOf(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + status; }
@@ -68,6 +76,25 @@ Outcome CommandTest::Run(std::vector<std::string> const& arguments,
   int status = 0;
   waitpid(child, &status, 0);
   return {CodeOf(status), Read(File("out")), Read(File("error"))};
+}
+
+Outcome CommandTest::RunOnTerminal(unsigned short width, std::vector<std::string> const& arguments,
+                                   std::vector<std::string> const& environment) const {
+  winsize const size{50, width, 0, 0};
+  int terminal = -1;
+  pid_t const child = forkpty(&terminal, nullptr, nullptr, &size);
+  if (child == 0) Execute(arguments, environment, m_url);
+  Outcome outcome;
+  char bytes[4096];
+  for (ssize_t got = 0; (got = read(terminal, bytes, sizeof bytes)) > 0;) {
+    outcome.out.append(bytes, static_cast<std::size_t>(got));
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  close(terminal);
+  outcome.code = CodeOf(status);
+  outcome.out.erase(std::remove(outcome.out.begin(), outcome.out.end(), '\r'), outcome.out.end());
+  return outcome;
 }
 
 Outcome CommandTest::RunAndInterrupt(std::vector<std::string> const& arguments) const {

@@ -31,6 +31,9 @@ class CommandTest : public testing::Test {
   /// The same, killed after that time unless it has ended by then.
   Outcome RunAndKill(std::vector<std::string> const& arguments,
                      std::chrono::microseconds after) const;
+  /// The same on a terminal so many characters wide; what it shows is in `out`.
+  Outcome RunOnTerminal(unsigned short width, std::vector<std::string> const& arguments,
+                        std::vector<std::string> const& environment = {}) const;
   /// The same, on a server that answers every call with status 200 and that body.
   Outcome RunOnServerThatSays(std::string const& body, std::vector<std::string> const& arguments);
   /// Makes the next calls go wrong, a line for each.

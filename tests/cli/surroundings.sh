@@ -18,11 +18,11 @@ complete_words() {
   printf '%s\n' "${COMPREPLY[@]}"
 }
 mapfile -t commands < <(complete_words lumo '')
-[ ${#commands[@]} -eq 15 ] || fail "completed ${#commands[@]} commands: ${commands[*]}"
+[ ${#commands[@]} -eq 17 ] || fail "completed ${#commands[@]} commands: ${commands[*]}"
 for command in "${commands[@]}"; do
   completed=$(complete_words lumo "$command" --)
   mapfile -t options < <(lumo "$command" --help | grep -oE -- '^  (-[a-z], )?--[a-z-]+' | grep -oE -- '--.*')
-  [ ${#options[@]} -gt 1 ] || fail "$command has no options"
+  [ ${#options[@]} -gt 1 ] || [ "$command" = help ] || fail "$command has no options"
   for option in "${options[@]}"; do
     grep -qx -- "$option" <<<"$completed" || fail "$command $option is not completed"
     [ -z "$man" ] || grep -qF -- "${option//-/\\-}" "$man/lumo-$command.1" ||
@@ -30,6 +30,17 @@ for command in "${commands[@]}"; do
   done
 done
 [ "$(complete_words lumo get --format n)" = ndjson ] || fail "formats are not completed"
+[ "$(complete_words lumo get --format pl)" = plot ] || fail "the last format is not completed"
+on_table() {
+  COMP_LINE="lumo get ENG_MATERIALS Materials --sandbox $*"
+  complete_words lumo get ENG_MATERIALS Materials --sandbox "$@"
+}
+[ "$(on_table -a Den)" = Density ] || fail "attributes are not completed: $(on_table -a Den)"
+[ "$(on_table --unit-system "US")" = 'US\ customary' ] || fail "unit systems are not completed"
+[ "$(on_table --subset "Poly")" = Polymers ] || fail "subsets are not completed"
+[ "$(on_table --folder "Polymers/Thermop")" = Polymers/Thermoplastics ] || fail "folders are not completed"
+[ "$(on_table PEE)" = PEEK ] || fail "records are not completed"
+COMP_LINE=''
 
 # Names that a server gives are quoted, never run.
 (
@@ -41,6 +52,48 @@ done
     fail "completed $names"
   rmdir "$folder"
 )
+
+# Each example of the page on formats puts out what stands below it.
+check_example() {
+  [ -n "$example" ] || return 0
+  diff <(eval "$example --sandbox" 2>&1) <(printf '%s' "$expected") >&2 || fail "docs/formats.md: $example"
+}
+example='' expected=''
+while IFS= read -r line; do
+  case $line in
+    '    $ '*)
+      check_example
+      example=${line#    \$ } expected='' ;;
+    '    '*) expected+=${line#    }$'\n' ;;
+    *)
+      check_example
+      example='' ;;
+  esac
+done <"$source/docs/formats.md"
+
+# The README's commands run as they stand.
+(
+  folder=$(mktemp -d)
+  cd "$folder"
+  block=$(sed -n '/^## In the terminal/,/^## /s/^    //p' "$source/README.md")
+  [ "$(wc -l <<<"$block")" -gt 3 ] || fail "the README has no commands"
+  bash -euo pipefail <<<"$block" >/dev/null || fail "the README's commands do not run"
+  rm -r "$folder"
+)
+
+# A data frame has numbers in every column with a unit, and in no other way as many as there are.
+if /usr/bin/python3 -c 'import pandas' 2>/dev/null; then
+  lumo get ENG_MATERIALS Materials --sandbox -f csv --ranges split --no-files |
+    /usr/bin/python3 -c '
+import pandas, sys
+frame = pandas.read_csv(sys.stdin)
+columns = [name for name in frame.columns if " [" in name]
+assert len(frame) == 285 and len(columns) > 30, (len(frame), columns)
+words = [name for name in columns if not pandas.api.types.is_numeric_dtype(frame[name])]
+assert not words, words
+assert (frame["Density low [kg/m^3]"] <= frame["Density high [kg/m^3]"]).all()
+' || fail "pandas does not take the split form"
+fi
 
 # The tour in docs is what the tour puts out today; addresses differ.
 plain() { sed -E -e 's/127\.0\.0\.1:[0-9]+/127.0.0.1:PORT/g' -e 's/"port":[0-9]+,"pid":[0-9]+/"port":PORT,"pid":PID/'; }

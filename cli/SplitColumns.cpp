@@ -1,0 +1,60 @@
+#include "cli/SplitColumns.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "lumo/toolkit/Text.h"
+
+namespace cli {
+namespace {
+
+using Sheet = std::vector<std::vector<std::string>>;
+
+/// The heading without that word behind the attribute's name; nothing when it is not there.
+std::optional<std::string> Without(std::string const& heading, std::string const& word) {
+  std::size_t const bracket = std::min(heading.rfind(" ["), heading.size());
+  bool const has =
+      bracket > word.size() && heading.compare(bracket - word.size(), word.size(), word) == 0;
+  if (!has) return std::nullopt;
+  return heading.substr(0, bracket - word.size()) + heading.substr(bracket);
+}
+
+bool IsAttribute(std::string const& heading, std::vector<lumo::Attribute> const& attributes) {
+  std::string const name = heading.substr(0, heading.rfind(" ["));
+  return std::any_of(attributes.begin(), attributes.end(), [&](lumo::Attribute const& one) {
+    return lumo::EqualIgnoringCase(one.name, name);
+  });
+}
+
+/// Joins each cell of a column with the one behind it, which goes.
+template <class Join>
+void MergeWithNext(Sheet& sheet, std::size_t column, std::string const& heading, Join join) {
+  sheet[0][column] = heading;
+  for (std::size_t i = 0; i < sheet.size(); ++i) {
+    auto& row = sheet[i];
+    if (column + 1 >= row.size()) continue;
+    if (i > 0) row[column] = join(row[column], row[column + 1]);
+    row.erase(row.begin() + static_cast<std::ptrdiff_t>(column) + 1);
+  }
+}
+
+}  // namespace
+
+void MergeSplitColumns(Sheet& sheet, std::vector<lumo::Attribute> const& attributes) {
+  for (std::size_t i = 0; !sheet.empty() && i + 1 < sheet[0].size(); ++i) {
+    std::string const first = sheet[0][i];
+    std::string const second = sheet[0][i + 1];
+    auto const low = Without(first, " low");
+    if (low && low == Without(second, " high") && IsAttribute(*low, attributes)) {
+      MergeWithNext(sheet, i, *low, [](std::string const& a, std::string const& b) {
+        return a.empty() && b.empty() ? "" : a == b ? a : a + ".." + b;
+      });
+    } else if (second == first.substr(0, first.rfind(" [")) + " points" &&
+               IsAttribute(first, attributes)) {
+      MergeWithNext(sheet, i, first,
+                    [](std::string const& a, std::string const& b) { return b.empty() ? a : b; });
+    }
+  }
+}
+
+}  // namespace cli
