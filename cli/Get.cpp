@@ -88,13 +88,13 @@ void AddSearch(CommandLine& line) {
   auto const choice = std::make_shared<ReadChoice>();
   CLI::App& search = line.Add(
       "search", "find records by text, name or conditions",
-      "  $ lumo search ENG_MATERIALS Materials -t \"aircraft\"\n"
+      "  $ lumo search ENG_MATERIALS Materials aircraft\n"
       "  $ lumo search ENG_MATERIALS Materials -w \"density < 3000 kg/m^3\" --sort density\n"
       "  $ lumo search ENG_MATERIALS Materials --folder Polymers --columns \"name, price\"" +
           ConditionHelp(),
       [choice](Context& context) {
         if (choice->IsWholeTable()) {
-          Refuse("say what to search for: --text, --name, --where, --folder or --subset");
+          Refuse("say what to search for: words, --name, --where, --folder or --subset");
         }
         lumo::Table const table = context.Connect().OpenTable(choice->database, choice->table);
         std::size_t const count = PutOutRecords(
@@ -102,10 +102,21 @@ void AddSearch(CommandLine& line) {
         context.Note(Count(count, "record"));
       });
   AddTable(search, *choice);
+  CLI::Option* const words = search
+                                 .add_option_function<std::vector<std::string>>(
+                                     "WORDS",
+                                     [choice](std::vector<std::string> const& all) {
+                                       for (std::string const& word : all) {
+                                         choice->text += (choice->text.empty() ? "" : " ") + word;
+                                       }
+                                     },
+                                     "records that hold these words, as with --text")
+                                 ->type_name("");
   search.add_option("--name", choice->name, "records with this short or full name, namesakes too")
       ->type_name("NAME")
       ->check(NotEmpty());
   AddConditions(search, *choice);
+  words->excludes(search.get_option("--text"));
   AddReading(search, *choice);
   AddOutput(search, line.Shared().output, {{"list", Format::List}});
 }

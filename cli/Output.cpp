@@ -9,6 +9,9 @@ namespace {
 constexpr std::size_t kHeldRows = 500;
 constexpr std::size_t kWidest = 60;
 
+/// What people read above a column; its key is that of JSON.
+std::string HeadingOf(std::string const& key) { return key == "fullName" ? "full name" : key; }
+
 }  // namespace
 
 std::string CsvLine(std::vector<std::string> const& cells, char delimiter) {
@@ -79,8 +82,10 @@ void TableWriter::AddObject(Json const& object) {
 
 void TableWriter::FlushText() {
   m_widths.resize(m_columns.size());
+  std::vector<std::string> headings;
+  for (std::string const& column : m_columns) headings.push_back(HeadingOf(column));
   if (!m_isBegun && !m_options.isBare) {
-    for (std::size_t i = 0; i < m_columns.size(); ++i) m_widths[i] = Width(m_columns[i]);
+    for (std::size_t i = 0; i < headings.size(); ++i) m_widths[i] = Width(headings[i]);
   }
   for (auto const& row : m_held) {
     for (std::size_t i = 0; i < row.size(); ++i) m_widths[i] = std::max(m_widths[i], Width(row[i]));
@@ -94,7 +99,7 @@ void TableWriter::FlushText() {
   };
   if (!m_isBegun && !m_options.isBare && !m_held.empty()) {
     bool const hasColor = m_sink.Screen().hasColor;
-    m_sink.Write((hasColor ? "\033[1m" : "") + line(m_columns) + (hasColor ? "\033[0m\n" : "\n"));
+    m_sink.Write((hasColor ? "\033[1m" : "") + line(headings) + (hasColor ? "\033[0m\n" : "\n"));
   }
   m_isBegun = true;
   for (auto const& row : m_held) m_sink.Write(line(row) + '\n');
