@@ -65,6 +65,7 @@ void FillNames(Connection& connection, std::vector<RecordLink>& links) {
   std::map<int, RecordHead> heads;
   for (RecordLink const& link : links) heads[link.to.id.identity] = link.to;
   std::vector<RecordHead> records;
+  records.reserve(heads.size());
   for (auto const& [identity, head] : heads) records.push_back(head);
   FolderPaths().Fill(connection, records);
   for (RecordHead& head : records) heads[head.id.identity] = std::move(head);
