@@ -98,6 +98,17 @@ void PutOutWhenWanted(Context const& context, lumo::ImportReport const& report, 
   if (isWanted) PutOutRows(context.output, report);
 }
 
+/// The report of what `work` does with the options, which shows how far it has come; its rows are
+/// put out when somebody wants them.
+template <class Work>
+lumo::ImportReport ReportOf(Context& context, ImportChoice const& choice, Work work) {
+  Progress progress("records", context.isQuiet);
+  lumo::ImportReport report = work(OptionsOf(context, choice, progress));
+  progress.Clear();
+  PutOutWhenWanted(context, report, choice.isDryRun);
+  return report;
+}
+
 /// What can be done with a journal.
 std::string NextStep(lumo::ImportReport const& report, std::string const& journal) {
   return (report.stopped ? "to go on: lumo import --resume " : "to undo it: lumo import --undo ") +
@@ -106,21 +117,19 @@ std::string NextStep(lumo::ImportReport const& report, std::string const& journa
 
 void GoOn(Context& context, ImportChoice const& choice) {
   lumo::Client const client = context.Connect();
-  Progress progress("records", context.isQuiet);
   lumo::ImportReport const report =
-      lumo::Import::Resume(client, choice.resume, OptionsOf(context, choice, progress));
-  progress.Clear();
-  PutOutWhenWanted(context, report, false);
+      ReportOf(context, choice, [&](lumo::ImportOptions const& options) {
+        return lumo::Import::Resume(client, choice.resume, options);
+      });
   Outcome(context, report).Tell("", NextStep(report, choice.resume));
 }
 
 void Undo(Context& context, ImportChoice const& choice) {
   lumo::Client const client = context.Connect();
-  Progress progress("records", context.isQuiet);
   lumo::ImportReport const report =
-      lumo::Import::Undo(client, choice.undo, OptionsOf(context, choice, progress));
-  progress.Clear();
-  PutOutWhenWanted(context, report, false);
+      ReportOf(context, choice, [&](lumo::ImportOptions const& options) {
+        return lumo::Import::Undo(client, choice.undo, options);
+      });
   for (std::string const& folder : report.newFolders) {
     context.Note("the folder " + lumo::Quoted(OneLine(folder)) + " stays");
   }
@@ -134,8 +143,6 @@ void Import(Context& context, ImportChoice const& choice) {
   lumo::Table const table = client.OpenTable(choice.database, choice.table);
   lumo::Import import = table.NewImport();
   Input const input = ReadInput(choice.input, table, import);
-  Progress progress("records", context.isQuiet);
-  lumo::ImportOptions const options = OptionsOf(context, choice, progress);
   bool const isFleeting = context.server.useSandbox && context.server.sandboxFile == ":memory:";
   std::string journal = choice.journal.empty() ? JournalFor(choice.input.file) : choice.journal;
   if (isFleeting && choice.journal.empty()) {
@@ -143,9 +150,9 @@ void Import(Context& context, ImportChoice const& choice) {
               ("lumo-import-" + std::to_string(getpid()) + ".journal");
   }
   lumo::ImportReport const report =
-      choice.isDryRun ? import.Preflight(options) : import.Run(journal, options);
-  progress.Clear();
-  PutOutWhenWanted(context, report, choice.isDryRun);
+      ReportOf(context, choice, [&](lumo::ImportOptions const& options) {
+        return choice.isDryRun ? import.Preflight(options) : import.Run(journal, options);
+      });
   std::string const faults = WriteFaults(choice.input.file, input, report);
   if (!faults.empty()) context.Note("the rows with faults are in " + faults);
   if (isFleeting && choice.journal.empty()) std::filesystem::remove(journal);
