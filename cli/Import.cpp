@@ -190,8 +190,8 @@ void AddImport(CommandLine& line) {
   import.add_option("TABLE", choice->table, "name of the table")->type_name("");
   import.add_option("FILE", choice->input.file, "CSV, JSON, NDJSON or xlsx; - for standard input")
       ->type_name("");
-  import.add_flag("-n,--dry-run", choice->isDryRun,
-                  "only say what would be done, and what is wrong");
+  CLI::Option* const dryRun = import.add_flag("-n,--dry-run", choice->isDryRun,
+                                              "only say what would be done, and what is wrong");
   import.add_flag("--make-folders", choice->makesFolders, "make folders that are missing");
   import.add_flag("--keep-going", choice->keepsGoing, "leave rows with faults out");
   import.add_flag("--clear-nulls", choice->input.clearsNulls,
@@ -200,10 +200,12 @@ void AddImport(CommandLine& line) {
       ->type_name("FILE");
   CLI::Option* const resume =
       import.add_option("--resume", choice->resume, "go on with the run of this journal")
-          ->type_name("JOURNAL");
+          ->type_name("JOURNAL")
+          ->excludes(dryRun);
   import.add_option("--undo", choice->undo, "write the old values of a run back")
       ->type_name("JOURNAL")
-      ->excludes(resume);
+      ->excludes(resume)
+      ->excludes(dryRun);
   import.add_option("--chunk", line.Shared().chunk, "records in a call (100)")
       ->check(Between(1, 100'000))
       ->type_name("N");

@@ -83,6 +83,8 @@ TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
       {OnMaterials("search", {"-w", "durability: sea water = Good"}), 2,
        "there is no word \"Good\"; there is Excellent"},
       {OnMaterials("search", {"-n", "304"}), 2, "not expected"},
+      {{"import", "--resume", "a.journal", "-n"}, 2, "excludes"},
+      {{"import", "--undo", "a.journal", "--dry-run"}, 2, "excludes"},
       {OnMaterials("get", {"-t", ""}), 2, "is empty"},
       {OnMaterials("get", {"304", "--folder", "Polymers"}), 2, "excludes"},
       {{"tables", "a\nb\x1b[31m"}, 2, "\"a b [31m\""},
