@@ -8,8 +8,11 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "lumo/Toolkit.h"
 
@@ -36,27 +39,14 @@ lumo::Import RowsFor(lumo::Table const& table, int shift) {
   lumo::Import import = table.NewImport();
   for (int i = 0; i < kRows; ++i) {
     double const figure = i + shift;
-    import.Add("Imported", "Row " + std::to_string(i),
-               {{"Density",
-                 lumo::Range {
-                   figure,
-                   figure + 1,
-                   "kg/m^3",
-                   false
-                 }},
-                {"Price",
-                 lumo::Quantity {
-                   figure,
-                   "EUR/kg",
-                   false
-                 }},
-                {"Recyclable", i % 2 == 0},
-                {"Number of suppliers",
-                 std::int64_t {
-                   i
-                 }},
-                { "Designation",
-                  "Number " + std::to_string(i) }});
+    std::string const number = std::to_string(i);
+    std::vector<std::pair<std::string, lumo::Value>> values;
+    values.emplace_back("Density", lumo::Range{figure, figure + 1, "kg/m^3", false});
+    values.emplace_back("Price", lumo::Quantity{figure, "EUR/kg", false});
+    values.emplace_back("Recyclable", i % 2 == 0);
+    values.emplace_back("Number of suppliers", std::int64_t{i});
+    values.emplace_back("Designation", "Number " + number);
+    import.Add("Imported", "Row " + number, values);
   }
   return import;
 }
@@ -89,7 +79,7 @@ int main(int count, char** texts) try {
   }
   std::filesystem::remove_all(folder);
   return isComplete ? 0 : 1;
-} catch (lumo::Error const& error) {
+} catch (std::exception const& error) {
   std::fprintf(stderr, "%s\n", error.what());
   return 1;
 }
