@@ -68,6 +68,9 @@ void Get(Context& context, GetChoice choice) {
   if (!isForReading) usual = {Kind::Folder, Kind::Name, Kind::FullName};
   if (output.IsJson() || choice.withIds) usual.push_back(Kind::Identity);
   if (choice.withIds) usual.push_back(Kind::Guid);
+  if (choice.withRelations && (!output.IsJson() || output.isLong)) {
+    Refuse("--relations takes -f json or ndjson, without --long");
+  }
   if (choice.partition.empty()) {
     if (choice.table.empty()) Refuse("name a database and a table, or give --partition");
     lumo::Table const table = context.Connect().OpenTable(choice.database, choice.table);
@@ -135,6 +138,8 @@ void AddGet(CommandLine& line) {
   get.get_option("TABLE")->required(false);
   AddReading(get, *choice);
   get.add_flag("--ids", choice->withIds, "identities and GUIDs too");
+  get.add_flag("--relations", choice->withRelations,
+               "links to other records and subsets too, in JSON");
   get.add_flag("--no-files", choice->withoutFiles, "addresses instead of files and pictures");
   get.add_option("--long", choice->longOf,
                  "curves, points or tables of one attribute, a row for each point or row")

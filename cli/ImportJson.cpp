@@ -57,6 +57,15 @@ class RecordReader {
         auto const& held = content;
         Try(row, one, [&] { ReadValue(one, held, row); });
       }
+    } else if (name == "links") {
+      if (!value.is_object()) Refuse("\"links\" is not an object");
+      for (auto const& [group, content] : value.items()) {
+        auto const& one = group;
+        auto const& held = content;
+        Try(row, "links: " + one, [&] { row.links.push_back({one, NamesIn(held)}); });
+      }
+    } else if (name == "subsets") {
+      Try(row, "subsets", [&] { row.subsets = NamesIn(value); });
     } else {
       std::string* const text = name == "folder"     ? &row.folder
                                 : name == "name"     ? &row.name
@@ -69,6 +78,19 @@ class RecordReader {
       if (!value.is_string()) Refuse(lumo::Quoted(name) + " is not a text");
       *text = value.get<std::string>();
     }
+  }
+
+  /// Those that a record is to have afterwards, all of them.
+  std::vector<std::string> NamesIn(Json const& json) const {
+    if (json.is_null() && m_clearsNulls) return {};
+    std::vector<std::string> names;
+    bool areTexts = json.is_array();
+    for (Json const& one : areTexts ? json : Json::array()) {
+      areTexts = areTexts && one.is_string();
+      if (areTexts) names.push_back(one.get<std::string>());
+    }
+    if (!areTexts) Refuse("takes a list of names, which is empty for none");
+    return names;
   }
 
   void ReadValue(std::string const& name, Json const& json, lumo::ImportRow& row) const {

@@ -15,6 +15,8 @@ namespace {
 
 using Kind = RowColumn::Kind;
 
+constexpr std::size_t kRelatedInCall = 200;
+
 /// What the options say of columns, before the server is asked.
 struct Wanted {
   struct Column {
@@ -116,8 +118,15 @@ class Reading {
     if (m_wanted.attributes.empty()) {
       std::vector<lumo::RecordHead> heads = selection.Heads(options);
       Write(layout, by, [&](Take const& take) {
-        for (lumo::RecordHead& head : heads) {
-          if (!take({std::move(head), {}})) break;
+        for (std::size_t at = 0; at < heads.size(); at += kRelatedInCall) {
+          std::vector<Row> rows;
+          for (std::size_t i = at; i < std::min(heads.size(), at + kRelatedInCall); ++i) {
+            rows.push_back({std::move(heads[i]), {}});
+          }
+          AddRelations(table, rows);
+          for (Row& row : rows) {
+            if (!take(std::move(row))) return;
+          }
         }
       });
       return;
@@ -131,8 +140,12 @@ class Reading {
       std::vector<lumo::Record> chunk;
       for (bool goOn = true; goOn && stream.NextChunk(chunk);) {
         progress.Clear();
-        for (lumo::Record const& record : chunk) {
-          if (goOn) goOn = take({record.Head(), record.Values()});
+        std::vector<Row> rows;
+        rows.reserve(chunk.size());
+        for (lumo::Record const& record : chunk) rows.push_back({record.Head(), record.Values()});
+        AddRelations(table, rows);
+        for (Row& row : rows) {
+          if (goOn) goOn = take(std::move(row));
         }
         if (m_writer) m_writer->Flush();
       }
@@ -141,6 +154,15 @@ class Reading {
 
  private:
   using Take = std::function<bool(Row)>;
+
+  void AddRelations(lumo::Table const& table, std::vector<Row>& rows) const {
+    if (!m_choice.withRelations) return;
+    std::vector<lumo::RecordHead> heads;
+    heads.reserve(rows.size());
+    for (Row const& row : rows) heads.push_back(row.head);
+    auto relations = lumo::RelationsOf(table, heads);
+    for (std::size_t i = 0; i < rows.size(); ++i) rows[i].relations = std::move(relations[i]);
+  }
 
   std::size_t PlaceOf(lumo::Table const& table, std::string const& name) {
     std::string const known = table.FindAttribute(name).name;

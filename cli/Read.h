@@ -18,6 +18,7 @@ struct ReadChoice : RecordChoice {
   std::size_t limit = 0;  ///< 0: all
   UnitChoice units;
   bool withFiles = false;
+  bool withRelations = false;
 };
 
 /// --sort, --descending, --limit, --columns and --attribute.

@@ -47,6 +47,11 @@ class JsonWriter : public RowWriter {
       }
     }
     if (hasValues) object["values"] = std::move(values);
+    if (row.relations) {
+      object["links"] = Json::object();
+      for (auto const& links : row.relations->links) object["links"][links.group] = links.records;
+      object["subsets"] = row.relations->subsets;
+    }
     m_table.AddObject(object);
   }
   void End() override { m_table.End(); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,7 @@
 #include "lumo/toolkit/Attribute.h"
 #include "lumo/toolkit/Columns.h"
 #include "lumo/toolkit/RecordHead.h"
+#include "lumo/toolkit/Relations.h"
 #include "lumo/toolkit/Units.h"
 
 namespace cli {
@@ -16,6 +18,7 @@ namespace cli {
 struct Row {
   lumo::RecordHead head = {};
   std::vector<lumo::Value> values = {};  ///< in the order of `RowLayout::attributes`
+  std::optional<lumo::Relations> relations = {};
 };
 
 /// One column of a list of records.

@@ -7,6 +7,7 @@
 #include "lumo/toolkit/Names.h"
 #include "lumo/toolkit/Numbers.h"
 #include "lumo/toolkit/OpenedTable.h"
+#include "lumo/toolkit/Relations.h"
 #include "lumo/toolkit/Tree.h"
 
 namespace lumo {
@@ -73,25 +74,14 @@ void FillNames(Connection& connection, std::vector<RecordLink>& links) {
 }
 
 std::vector<RecordLink> LinksOf(Connection& connection, std::vector<RecordHead> const& records) {
-  auto const request = GetLinkedRecordsRequest::CreateOne();
-  std::map<int, RecordHead const*> sources;
-  for (RecordHead const& head : records) {
-    request->AddRecordReference(ReferenceTo(head.id));
-    sources[head.id.identity] = &head;
-  }
-  auto const found = connection.Ask<GetLinkedRecordsResponse>([&](auto* into) {
-    connection.Browse()->GetGetLinkedRecordsImpl()->GetLinkedRecords(request, into);
-  });
   std::vector<RecordLink> links;
-  for (auto const& one : found->AccessSourceRecords()) {
-    if (!one || !one->GetRecord()) continue;
-    auto const source = sources.find(one->GetRecord()->GetIdentity());
-    if (source == sources.end()) continue;
-    for (auto const& group : one->AccessRecordLinkGroups()) {
-      for (auto const& to : group->AccessLinkedRecords()) {
-        RecordHead head;
-        head.id = {to->GetDBKey(), to->GetIdentity(), to->GetRecordGUID()};
-        links.push_back({*source->second, group->GetName(), std::move(head)});
+  auto const linked = LinkedRecordsOf(connection, records);
+  for (RecordHead const& head : records) {
+    auto const found = linked.find(head.id.identity);
+    if (found == linked.end()) continue;
+    for (auto const& group : found->second) {
+      for (RecordId const& id : group.records) {
+        links.push_back({head, group.name, RecordHead{id, "", "", ""}});
       }
     }
   }

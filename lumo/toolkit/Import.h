@@ -36,6 +36,14 @@ struct ImportValue {
   std::variant<Value, TypedText> content = {};
 };
 
+/// The records to which a record is to be linked.
+struct ImportLinks {
+  std::string group = {};  ///< of links, by the name that it has on this record's side
+  /// All of them, those that are there included: by name, as "Metals/Steels/C45", as "id:69", or by
+  /// GUID. None takes all links of the group away.
+  std::vector<std::string> records = {};
+};
+
 /// What is wrong with a row.
 struct RowFault {
   std::string attribute = {};  ///< empty for the row as such
@@ -54,13 +62,16 @@ struct ImportRow {
   std::string fullName = {};  ///< empty for that which the record has
   std::vector<ImportValue> values = {};
   std::vector<std::string> clears = {};  ///< attributes whose values are to go
-  std::vector<RowFault> faults = {};     ///< found by whoever read the row
+  std::vector<ImportLinks> links = {};   ///< groups that are not named stay as they are
+  /// All subsets that the record is to be in; nothing leaves them as they are.
+  std::optional<std::vector<std::string>> subsets = {};
+  std::vector<RowFault> faults = {};  ///< found by whoever read the row
 };
 
 /// What becomes of a value.
 struct ValueChange {
-  std::string attribute = {};
-  std::string before = {};  ///< for people, in the attribute's unit; empty for none
+  std::string attribute = {};  ///< or "links: " with the group, or "subsets"
+  std::string before = {};     ///< for people, in the attribute's unit; empty for none
   std::string after = {};
 };
 

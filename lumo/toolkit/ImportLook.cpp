@@ -1,5 +1,6 @@
 #include "lumo/toolkit/ImportLook.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 #include <utility>
@@ -28,6 +29,13 @@ std::map<int, std::string> FullNamesOf(Connection& connection, std::vector<Step>
 
 }  // namespace
 
+bool HasLinks(Step const& step, std::string const& group) {
+  return std::any_of(step.values.begin(), step.values.end(), [&](Step::Content const& value) {
+    return ImportFields::KindOf(value.attribute) == ImportFields::Kind::Links &&
+           (group.empty() || value.attribute == group);
+  });
+}
+
 void LookForRecords(Connection& connection, std::vector<Step> const& steps, std::vector<Step>& done,
                     std::vector<Step>& missing) {
   std::map<int, std::multimap<std::string, RecordId>> contents;
@@ -54,7 +62,7 @@ void LookForRecords(Connection& connection, std::vector<Step> const& steps, std:
   }
 }
 
-void LookForChanges(std::shared_ptr<OpenedTable> const& table, Connection& connection,
+void LookForChanges(OpenedTable& table, ImportFields& fields, Connection& connection,
                     std::vector<Step> const& steps, std::vector<Step>& done,
                     std::vector<Step>& missing) {
   std::vector<RecordHead> heads;
@@ -62,19 +70,20 @@ void LookForChanges(std::shared_ptr<OpenedTable> const& table, Connection& conne
   for (Step const& step : steps) {
     heads.push_back({step.record, step.name, "", step.folder});
     for (Step::Content const& value : step.values) {
-      attributes.insert(&table->info.FindAttribute(connection, value.attribute));
+      if (ImportFields::KindOf(value.attribute) == ImportFields::Kind::Links) continue;  // later
+      attributes.insert(&fields.Find(value.attribute));
     }
   }
   std::vector<bool> hasAll(steps.size(), true);
-  Units const& units = table->info.KnownUnits(connection);
-  ReadPresent(table, heads, attributes, connection.Scope().cancel,
-              [&](std::size_t place, Attribute const& attribute, Value const& present) {
-                for (Step::Content const& value : steps[place].values) {
-                  if (value.attribute != attribute.name) continue;
-                  bool const isThere = MeansTheSame(present, value.after, attribute, units);
-                  if (!isThere) hasAll[place] = false;
-                }
-              });
+  Units const& units = table.info.KnownUnits(connection);
+  fields.ReadPresent(heads, attributes, connection.Scope().cancel,
+                     [&](std::size_t place, Attribute const& attribute, Value const& present) {
+                       for (Step::Content const& value : steps[place].values) {
+                         if (value.attribute != attribute.name) continue;
+                         bool const isThere = MeansTheSame(present, value.after, attribute, units);
+                         if (!isThere) hasAll[place] = false;
+                       }
+                     });
   std::map<int, std::string> const names = FullNamesOf(connection, steps);
   for (std::size_t i = 0; i < steps.size(); ++i) {
     auto const name = names.find(steps[i].record.identity);

@@ -28,9 +28,12 @@ class Planner {
         m_options(options),
         m_attributes(table->info.Attributes(*table->pool->Lend())),
         m_units(table->info.KnownUnits(*table->pool->Lend())),
+        m_fields(std::make_shared<ImportFields>(table)),
         m_check(m_units, table->info.DatabaseKey(), options.longestText) {}
 
   ImportPlan Make(std::vector<ImportRow> const& rows) {
+    m_plan.fields = m_fields;
+    m_fields->LookUp(rows, m_options.cancel);
     for (ImportRow const& row : rows) m_plan.rows.push_back(Begin(row, m_plan.rows.size() + 1));
     MatchRows(*m_table, m_plan, m_options);
     ReadOldValues();
@@ -65,6 +68,16 @@ class Planner {
         row.values.push_back({&attribute, {}, {}});
       });
     }
+    for (ImportLinks const& links : from.links) {
+      Try(row, "links: " + links.group, [&] {
+        Attribute const& field = m_fields->FindLinks(links.group);
+        Add(row, field, m_fields->LinksTo(field, links.records), seen);
+      });
+    }
+    if (from.subsets) {
+      Try(row, "subsets",
+          [&] { Add(row, m_fields->Subsets(), m_fields->InSubsets(*from.subsets), seen); });
+    }
     return row;
   }
 
@@ -72,10 +85,15 @@ class Planner {
     Attribute const& attribute = NamedAttribute(m_attributes, value.attribute);
     Value checked = m_check.Checked(value, attribute);
     if (std::holds_alternative<std::monostate>(checked)) return;
-    if (!seen.insert(&attribute).second) {
+    Add(row, attribute, std::move(checked), seen);
+  }
+
+  static void Add(PlannedRow& row, Attribute const& field, Value value,
+                  std::set<Attribute const*>& seen) {
+    if (!seen.insert(&field).second) {
       throw Error(ErrorCode::InvalidArgument, "has two values in this row");
     }
-    row.values.push_back({&attribute, {}, std::move(checked)});
+    row.values.push_back({&field, {}, std::move(value)});
   }
 
   template <class Work>
@@ -83,8 +101,9 @@ class Planner {
     try {
       work();
     } catch (Error const& error) {
-      bool const isFault =
-          error.Code() == ErrorCode::InvalidArgument || error.Code() == ErrorCode::NotFound;
+      bool const isFault = error.Code() == ErrorCode::InvalidArgument ||
+                           error.Code() == ErrorCode::NotFound ||
+                           error.Code() == ErrorCode::Ambiguous;
       if (!isFault) throw;
       row.Refuse(WhyOf(error, attribute), attribute);
     }
@@ -108,7 +127,7 @@ class Planner {
     for (PlannedRow const* const row : rows) {
       for (PlannedValue const& value : row->values) used.insert(value.attribute);
     }
-    ReadPresent(m_table, heads, used, m_options.cancel, take);
+    m_fields->ReadPresent(heads, used, m_options.cancel, take);
   }
 
   void Judge(PlannedRow& row) {
@@ -126,10 +145,15 @@ class Planner {
     row.values.erase(std::remove_if(row.values.begin(), row.values.end(), isSame),
                      row.values.end());
     for (PlannedValue const& value : row.values) {
-      auto const text = [&](Value const& one) {
-        return lumo::TextOf(AsKept(one, *value.attribute, m_units));
-      };
-      verdict.changes.push_back({value.attribute->name, text(value.before), text(value.after)});
+      auto const text = [&](Value const& one) { return m_fields->TextOf(one, *value.attribute); };
+      std::string const name = ImportFields::ShownName(value.attribute->name);
+      verdict.changes.push_back({name, text(value.before), text(value.after)});
+      std::string const& fault = m_fields->FaultOf(*value.attribute);
+      if (!fault.empty()) row.Refuse(fault, name);
+    }
+    if (row.IsRefused()) {
+      verdict.kind = RowVerdict::Kind::Refused;
+      return;
     }
     std::string const& fullName = row.row->fullName;
     std::string const before = row.record ? row.record->fullName : row.row->name;
@@ -162,6 +186,7 @@ class Planner {
   ImportOptions const& m_options;
   std::vector<Attribute> const& m_attributes;
   Units const& m_units;
+  std::shared_ptr<ImportFields> m_fields;
   ImportCheck m_check;
   ImportPlan m_plan;
 };

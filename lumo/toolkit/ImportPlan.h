@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "lumo/toolkit/Import.h"
+#include "lumo/toolkit/ImportFields.h"
 #include "lumo/toolkit/OpenedTable.h"
 #include "lumo/toolkit/RecordHead.h"
 
@@ -45,7 +46,8 @@ struct PlannedFolder {
 };
 
 struct ImportPlan {
-  std::vector<PlannedFolder> folders = {};  ///< each behind the one that it lies in
+  std::shared_ptr<ImportFields> fields = {};  ///< whose attributes the rows name
+  std::vector<PlannedFolder> folders = {};    ///< each behind the one that it lies in
   std::vector<PlannedRow> rows = {};
   std::vector<RowFault> faults = {};
 

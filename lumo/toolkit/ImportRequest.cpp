@@ -16,6 +16,15 @@ SmartPtr<SetRecordAttributesRequest> AllOrNothing() {
   return request;
 }
 
+/// Puts the record into just these subsets.
+void SetSubsets(ImportRecord& record, Value const& value, TableInfo const& table) {
+  record.SetUpdateSubsetsMode(ImportRecord::Replace);
+  auto const* const names = std::get_if<std::vector<std::string>>(&value);
+  for (std::string const& name : names == nullptr ? std::vector<std::string>() : *names) {
+    record.AddSubsetReference(table.SubsetNamed(name));
+  }
+}
+
 SmartPtr<IDataValue> DataOf(Value const& value, Attribute const& attribute,
                             std::string const& dbKey, Units const& units) {
   SmartPtr<IDataValue> data = ToDataValue(value, attribute, dbKey, units);
@@ -39,6 +48,9 @@ SmartPtr<SetRecordAttributesRequest> RequestFor(std::vector<Step> const& steps,
               : new ImportRecord(ReferenceTo(step.record), step.fullName, ImportRecordModes::Update,
                                  false));
     for (Step::Content const& value : step.values) {
+      ImportFields::Kind const kind = ImportFields::KindOf(value.attribute);
+      if (kind == ImportFields::Kind::Subsets) SetSubsets(*record, value.after, table.info);
+      if (kind != ImportFields::Kind::Values) continue;
       Attribute const& attribute = table.info.FindAttribute(*connection, value.attribute);
       record->AddImportAttributeValue(new ImportAttributeValue(
           DataOf(value.after, attribute, dbKey, units), table.info.ReferenceTo(attribute)));
@@ -90,7 +102,8 @@ RowFault FaultOf(Error const& error, Step const& step) {
   RowFault fault = {"", error.what()};
   for (Step::Content const& value : step.values) {
     bool const isNamed = fault.why.find(Quoted(value.attribute)) != std::string::npos;
-    if (isNamed || step.values.size() == 1) fault.attribute = value.attribute;
+    if (isNamed || step.values.size() == 1)
+      fault.attribute = ImportFields::ShownName(value.attribute);
   }
   if (!fault.attribute.empty()) return fault;
   // Servers quote what they do not like: a word, or a unit.
@@ -102,7 +115,7 @@ RowFault FaultOf(Error const& error, Step const& step) {
     if (auto const* const words = std::get_if<std::vector<std::string>>(&value.after)) {
       for (std::string const& word : *words) isMeant = isMeant || isQuoted(word);
     }
-    if (isMeant) fault.attribute = value.attribute;
+    if (isMeant) fault.attribute = ImportFields::ShownName(value.attribute);
   }
   return fault;
 }

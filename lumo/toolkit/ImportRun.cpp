@@ -36,6 +36,19 @@ bool MayStillHappen(Error const& error) {
 
 bool IsRefusal(Error const& error) { return error.Code() == ErrorCode::ServerFault; }
 
+/// Whether its links are all that there is to change, for which no record is sent.
+bool HasLinksAlone(Step const& step) {
+  return step.kind == RowVerdict::Kind::Change && step.fullName.empty() &&
+         std::all_of(step.values.begin(), step.values.end(), [](Step::Content const& value) {
+           return ImportFields::KindOf(value.attribute) == ImportFields::Kind::Links;
+         });
+}
+
+/// A record gets one name when it is made; the full name follows.
+bool LacksName(Step const& step) {
+  return step.kind == RowVerdict::Kind::Create && !step.fullName.empty();
+}
+
 /// How long the server wants to be left alone.
 std::chrono::milliseconds AskedWait(Error const& error) {
   int seconds = 0;
@@ -52,7 +65,8 @@ ImportRun::ImportRun(std::shared_ptr<OpenedTable> table, Journal& journal, Impor
     : m_table(std::move(table)),
       m_journal(journal),
       m_options(std::move(options)),
-      m_connection(m_table->pool->Lend()) {
+      m_connection(m_table->pool->Lend()),
+      m_fields(m_table) {
   m_connection->Scope().cancel = m_options.cancel;
   for (FolderStep const& folder : m_journal.Folders()) {
     m_folders[folder.path] = folder;
@@ -90,7 +104,7 @@ void ImportRun::SettleLeftovers() {
   for (;;) {
     Steps const made = m_journal.Next(StepState::Made, m_journal.About().chunkSize);
     if (made.empty()) break;
-    GiveFullNames(made);
+    Finish(made);
   }
 }
 
@@ -162,6 +176,10 @@ List ImportRun::Repeat(List left, Once once, LookFor lookFor) {
 // ---- records
 
 void ImportRun::Send(Steps steps) {
+  auto const rest = std::stable_partition(steps.begin(), steps.end(),
+                                          [](Step const& step) { return !HasLinksAlone(step); });
+  if (rest != steps.end()) NoteDone({rest, steps.end()});
+  steps.erase(rest, steps.end());
   if (steps.empty()) return;
   Steps const refused = Repeat(
       std::move(steps), [this](Steps const& left) { return SendOnce(left); },
@@ -210,30 +228,84 @@ void ImportRun::NoteDone(Steps const& steps) {
   Steps done;
   Steps made;
   for (Step const& step : steps) {
-    bool const lacksName = step.kind == RowVerdict::Kind::Create && !step.fullName.empty();
-    (lacksName ? made : done).push_back(step);
+    (LacksName(step) || HasLinks(step) ? made : done).push_back(step);
   }
   m_journal.Note(made, StepState::Made);
   m_journal.Note(done, StepState::Done);
-  GiveFullNames(made);
+  Finish(made);
 }
 
-/// A record gets one name when it is made; the full name follows.
+/// All of it may be done again without harm, so that steps stay `Made` until the end.
+void ImportRun::Finish(Steps const& steps) {
+  if (steps.empty()) return;
+  Steps named;
+  std::set<std::string> groups;
+  for (Step const& step : steps) {
+    if (LacksName(step)) named.push_back(step);
+    for (Step::Content const& value : step.values) {
+      bool const isLink = ImportFields::KindOf(value.attribute) == ImportFields::Kind::Links;
+      if (isLink) groups.insert(value.attribute);
+    }
+  }
+  GiveFullNames(named);
+  for (std::string const& group : groups) {
+    Steps linked;
+    for (Step const& step : steps) {
+      if (HasLinks(step, group)) linked.push_back(step);
+    }
+    GiveLinks(linked, group);
+  }
+  Steps done;
+  for (Step const& step : steps) {
+    if (m_refusedLinks.count(step.number) == 0) done.push_back(step);
+  }
+  m_journal.Note(done, StepState::Done);
+}
+
+/// Only what is not linked so yet is sent, so that a call whose reply is lost is made again. A
+/// refusal is of all links of the call; its halves tell which they are.
+void ImportRun::GiveLinks(Steps const& steps, std::string const& group) {
+  std::vector<std::pair<RecordId, Value>> records;
+  for (Step const& step : steps) {
+    for (Step::Content const& value : step.values) {
+      if (value.attribute == group) records.emplace_back(step.record, value.after);
+    }
+  }
+  for (int attempt = 1;; ++attempt) {
+    try {
+      return m_fields.WriteLinks(*m_connection, m_fields.Find(group), records);
+    } catch (Error const& error) {
+      bool const mayRepeat = IsOpen(error) || error.IsRetryable();
+      if (!mayRepeat && IsRefusal(error)) {
+        if (steps.size() > 1) break;
+        m_hasRefused = true;
+        m_refusedLinks.insert(steps[0].number);
+        std::string const what = HasLinksAlone(steps[0]) ? "" : "all but the links is written: ";
+        return m_journal.NoteRefused(steps[0],
+                                     {ImportFields::ShownName(group), what + error.what()});
+      }
+      if (!mayRepeat || attempt >= m_connection->Options().retry.maxAttempts) throw;
+      Wait(SystemClock::now() +
+           std::max(m_connection->Options().retry.initialBackoff, AskedWait(error)));
+    }
+  }
+  auto const middle = steps.begin() + static_cast<std::ptrdiff_t>(steps.size() / 2);
+  GiveLinks({steps.begin(), middle}, group);
+  GiveLinks({middle, steps.end()}, group);
+}
+
 void ImportRun::GiveFullNames(Steps const& steps) {
   if (steps.empty()) return;
   auto const look = [this](Steps const& left) {
     Steps done;
     Steps missing;
     LookForFullNames(*m_connection, left, done, missing);
-    m_journal.Note(done, StepState::Done);
     return missing;
   };
   Steps left = look(steps);
-  // Naming again does no harm, so that these stay `Made` whatever becomes of the call.
   for (int attempt = 1; !left.empty(); ++attempt) {
     try {
       WriteRecords(*m_connection, RequestForFullNames(left), m_journal.About().database);
-      m_journal.Note(left, StepState::Done);
       return;
     } catch (Error const& error) {
       bool const mayRepeat = IsOpen(error) || error.IsRetryable();
@@ -254,7 +326,7 @@ ImportRun::Steps ImportRun::Look(Steps const& steps) {
     (step.kind == RowVerdict::Kind::Create ? creates : changes).push_back(step);
   }
   LookForRecords(*m_connection, creates, done, missing);
-  LookForChanges(m_table, *m_connection, changes, done, missing);
+  LookForChanges(*m_table, m_fields, *m_connection, changes, done, missing);
   if (!done.empty()) NoteDone(done);
   return missing;
 }

@@ -2,9 +2,11 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "lumo/toolkit/ImportFields.h"
 #include "lumo/toolkit/Journal.h"
 #include "lumo/toolkit/OpenedTable.h"
 
@@ -38,7 +40,10 @@ class ImportRun {
   Steps SendOnce(Steps const& steps);
   Steps AfterFault(Steps const& steps, Error const& error);
   void NoteDone(Steps const& steps);
+  /// What comes behind the request for a record: its full name, its links.
+  void Finish(Steps const& steps);
   void GiveFullNames(Steps const& steps);
+  void GiveLinks(Steps const& steps, std::string const& group);
   /// Those of the steps that have not happened; notes the others.
   Steps Look(Steps const& steps);
 
@@ -51,11 +56,13 @@ class ImportRun {
   Journal& m_journal;
   ImportOptions m_options;
   std::shared_ptr<Connection> m_connection;
+  ImportFields m_fields;
   std::map<std::string, FolderStep> m_folders;
   std::vector<std::string> m_folderOrder;
   std::size_t m_total = 0;
   bool m_hasRefused = false;
-  bool m_keepsWhatIsRefused = false;  ///< the server does not undo all of a refused request
+  std::set<std::int64_t> m_refusedLinks;  ///< of steps, by their numbers
+  bool m_keepsWhatIsRefused = false;      ///< the server does not undo all of a refused request
 };
 
 }  // namespace lumo

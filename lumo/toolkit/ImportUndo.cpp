@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "lumo/toolkit/Client.h"
+#include "lumo/toolkit/ImportLook.h"
 #include "lumo/toolkit/ImportParts.h"
 #include "lumo/toolkit/ImportRun.h"
 #include "lumo/toolkit/Numbers.h"
@@ -21,7 +22,9 @@ class UndoPlanner {
       : m_table(table),
         m_options(options),
         m_connection(table->pool->Lend()),
-        m_units(table->info.KnownUnits(*m_connection)) {}
+        m_units(table->info.KnownUnits(*m_connection)) {
+    m_plan.fields = std::make_shared<ImportFields>(table);
+  }
 
   ImportPlan Make(std::vector<Step> const& steps) {
     std::vector<RecordHead> heads;
@@ -29,19 +32,22 @@ class UndoPlanner {
     for (Step const& step : steps) {
       heads.push_back({step.record, step.name, "", step.folder});
       for (Step::Content const& value : step.values) {
-        attributes.insert(&m_table->info.FindAttribute(*m_connection, value.attribute));
+        attributes.insert(&Fields().Find(value.attribute));
+        Fields().NoteValue(value.before);
+        Fields().NoteValue(value.after);
       }
     }
     std::vector<PlannedRow> restored(steps.size());
     std::vector<PlannedRow> cleared(steps.size());
-    ReadPresent(m_table, heads, attributes, m_options.cancel,
-                [&](std::size_t place, Attribute const& attribute, Value const& present) {
-                  for (Step::Content const& value : steps[place].values) {
-                    if (value.attribute != attribute.name) continue;
-                    bool const wasEmpty = MeansTheSame(value.before, {}, attribute, m_units);
-                    Judge(wasEmpty ? cleared[place] : restored[place], value, attribute, present);
-                  }
-                });
+    Fields().ReadPresent(
+        heads, attributes, m_options.cancel,
+        [&](std::size_t place, Attribute const& attribute, Value const& present) {
+          for (Step::Content const& value : steps[place].values) {
+            if (value.attribute != attribute.name) continue;
+            bool const wasEmpty = MeansTheSame(value.before, {}, attribute, m_units);
+            Judge(wasEmpty ? cleared[place] : restored[place], value, attribute, present);
+          }
+        });
     for (std::size_t i = 0; i < steps.size(); ++i) {
       if (!steps[i].fullName.empty()) NameBack(restored[i], steps[i]);
       Add(std::move(restored[i]), steps[i], true);
@@ -51,19 +57,20 @@ class UndoPlanner {
   }
 
  private:
+  ImportFields& Fields() { return *m_plan.fields; }
+
   void Judge(PlannedRow& row, Step::Content const& value, Attribute const& attribute,
              Value const& present) {
     if (MeansTheSame(present, value.before, attribute, m_units)) return;
-    auto const text = [&](Value const& one) {
-      return lumo::TextOf(AsKept(one, attribute, m_units));
-    };
+    auto const text = [&](Value const& one) { return Fields().TextOf(one, attribute); };
+    std::string const name = ImportFields::ShownName(attribute.name);
     if (!MeansTheSame(present, value.after, attribute, m_units)) {
       row.Refuse("has been changed since, to " + Quoted(text(present)) + ", and is left alone",
-                 attribute.name);
+                 name);
       return;
     }
     row.values.push_back({&attribute, present, value.before});
-    row.verdict.changes.push_back({attribute.name, text(present), text(value.before)});
+    row.verdict.changes.push_back({name, text(present), text(value.before)});
   }
 
   void NameBack(PlannedRow& row, Step const& step) {
@@ -154,7 +161,12 @@ ImportReport Import::Undo(Client const& client, std::filesystem::path const& pat
   auto const table = OpenTableOf(client, *journal);
   ImportRun(table, *journal, options).SettleLeftovers();
   UndoPlanner planner(table, options);
-  ImportPlan const plan = planner.Make(journal->All(RowVerdict::Kind::Change, StepState::Done));
+  std::vector<Step> steps = journal->All(RowVerdict::Kind::Change, StepState::Done);
+  // The values of a record whose links were refused are written.
+  for (Step& step : journal->All(RowVerdict::Kind::Change, StepState::Refused)) {
+    if (HasLinks(step)) steps.push_back(std::move(step));
+  }
+  ImportPlan const plan = planner.Make(steps);
   ImportReport report = plan.Report();
   if (report.Count(RowVerdict::Kind::Change) > 0) {
     ImportOptions undo = options;
@@ -164,8 +176,10 @@ ImportReport Import::Undo(Client const& client, std::filesystem::path const& pat
   }
   report.isWritten = true;
   report.rows = Merged(report.rows);
-  for (Step const& step : journal->All(RowVerdict::Kind::Create, StepState::Done)) {
-    report.rows.push_back(VerdictOnMade(step));
+  for (StepState const state : {StepState::Done, StepState::Refused}) {
+    for (Step const& step : journal->All(RowVerdict::Kind::Create, state)) {
+      if (step.record.identity != 0) report.rows.push_back(VerdictOnMade(step));
+    }
   }
   for (FolderStep const& folder : journal->Folders()) {
     if (folder.state == StepState::Done) report.newFolders.push_back(folder.path);

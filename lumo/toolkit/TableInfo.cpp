@@ -254,15 +254,19 @@ std::string const& TableInfo::FindSubset(Connection& connection, std::string con
   return names[FindName(names, name, "subset")];
 }
 
+SmartPtr<SubsetReference> TableInfo::SubsetNamed(std::string const& name) const {
+  auto reference = SubsetReference::CreateOne();
+  reference->SetDBKey(m_database.key);
+  reference->SetName(name);
+  reference->SetPartialTableReference(Partial());
+  return reference;
+}
+
 SmartPtr<RecordFilter> TableInfo::FilterOf(Connection& connection,
                                            std::string const& subset) const {
   if (subset.empty()) return nullptr;
-  auto reference = SubsetReference::CreateOne();
-  reference->SetDBKey(m_database.key);
-  reference->SetName(FindSubset(connection, subset));
-  reference->SetPartialTableReference(Partial());
   auto filter = RecordFilter::CreateOne();
-  filter->AddSubsetReference(reference);
+  filter->AddSubsetReference(SubsetNamed(FindSubset(connection, subset)));
   return filter;
 }
 

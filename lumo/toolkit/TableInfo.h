@@ -47,6 +47,8 @@ class LUMO_API TableInfo {
   std::vector<std::string> const& Subsets(Connection& connection) const;
   /// The name of a subset as the server has it.
   std::string const& FindSubset(Connection& connection, std::string const& name) const;
+  /// For requests, by the name that the server has.
+  SmartPtr<SubsetReference> SubsetNamed(std::string const& name) const;
   /// Lets only the records of a subset through; null, which lets all through, for an empty name.
   SmartPtr<RecordFilter> FilterOf(Connection& connection, std::string const& subset) const;
 

@@ -117,6 +117,33 @@ TEST_F(ImportCommand, GivesRowsWithFaultsBackToBeMended) {
   EXPECT_EQ(Values({"B", "D"}), ",B,B,7,\n,D,D,9,\n");
 }
 
+TEST_F(ImportCommand, TakesLinksAndSubsetsAsGetWritesThem) {
+  Start(sandbox::Content::Full);
+  Words const get = OnMaterials("get", {"AW-6061-T6", "PEEK", "-a", "density", "-f", "ndjson"});
+  Words related = get;
+  related.emplace_back("--relations");
+  std::string lines = Run(related).out;
+  EXPECT_THAT(lines, AllOf(HasSubstr("\"links\":{\"Producers\":[\"Metals/Northern Alloys\""),
+                           HasSubstr("\"subsets\":[\"All materials\",\"Metals and alloys\"")));
+  EXPECT_THAT(Run(OnMaterials("import", {File("same", lines)})).error,
+              HasSubstr("2 as they are; nothing was written"));
+  std::string const gone = "\"Metals/Northern Alloys\",";
+  lines.erase(lines.find(gone), gone.size());
+  Outcome outcome = Run(OnMaterials("import", {File("less", lines), "-f", "csv"}));
+  EXPECT_THAT(outcome.out, AllOf(HasSubstr(",links: Producers,Metals/Northern Alloys; Metals/Low"),
+                                 HasSubstr(",Metals/Lowland Light Metals,\n")));
+  EXPECT_EQ(Run(related).out, lines);
+  Words plain = OnMaterials("get", {"PEEK", "--columns", "name", "--relations", "-f", "ndjson"});
+  EXPECT_THAT(Run(plain).out, HasSubstr("{\"name\":\"PEEK\",\"links\":{\"Producers\":["));
+  plain.back() = "csv";
+  EXPECT_THAT(Run(plain).error, HasSubstr("--relations takes -f json or ndjson"));
+
+  std::string const wrong = "{\"name\":\"PEEK\",\"links\":{\"Producers\":null},\"subsets\":[1]}";
+  EXPECT_THAT(Run(OnMaterials("import", {File("wrong", wrong)})).error,
+              AllOf(HasSubstr("row 1, links: Producers: takes a list of names"),
+                    HasSubstr("row 1, subsets: takes a list of names")));
+}
+
 TEST_F(ImportCommand, GoesOnAndGoesBack) {
   Start();
   std::string const before = All();

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <random>
 
+#include "lumo/toolkit/Relations.h"
 #include "lumo/toolkit/ValueBytes.h"
 #include "tests/toolkit/ImportServer.h"
 #include "tests/toolkit/Support.h"
@@ -348,6 +349,147 @@ TEST_F(ImportTest, PutsOldValuesBack) {
   auto after = All();
   EXPECT_EQ(after.erase("/Made"), 1u);
   ExpectSameRecords(before, after);
+}
+
+// ---- links and subsets
+
+lumo::ImportRow Related(std::string const& name, std::vector<lumo::ImportLinks> links,
+                        std::optional<std::vector<std::string>> subsets = {}) {
+  lumo::ImportRow row;
+  row.name = name;
+  row.links = std::move(links);
+  row.subsets = std::move(subsets);
+  return row;
+}
+
+/// "Producers: Northern Alloys; ... | Metals; ..." of a record of the table.
+std::string RelationsOf(lumo::Table const& table, std::string const& name) {
+  lumo::Relations const all = lumo::RelationsOf(table, {table.Get(name, {"Density"}).Head()}).at(0);
+  std::string text;
+  for (auto const& links : all.links) {
+    text += links.group + ": " + lumo::TextOf(links.records) + " | ";
+  }
+  return text + lumo::TextOf(all.subsets);
+}
+
+TEST_F(ImportTest, ChangesLinksAndSubsetsAndPutsThemBack) {
+  Start(sandbox::Content::Full);
+  std::string const alloy = RelationsOf(Materials(), "AW-6061-T6");
+  std::string const steel = RelationsOf(Materials(), "304");
+  EXPECT_THAT(alloy, AllOf(HasSubstr("Producers: Metals/Northern Alloys; Metals/Lowland"),
+                           HasSubstr("| All materials; Metals and alloys; Structural metals")));
+  lumo::Import import = Materials().NewImport();
+  import.Add(Related("AW-6061-T6",
+                     {{ "Producers",
+                        { "Rhine Steel",
+                          "Metals/Northern Alloys" } }},
+                     std::vector<std::string>{"Polymers", "all materials"}));
+  import.Add(Related("304", {{ "producers", {} }}));
+  import.Add(Related("316L", {{ "Producers", { "Rhine Steel", "Lakeland Stainless" } }}));
+  lumo::ImportRow made = Related("Made", {{"Producers", {"Rhine Steel"}}}, {{"Polymers"}});
+  made.fullName = "A made one";
+  made.values = {{"Density", Quantity{7, "kg/m^3", false}}};
+  import.Add(made);
+  lumo::ImportReport report = import.Run(Journal("links"), Quick());
+  ASSERT_TRUE(report.IsComplete()) << (report.stopped ? report.stopped->what() : "");
+  EXPECT_THAT(KindsOf(report), ElementsAre(Kind::Change, Kind::Change, Kind::Same, Kind::Create));
+  ASSERT_THAT(report.rows[0].changes, SizeIs(2));
+  EXPECT_EQ(report.rows[0].changes[0].attribute, "links: Producers");
+  EXPECT_EQ(report.rows[0].changes[0].before,
+            "Metals/Northern Alloys; Metals/Lowland Light Metals");
+  EXPECT_EQ(report.rows[0].changes[0].after, "Metals/Northern Alloys; Metals/Rhine Steel");
+  EXPECT_EQ(report.rows[0].changes[1].after, "All materials; Polymers");
+  EXPECT_EQ(CountInLog("<zbt:update>"), 2u) << "of the alloy's subsets and of a full name";
+  EXPECT_THAT(RelationsOf(Materials(), "AW-6061-T6"),
+              AllOf(HasSubstr("Producers: Metals/Northern Alloys; Metals/Rhine Steel |"),
+                    HasSubstr("Processes: "), HasSubstr("| All materials; Polymers")));
+  EXPECT_THAT(RelationsOf(Materials(), "304"), Not(HasSubstr("Producers")));
+  EXPECT_EQ(RelationsOf(Materials(), "Made"), "Producers: Metals/Rhine Steel | Polymers");
+  EXPECT_THAT(KindsOf(import.Preflight()), testing::Each(Kind::Same));
+
+  lumo::Import other = Materials().NewImport();
+  other.Add(Related("304", {{"Producers", {"Polymer House"}}}));
+  ASSERT_TRUE(other.Run(Journal("other"), Quick()).IsComplete());
+  report = lumo::Import::Undo(Server(), Journal("links"), Quick());
+  EXPECT_THAT(FaultsOf(report),
+              ElementsAre(HasSubstr("row 2, links: Producers: has been changed since, to "
+                                    "\"Polymers/Polymer House\""),
+                          HasSubstr("cannot be deleted")));
+  EXPECT_EQ(RelationsOf(Materials(), "AW-6061-T6"), alloy);
+  EXPECT_TRUE(lumo::Import::Undo(Server(), Journal("other"), Quick()).IsComplete());
+  lumo::Import::Undo(Server(), Journal("links"), Quick());
+  EXPECT_EQ(RelationsOf(Materials(), "304"), steel);
+}
+
+TEST_F(ImportTest, TellsWhichLinksAndSubsetsThereAreNot) {
+  Start();
+  lumo::Table const producers = Server().OpenTable("ENG_MATERIALS", "Material Producers");
+  lumo::Import twins = producers.NewImport();
+  lumo::ImportOptions options = Quick();
+  options.makesFolders = true;
+  twins.Add("A", "Twin", {}).Add("B", "Twin", {}).Add("", "Top", {}).Add("A", "Top", {});
+  twins.Add("C/D", "Slash/ed", {});
+  ASSERT_TRUE(twins.Run(Journal("twins"), options).IsComplete());
+  std::string const peek =
+      "id:" + std::to_string(Materials().Get("PEEK", {"Density"}).Id().identity);
+  lumo::Import import = Materials().NewImport();
+  import.Add(Related("PEEK", {{"Producers", { "Twin", "Rhine Stel" }}, { "Producer", {} }}));
+  import.Add(Related("304", {{ "Producers", { peek } }}, {{ "Polymer", "Nothing at all" }}));
+  import.Add(Related("316L", {{"Producers", { "C/D/Nobody" }}, { "producers", {} }}));
+  EXPECT_THAT(
+      FaultsOf(import.Preflight()),
+      ElementsAre(AllOf(HasSubstr("row 1, links: Producers: \"Twin\" may be any of 2 records: id:"),
+                        HasSubstr("(A/Twin)")),
+                  HasSubstr("row 1, links: Producer: there is no link group \"Producer\"; did you "
+                            "mean \"Producers\"?"),
+                  HasSubstr("row 2, links: Producers: \"" + peek +
+                            "\" is not a record of \"Material Producers\""),
+                  HasSubstr("row 2, subsets: there is no subset \"Polymer\"; did you mean"),
+                  HasSubstr("row 3, links: Producers: there is no record \"C/D/Nobody\"")));
+  lumo::Import good = Materials().NewImport();
+  good.Add(Related("PEEK", {{"Producers", {"Top", "B/Twin", "Slash/ed", "C/D/Slash\\/ed"}}}));
+  ASSERT_THAT(FaultsOf(good.Run(Journal("good"), Quick())), IsEmpty());
+  EXPECT_THAT(RelationsOf(Materials(), "PEEK"),
+              HasSubstr("Producers: B/Twin; Top; C/D/Slash\\/ed |"));
+}
+
+TEST_F(ImportTest, LinksOnceWhateverTheNetworkDoes) {
+  for (char const* const fault : {"swallow", "cut 100", "status 503", "status 502"}) {
+    Start();
+    lumo::Import import = Materials().NewImport();
+    for (char const* const name : {"PEEK", "304", "AW-6061-T6"}) {
+      lumo::ImportRow row = Related(name, {{"Producers", {"Polymer House"}}});
+      row.values = {{"Density", Quantity{7, "kg/m^3", false}}};
+      import.Add(row);
+    }
+    lumo::ImportOptions options = Quick();
+    options.chunkSize = 1;
+    Plan(std::string("ModifyRecordLinks ") + fault + " every 2 x1000");
+    lumo::ImportReport const report = import.Run(Journal(fault), options);
+    ASSERT_FALSE(report.stopped) << fault << ": " << report.stopped->what();
+    Plan("");
+    EXPECT_THAT(KindsOf(import.Preflight()), testing::Each(Kind::Same)) << fault;
+  }
+}
+
+TEST_F(ImportTest, WritesAllButTheLinksThatTheServerRefuses) {
+  Start();
+  lumo::Import import = Materials().NewImport();
+  for (char const* const name : {"PEEK", "304", "AW-6061-T6", "C45"}) {
+    lumo::ImportRow row = Related(name, {{"Producers", {"Polymer House"}}});
+    row.values = {{"Density", Quantity{7, "kg/m^3", false}}};
+    import.Add(row);
+  }
+  lumo::ImportOptions options = Quick();
+  options.keepsGoing = true;
+  Plan("ModifyRecordLinks fault x3");  // all, the first half, and the first of that
+  lumo::ImportReport report = import.Run(Journal("links"), options);
+  EXPECT_THAT(FaultsOf(report),
+              ElementsAre(HasSubstr("row 1, links: Producers: all but the links is written: ")));
+  EXPECT_THAT(RelationsOf(Materials(), "304"), HasSubstr("Producers: Polymer House |"));
+  report = lumo::Import::Undo(Server(), Journal("links"), Quick());
+  EXPECT_TRUE(report.IsComplete()) << testing::PrintToString(FaultsOf(report));
+  EXPECT_EQ(report.Count(Kind::Change), 4u) << "the first one's density, too";
 }
 
 // ---- what passes is taken
