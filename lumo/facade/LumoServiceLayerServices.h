@@ -18,7 +18,9 @@ class LUMO_API LumoServiceLayerServices : public SmartPtrTarget_ts {
   /// operation objects copy them now.
   explicit LumoServiceLayerServices(SmartPtr<LumoSession> const& session);
 
+  /// Null when there is none.
   SmartPtr<LumoSession> GetSession() const { return m_session; }
+  /// The five services:
   SmartPtr<BrowseService> GetBrowseService() const { return m_browse; }
   SmartPtr<SearchService> GetSearchService() const { return m_search; }
   SmartPtr<DataExportService> GetDataExportService() const { return m_dataExport; }

@@ -25,6 +25,7 @@ namespace lumo {
 template <class T>
 class Response : public FromXml<T, IResponse> {
  public:
+  /// The class that promises to read with `NodeReader` alone.
   using ReadsWithNodeReader = T;
   using FromXml<T, IResponse>::FromXml;
   Response() = default;

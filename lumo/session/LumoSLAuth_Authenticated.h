@@ -19,7 +19,7 @@ class LUMO_API LumoSLAuth_Authenticated : public ILumoSLAuthModule {
   LumoSLAuth_Authenticated(std::string const& domain, std::string const& username,
                            std::string const& password);
 
-  /// Stores domain\username and the password. With an empty domain the user name is appended to
+  /// Stores `domain\username` and the password. With an empty domain the user name is appended to
   /// the one already stored.
   void InitialiseCredentials(std::string const& domain, std::string const& username,
                              std::string const& password);

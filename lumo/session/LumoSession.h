@@ -15,6 +15,7 @@ class LUMO_API LumoSession : public SmartPtrTarget_ts {
   /// it. `auth` may be null. `logger` may be null, is not owned, and must outlive the session.
   static SmartPtr<LumoSession> CreateOne(std::string const& url,
                                          SmartPtr<ILumoSLAuthModule> const& auth);
+  /// The same with a logger.
   static SmartPtr<LumoSession> CreateOneWithLogger(std::string const& url,
                                                    SmartPtr<ILumoSLAuthModule> const& auth,
                                                    ILogger* logger);
@@ -30,8 +31,11 @@ class LUMO_API LumoSession : public SmartPtrTarget_ts {
   static std::string GetVendorNamespaceBase();
   /// Namespace of the base types in this session, bound to the prefix "zbt" in every request.
   std::string GetZorandBaseTypeDefinition() const;
+  /// Makes the calls of this session.
   SmartPtr<HttpClient> HttpClientPtr() const { return m_client; }
+  /// Null for none.
   ILogger* GetLogger() const { return m_logger; }
+  /// Null for none.
   SmartPtr<ILumoSLAuthModule> GetAuthenticationModule() const { return m_authentication; }
 
   /// Makes the client, once; the constructor has called it already.
@@ -53,6 +57,7 @@ class LUMO_API LumoSession : public SmartPtrTarget_ts {
   /// that does not end in "/" gets one; the empty text brings the default back. Services copy it
   /// when they are made, so that sessions with servers of several vendors live in one process.
   std::string const& GetNamespaceBase() const { return m_namespaceBase; }
+  /// See `GetNamespaceBase`.
   void SetVendorNamespaceBase(std::string const& base);
   /// Name under which the application shows at the server; not sent when empty. Operation objects
   /// copy it into the SOAP header when they are made; the HTTP header follows at once.

@@ -42,6 +42,7 @@ class Operation : public OperationBase {
   }
 
  protected:
+  /// For the operation classes.
   using OperationBase::OperationBase;
 
   /// Whether replies may be read while they are parsed, see `lumo::ReadWhileParsed`:

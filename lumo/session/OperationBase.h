@@ -25,9 +25,11 @@ class LUMO_API OperationBase : public SmartPtrTarget_ts {
   SmartPtr<HttpMessage> BuildRequestHandle(SmartPtr<IRequest> const& request) const;
   /// Fills the message; does nothing with a null one.
   void BuildRequest(SmartPtr<HttpMessage> const& message, SmartPtr<IRequest> const& request) const;
+  /// Adds what the SOAP header of every call carries.
   void PopulateHeaderNode(XmlNode<char>* header, XmlDocument<char>* document) const;
 
  protected:
+  /// For the operation classes; the prefix is bound to the namespace in the envelope.
   OperationBase(LumoSession* session, std::string const& serviceNamespace,
                 std::string const& prefix);
 
@@ -41,10 +43,13 @@ class LUMO_API OperationBase : public SmartPtrTarget_ts {
   /// That outcome; logs it when that is possible.
   SmartPtr<ServiceLayerResponse> OutOfMemory(ILogger* logger) const;
 
+  /// The session's logger; null without one.
   ILogger* SessionLogger() const;
   /// Logs the operation's name followed by `text`; does nothing without a logger.
   void Log(ILogger* logger, int level, std::string const& text) const;
+  /// Logs at the level of errors.
   void LogError(ILogger* logger, std::string const& text) const { Log(logger, 1, text); }
+  /// Logs how long the call has taken since `start`, and the exchange in it.
   void LogTiming(ILogger* logger, std::uint64_t start, HttpMessage const& message) const;
 
   /// Sends the message and adds the time it took to the message.

@@ -22,7 +22,9 @@ class LUMO_API ServiceLayerResponse : public lumo::Counted<ServiceLayerResponse>
   /// Outcome of a reply by its text. With status 200, any XML but a fault counts as a success.
   ServiceLayerResponse(std::string const& responseText, int responseCode);
 
+  /// What the call came to.
   CallOutcomes::eCallOutcome GetOutcome() const { return m_outcome; }
+  /// Whether the response was read.
   bool Succeeded() const { return m_outcome == CallOutcomes::Success; }
   /// What went wrong, on one line that begins with the operation's name; empty when the call
   /// succeeded, and only then.
@@ -31,7 +33,9 @@ class LUMO_API ServiceLayerResponse : public lumo::Counted<ServiceLayerResponse>
   /// The SOAP fault's code such as "s:Client", its text, and the content of its detail as XML;
   /// empty without a fault. They are read whatever prefix and status the fault came with.
   std::string const& GetFaultCode() const { return m_faultCode; }
+  /// See `GetFaultCode`.
   std::string const& GetFaultText() const { return m_faultText; }
+  /// See `GetFaultCode`.
   std::string const& GetFaultDetail() const { return m_faultDetail; }
 
   /// HTTP status of the reply; 500 when none arrived, 0 before any call.
@@ -60,6 +64,7 @@ class LUMO_API ServiceLayerResponse : public lumo::Counted<ServiceLayerResponse>
 
   // What follows is for the pipeline of a call.
 
+  /// Keeps the messages, from which the texts of request and reply are printed.
   void SetExchange(std::string const& operationName, SmartPtr<HttpMessage> const& exchange) {
     m_operationName = operationName;
     m_exchange = exchange;

@@ -23,6 +23,7 @@ struct Endpoint {
 
 /// The five services.
 struct Endpoints {
+  /// Where they lie, and how their elements are named:
   LUMO_API static constexpr Endpoint Browse = {L"/Browse.svc", "/Browse", "brow"};
   LUMO_API static constexpr Endpoint Search = {L"/Search.svc", "/Search", "sear"};
   LUMO_API static constexpr Endpoint DataExport = {L"/DataExport.svc", "/DataExport", "exp"};
@@ -63,6 +64,7 @@ constexpr bool kKeepsProcessResponse<
 template <Endpoint const& Service, class Impl, class RequestType, class ResponseType>
 class ServiceOperation : public Operation<RequestType, ResponseType> {
  public:
+  /// Operations read unless they say otherwise.
   static constexpr bool Writes = false;
 
   /// The session must outlive the operation. It may be null: calls then end without a reply.
@@ -85,10 +87,12 @@ class ServiceOperation : public Operation<RequestType, ResponseType> {
            typeid(*this) == typeid(Impl);
   }
 
+  /// Makes the call; a null request is logged and not sent.
   void Call(SmartPtr<RequestType> const& request, ResponseType* response) {
     if (!request) return this->LogError(this->SessionLogger(), "Request cannot be NULL.");
     this->ExecuteRequestInternal(request, response, this->SessionLogger());
   }
+  /// Makes the call of an operation whose body is an empty element.
   void CallWithoutRequest(ResponseType* response) {
     this->ExecuteRequestInternal(nullptr, response, this->SessionLogger());
   }
@@ -99,16 +103,21 @@ class ServiceOperation : public Operation<RequestType, ResponseType> {
 };
 
 template <class Impl, class RequestType, class ResponseType>
+/// Base of the operations of the Browse service; the others have theirs.
 using BrowseOperation = ServiceOperation<Endpoints::Browse, Impl, RequestType, ResponseType>;
 template <class Impl, class RequestType, class ResponseType>
+/// Base of the operations of the Search service.
 using SearchOperation = ServiceOperation<Endpoints::Search, Impl, RequestType, ResponseType>;
 template <class Impl, class RequestType, class ResponseType>
+/// Base of the operations of the DataExport service.
 using DataExportOperation =
     ServiceOperation<Endpoints::DataExport, Impl, RequestType, ResponseType>;
 template <class Impl, class RequestType, class ResponseType>
+/// Base of the operations of the DataImport service.
 using DataImportOperation =
     ServiceOperation<Endpoints::DataImport, Impl, RequestType, ResponseType>;
 template <class Impl, class RequestType, class ResponseType>
+/// Base of the operations of the EngineeringData service.
 using EngineeringOperation =
     ServiceOperation<Endpoints::EngineeringData, Impl, RequestType, ResponseType>;
 

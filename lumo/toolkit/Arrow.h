@@ -18,7 +18,9 @@ extern "C" {
 #define ARROW_FLAG_NULLABLE 2
 #define ARROW_FLAG_MAP_KEYS_SORTED 4
 
+/// The type of an array, as the Arrow C data interface has it.
 struct ArrowSchema {
+  /// Fields of the Arrow C data interface:
   const char* format;
   const char* name;
   const char* metadata;
@@ -30,7 +32,9 @@ struct ArrowSchema {
   void* private_data;
 };
 
+/// The cells of an array, as the Arrow C data interface has them.
 struct ArrowArray {
+  /// Fields of the Arrow C data interface:
   int64_t length;
   int64_t null_count;
   int64_t offset;
@@ -48,7 +52,9 @@ struct ArrowArray {
 #ifndef ARROW_C_STREAM_INTERFACE
 #define ARROW_C_STREAM_INTERFACE
 
+/// Arrays one after the other, as the Arrow C stream interface has them.
 struct ArrowArrayStream {
+  /// Fields of the Arrow C stream interface:
   int (*get_schema)(struct ArrowArrayStream*, struct ArrowSchema* out);
   int (*get_next)(struct ArrowArrayStream*, struct ArrowArray* out);
   const char* (*get_last_error)(struct ArrowArrayStream*);
@@ -67,6 +73,7 @@ namespace lumo {
 /// and "attribute". Two fields more, "record.notApplicable" and "record.estimated", hold lists of
 /// the names of those attributes of the row that are so.
 LUMO_API void ExportSchema(std::vector<Field> const& fields, ArrowSchema* out);
+/// The cells of the columns, which the array keeps alive.
 LUMO_API void ExportArray(std::shared_ptr<Columns const> const& columns, ArrowArray* out);
 
 /// The next chunk; null at the end. What it throws becomes an error of the stream.

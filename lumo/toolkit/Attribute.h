@@ -32,10 +32,11 @@ LUMO_API AttributeType AttributeTypeOf(std::string const& code);
 
 /// What figures and curves depend on.
 struct ParameterInfo {
-  std::string name = {};
-  int identity = 0;
-  std::string unit = {};
+  std::string name = {};    ///< as the server has it
+  int identity = 0;         ///< by which requests name it
+  std::string unit = {};    ///< in which its figures stand
   bool isDiscrete = false;  ///< takes words, not numbers
+  /// How values between the given ones are found.
   Interpolation interpolation = Interpolation::None;
   bool isLogarithmic = false;           ///< the scale of its axis
   std::vector<std::string> words = {};  ///< those that a discrete one takes
@@ -44,22 +45,22 @@ struct ParameterInfo {
 
 /// A column of an attribute that holds grids.
 struct GridColumnInfo {
-  std::string name = {};
-  AttributeType type = AttributeType::Text;
-  std::string unit = {};
-  std::vector<std::string> words = {};
+  std::string name = {};                     ///< of the column
+  AttributeType type = AttributeType::Text;  ///< what its cells hold
+  std::string unit = {};                     ///< in which its figures stand
+  std::vector<std::string> words = {};       ///< those that a discrete one takes
 };
 
 /// An attribute of a table.
 struct Attribute {
-  std::string name = {};
-  int identity = 0;
-  AttributeType type = AttributeType::Text;
-  std::string unit = {};       ///< in which the server keeps its figures
-  bool isMultiValued = false;  ///< takes several words
-  bool isSearchable = true;
-  std::vector<std::string> words = {};  ///< those that a discrete one takes
-  std::vector<GridColumnInfo> columns = {};
+  std::string name = {};                     ///< as the server has it
+  int identity = 0;                          ///< by which requests name it
+  AttributeType type = AttributeType::Text;  ///< what it holds
+  std::string unit = {};                     ///< in which the server keeps its figures
+  bool isMultiValued = false;                ///< takes several words
+  bool isSearchable = true;                  ///< conditions may be on it
+  std::vector<std::string> words = {};       ///< those that a discrete one takes
+  std::vector<GridColumnInfo> columns = {};  ///< of a grid
   /// Of a number or a curve; see `Table::Attributes` for when they are known.
   std::vector<ParameterInfo> parameters = {};
 };

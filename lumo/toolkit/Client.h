@@ -22,6 +22,7 @@ struct OpenedTable;
 /// functions that ask the server throw `Error`.
 class LUMO_API Table {
  public:
+  /// Name of the table, as the server has it.
   std::string const& Name() const;
   /// Key of the database.
   std::string const& Database() const;
@@ -29,18 +30,24 @@ class LUMO_API Table {
   std::vector<Attribute> const& Attributes() const;
   /// By a name in whatever case, or by a beginning that no other has.
   Attribute const& FindAttribute(std::string const& name) const;
+  /// Subsets of the table, and unit systems and currencies of its database, by name:
   std::vector<std::string> const& Subsets() const;
   std::vector<std::string> const& UnitSystems() const;
   std::vector<std::string> const& Currencies() const;
   /// The server's factors for the units of this table.
   lumo::Units const& Units() const;
 
+  /// All records of the table.
   Selection All() const;
+  /// Those that fulfil a condition; see `Selection::Where`.
   Selection Where(std::string const& condition, Match match = Match::Overlap) const {
     return All().Where(condition, match);
   }
+  /// Those that have these words; see `Selection::Text`.
   Selection Text(std::string const& words) const { return All().Text(words); }
+  /// Those below a folder; see `Selection::Below`.
   Selection Below(std::string const& folder) const { return All().Below(folder); }
+  /// Those in a subset; see `Selection::In`.
   Selection In(std::string const& subset) const { return All().In(subset); }
   /// One record by its name, its path, its identity as "id:69" or a GUID, with these attributes or
   /// with all. Throws `Error`: NotFound, with names that are alike; Ambiguous.
@@ -97,7 +104,9 @@ class LUMO_API Client {
   /// proxy, proxy-user and proxy-password-file.
   static Client Connect(std::string const& server = "", ConnectOptions const& options = {});
 
+  /// URL of the server.
   std::string const& Url() const;
+  /// The databases of the server. Throws `Error`.
   std::vector<DatabaseInfo> Databases() const;
   /// By its key or name, in whatever case, or by a beginning that no other has. Throws `Error`:
   /// NotFound, Ambiguous.

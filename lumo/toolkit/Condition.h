@@ -60,7 +60,9 @@ class LUMO_API Condition {
   struct Node;  ///< what it is made of, for the toolkit alone
   Condition(std::shared_ptr<Node const> top, Units units)
       : m_top(std::move(top)), m_units(std::move(units)) {}
+  /// For the toolkit alone.
   std::shared_ptr<Node const> const& Top() const { return m_top; }
+  /// Those by which its figures were converted.
   lumo::Units const& Units() const { return m_units; }
 
  private:

@@ -11,6 +11,7 @@ namespace lumo {
 
 /// What was found of one stage of the way to a server. No password, ticket or token is in it.
 struct Finding {
+  /// How it looks.
   enum class State {
     Fine,
     Doubtful,  ///< works now, and is worth a look: a certificate that soon ends, a clock that is
@@ -21,8 +22,8 @@ struct Finding {
   /// "settings", "name", "proxy", "connection", "TLS", "clock", "log-on", "namespace", "version",
   /// or the name of a service, such as "Browse".
   std::string stage = {};
-  State state = State::Fine;
-  std::string text = {};
+  State state = State::Fine;  ///< how it looks
+  std::string text = {};      ///< what was found, in one line
   /// What to do next, where the state is not `Fine`.
   Hint hint = {};
 };

@@ -77,21 +77,23 @@ enum class HintCode {
   LookBeforeRepeating  ///< see whether the change has happened
 };
 
+/// What to do next, for a program to put in words of its own.
 struct Hint {
-  HintCode code = HintCode::None;
-  std::vector<std::string> arguments = {};
+  HintCode code = HintCode::None;           ///< the step
+  std::vector<std::string> arguments = {};  ///< what the step names, such as a file or a setting
 };
 
 /// One try of a call.
 struct Attempt {
-  int number = 1;
-  ErrorCode code = ErrorCode::Connection;
-  std::string text = {};
-  std::chrono::milliseconds after{0};  ///< since the call's first try began
+  int number = 1;                          ///< counted from 1
+  ErrorCode code = ErrorCode::Connection;  ///< what kind of failure it was
+  std::string text = {};                   ///< what went wrong, in one line
+  std::chrono::milliseconds after{0};      ///< since the call's first try began
 };
 
 /// What is known of a failure beside its code and text.
 struct ErrorDetails {
+  /// See the functions of `Error`:
   std::string operation = {};
   int httpStatus = 0;
   std::string faultCode = {};
@@ -114,12 +116,14 @@ struct ErrorDetails {
 ///     }
 class LUMO_API Error : public std::runtime_error {
  public:
+  /// What went wrong, in one line, with what is known of it.
   Error(ErrorCode code, std::string const& text, ErrorDetails details = {});
   Error(ErrorCode code, std::string const& text, Hint hint);
   Error(Error const&) = default;
   Error& operator=(Error const&) = default;
   ~Error() override;
 
+  /// What kind of failure it is.
   ErrorCode Code() const { return m_code; }
   /// Such as "GetTables"; empty when no call was made.
   std::string const& Operation() const { return m_details->operation; }
@@ -127,6 +131,7 @@ class LUMO_API Error : public std::runtime_error {
   int HttpStatus() const { return m_details->httpStatus; }
   /// Code and detail of a SOAP fault, the detail as XML text.
   std::string const& FaultCode() const { return m_details->faultCode; }
+  /// See `FaultCode`.
   std::string const& FaultDetail() const { return m_details->faultDetail; }
   /// Why no reply came, in the words of the libraries below.
   std::string const& TransportText() const { return m_details->transportText; }
@@ -134,13 +139,16 @@ class LUMO_API Error : public std::runtime_error {
   std::vector<std::string> const& OfferedLogOns() const { return m_details->offeredLogOns; }
   /// The first 2 KB of a reply that is not a service layer's.
   std::string const& BodyStart() const { return m_details->bodyStart; }
+  /// What to do next.
   lumo::Hint const& Hint() const { return m_details->hint; }
   /// All tries of a call that was repeated, this last one too; empty for a read made once. A change
   /// whose outcome is unknown has its one try, whose code says how the reply was lost.
   std::vector<Attempt> const& Attempts() const { return m_details->attempts; }
   /// How many records a read had handed over before it failed.
   std::size_t RecordsDone() const { return m_details->recordsDone; }
+  /// Whether the same call may succeed later.
   bool IsRetryable() const { return lumo::IsRetryable(m_code); }
+  /// All of it at once.
   ErrorDetails const& Details() const { return *m_details; }
 
  private:

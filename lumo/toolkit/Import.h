@@ -24,16 +24,16 @@ struct OpenedTable;
 /// A text as somebody typed it: "2.8 to 2.9", "> 3", "~7.8 g/cm^3", "yes", "Good; Excellent",
 /// "2026-03-17". What it means depends on the attribute.
 struct TypedText {
-  std::string text = {};
+  std::string text = {};  ///< as it was typed
   /// Of figures that have none behind them, such as a heading says it; empty for the attribute's.
   std::string unit = {};
-  bool hasDecimalComma = false;
+  bool hasDecimalComma = false;  ///< "2,7" is a figure
 };
 
 /// What a row has for an attribute. Nothing and an empty text leave the record as it is.
 struct ImportValue {
-  std::string attribute = {};
-  std::variant<Value, TypedText> content = {};
+  std::string attribute = {};                   ///< name
+  std::variant<Value, TypedText> content = {};  ///< plain, or as typed
 };
 
 /// The records to which a record is to be linked.
@@ -47,7 +47,7 @@ struct ImportLinks {
 /// What is wrong with a row.
 struct RowFault {
   std::string attribute = {};  ///< empty for the row as such
-  std::string why = {};
+  std::string why = {};        ///< in words for people
 };
 
 /// A record to make or to change.
@@ -60,7 +60,7 @@ struct ImportRow {
   std::string folder = {};    ///< "Metals/Steels"; empty: wherever the name is, or the top
   std::string name = {};      ///< that the tree shows
   std::string fullName = {};  ///< empty for that which the record has
-  std::vector<ImportValue> values = {};
+  std::vector<ImportValue> values = {};  ///< for attributes; others keep what they have
   std::vector<std::string> clears = {};  ///< attributes whose values are to go
   std::vector<ImportLinks> links = {};   ///< groups that are not named stay as they are
   /// All subsets that the record is to be in; nothing leaves them as they are.
@@ -72,11 +72,12 @@ struct ImportRow {
 struct ValueChange {
   std::string attribute = {};  ///< or "links: " with the group, or "subsets"
   std::string before = {};     ///< for people, in the attribute's unit; empty for none
-  std::string after = {};
+  std::string after = {};      ///< likewise; empty for a value that goes
 };
 
 /// What is to become, or has become, of a row.
 struct RowVerdict {
+  /// What is done with the record.
   enum class Kind {
     Create,  ///< a record is made
     Change,
@@ -84,19 +85,20 @@ struct RowVerdict {
     Refused,  ///< `faults` say why
     Waiting   ///< after a run that stopped: not sent
   };
-  Kind kind = Kind::Same;
-  std::size_t row = 0;
-  RecordId id = {};  ///< of the record; without identity when there is none
-  std::string folder = {};
-  std::string name = {};
-  std::vector<ValueChange> changes = {};
-  std::vector<RowFault> faults = {};
-  std::vector<std::string> notes = {};  ///< what a person might want to know
+  Kind kind = Kind::Same;                 ///< what is done
+  std::size_t row = 0;                    ///< number of the row in the input
+  RecordId id = {};                       ///< of the record; without identity when there is none
+  std::string folder = {};                ///< path
+  std::string name = {};                  ///< of the record
+  std::vector<ValueChange> changes = {};  ///< value by value
+  std::vector<RowFault> faults = {};      ///< why it is refused
+  std::vector<std::string> notes = {};    ///< what a person might want to know
 };
 
 /// "create", "change", "same", "refused", "waiting".
 LUMO_API char const* NameOf(RowVerdict::Kind kind);
 
+/// What an import has done, or would do.
 struct ImportReport {
   std::vector<RowVerdict> rows = {};  ///< in the order of the input
   /// Faults of the whole input, such as a heading that means nothing; nothing is sent then.
@@ -106,14 +108,16 @@ struct ImportReport {
   std::optional<Error> stopped = {};
   bool isWritten = false;  ///< false when only looked at: the preflight, or one that found faults
 
+  /// How many rows have this verdict.
   LUMO_API std::size_t Count(RowVerdict::Kind kind) const;
   /// No faults, nothing waiting, and not stopped.
   LUMO_API bool IsComplete() const;
 };
 
+/// How an import is run.
 struct ImportOptions {
-  bool makesFolders =
-      false;  ///< folders that are missing are made, otherwise rows for them refused
+  /// Folders that are missing are made; otherwise the rows for them are refused.
+  bool makesFolders = false;
   /// Rows with faults, or which the server refuses, are left out; otherwise nothing is sent when a
   /// row has a fault, and the run ends behind the first chunk with a row that the server refuses.
   bool keepsGoing = false;
@@ -123,7 +127,7 @@ struct ImportOptions {
   /// How long after a request whose reply is missing the server may still be at work on it, so that
   /// the look-up that settles it waits.
   std::chrono::milliseconds settleAfter{3000};
-  CancellationToken cancel = {};
+  CancellationToken cancel = {};  ///< ends the run behind the chunk that is under way
   /// On the caller's thread, at each chunk.
   std::function<void(Progress const&)> onProgress = {};
 };
@@ -143,6 +147,8 @@ class LUMO_API Import {
   Import& operator=(Import&&) noexcept;
   ~Import();
 
+  /// Adds a row; or one of a folder's path, a name and values. What is wrong with it is told by
+  /// `Preflight` and `Run`.
   Import& Add(ImportRow row);
   Import& Add(std::string const& folder, std::string const& name,
               std::vector<std::pair<std::string, Value>> const& values);
@@ -150,10 +156,11 @@ class LUMO_API Import {
   /// Reads cells that begin with "{" or "[", which are not texts that people type; throws `Error`
   /// (InvalidArgument).
   using CellReader = std::function<Value(std::string const& text, Attribute const& attribute)>;
+  /// How the cells of a sheet are read.
   struct SheetOptions {
-    bool hasDecimalComma = false;
-    std::size_t headingRow = 1;  ///< its number; the others follow
-    CellReader readCell = {};
+    bool hasDecimalComma = false;  ///< "2,7" is a figure
+    std::size_t headingRow = 1;    ///< its number; the others follow
+    CellReader readCell = {};      ///< for cells with "{" or "["; without one they are faults
   };
   /// A sheet of texts. The headings are Folder, Name, Full name, Identity, GUID, and attributes
   /// with a unit perhaps: "Density [g/cm^3]" or "Density (g/cm^3)". Empty rows and empty columns at
@@ -162,6 +169,7 @@ class LUMO_API Import {
                    std::vector<std::vector<std::string>> const& rows, SheetOptions const& options);
   /// A fault of the whole input.
   void AddFault(RowFault fault);
+  /// Rows so far.
   std::size_t Size() const;
 
   /// What a run would do, and all faults of all rows. Sends reads only. Throws `Error` when these

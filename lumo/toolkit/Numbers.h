@@ -23,6 +23,7 @@ LUMO_API std::string ExactTextOf(double number);
 LUMO_API bool ReadNumber(std::string_view text, double& number);
 /// The number that the text begins with, and what follows it; false when there is none.
 LUMO_API bool ReadNumber(std::string_view text, double& number, std::string_view& rest);
+/// The same for an integer.
 LUMO_API bool ReadInteger(std::string_view text, int& number);
 
 }  // namespace lumo

@@ -15,11 +15,11 @@ namespace lumo {
 ///     auto const part = lumo::Partition::FromText(Receive());
 ///     for (auto const& record : Client::Connect(part.server).Read(part)) Use(record);
 struct LUMO_API Partition {
-  std::string server = {};  ///< its URL
-  std::string database = {};
-  std::string table = {};
-  std::vector<std::string> attributes = {};
-  std::vector<RecordId> records = {};
+  std::string server = {};                   ///< its URL
+  std::string database = {};                 ///< key
+  std::string table = {};                    ///< name
+  std::vector<std::string> attributes = {};  ///< names of those that are read
+  std::vector<RecordId> records = {};        ///< each by its identity
 
   /// "lumo/1 URL DATABASE TABLE ATTRIBUTE,ATTRIBUTE 12-40,44": unusual characters as in URLs.
   std::string ToText() const;

@@ -21,6 +21,7 @@ class LUMO_API Record {
  public:
   Record();
 
+  /// Names and place of the record, and what the server knows it by:
   RecordHead const& Head() const;
   RecordId const& Id() const { return Head().id; }
   std::string const& Name() const { return Head().name; }
@@ -58,18 +59,22 @@ class LUMO_API Record {
 /// used by several threads at once.
 class LUMO_API RecordStream {
  public:
+  /// Goes from record to record, once.
   class LUMO_API iterator {
    public:
+    /// What an input iterator says of itself:
     using iterator_category = std::input_iterator_tag;
     using value_type = Record;
     using difference_type = std::ptrdiff_t;
     using pointer = Record const*;
     using reference = Record const&;
 
+    /// The record at hand, until the iterator moves on:
     Record const& operator*() const;
     Record const* operator->() const { return &**this; }
     /// Throws `Error` when the read fails; what was read before stays read.
     iterator& operator++();
+    /// Equal only at the end of the stream, or for the same stream:
     bool operator==(iterator const& other) const { return m_stream == other.m_stream; }
     bool operator!=(iterator const& other) const { return m_stream != other.m_stream; }
 
@@ -87,6 +92,7 @@ class LUMO_API RecordStream {
 
   /// At the record behind those that were taken. Throws `Error`.
   iterator begin();
+  /// Behind the last record.
   iterator end() { return iterator(nullptr); }
   /// The next records, as many as one call brought; false at the end. Throws `Error`.
   bool NextChunk(std::vector<Record>& chunk);
@@ -100,6 +106,7 @@ class LUMO_API RecordStream {
   /// The attributes that are read, in their order, with the units of their figures; asks the server
   /// for them. Throws `Error`.
   std::vector<Attribute> const& Attributes();
+  /// How far the read has come.
   lumo::Progress Progress() const;
 
  private:

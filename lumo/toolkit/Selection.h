@@ -33,6 +33,7 @@ class LUMO_API Selection {
   Selection In(std::string const& subset) const;
   /// Just these, in their order; what was asked for before is of no matter.
   Selection Named(std::vector<std::string> const& namesOrIds) const;
+  /// The same by what the server knows them by.
   Selection WithIds(std::vector<RecordId> const& ids) const;
 
   /// Names and places of the records, without values. Throws `Error`.

@@ -12,9 +12,9 @@ namespace lumo {
 
 /// How figures of one unit become figures of another: target = source * factor + offset.
 struct UnitStep {
-  std::string target = {};
-  double factor = 1;
-  double offset = 0;
+  std::string target = {};  ///< the other unit
+  double factor = 1;        ///< the source is multiplied by
+  double offset = 0;        ///< then added
 
   /// Without the digits that are lost when a large offset all but cancels the figure: 273.25 K are
   /// 0.1 degC, not 0.10000000000002274.
@@ -54,9 +54,11 @@ class LUMO_API Units {
   Units();
   explicit Units(std::map<std::string, std::vector<UnitStep>> steps);
 
+  /// Whether the server told of this unit.
   bool Knows(std::string const& unit) const;
   /// What figures of that unit can be converted into, itself included, in the server's order.
   std::vector<std::string> TargetsOf(std::string const& unit) const;
+  /// Whether it told how one becomes the other.
   bool CanConvert(std::string const& from, std::string const& to) const;
 
   /// Throws `Error` (InvalidArgument), which names both units and what `from` converts into.

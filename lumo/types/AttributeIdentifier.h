@@ -12,6 +12,7 @@ class LUMO_API AttributeIdentifier : public lumo::FromXml<AttributeIdentifier> {
   AttributeIdentifier() = default;
   explicit AttributeIdentifier(XmlNode<char> const* node);
 
+  /// Name of the attribute.
   std::string const& GetAttributeName() const { return m_attributeName; }
   void SetAttributeName(std::string const& name) { m_attributeName = name; }
   /// Identity of the attribute; 0 means not set.
@@ -25,6 +26,7 @@ class LUMO_API AttributeIdentifier : public lumo::FromXml<AttributeIdentifier> {
   /// The two steps of reading, for a class that goes on reading the same element. The first one is
   /// false when the element does not name an attribute.
   bool ReadName(lumo::NodeReader& in);
+  /// See `ReadName`.
   void ReadRest(lumo::NodeReader& in);
 
  private:

@@ -13,6 +13,7 @@ class LUMO_API NamedAttribute : public lumo::FromXml<NamedAttribute> {
   /// Null when none is known; its element is sent all the same, empty.
   SmartPtr<AttributeReference> GetAttribute() const { return m_attribute; }
   void SetAttribute(SmartPtr<AttributeReference> const& attribute) { m_attribute = attribute; }
+  /// Name of the attribute.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
   /// For a meta-attribute the attribute that it describes, otherwise null. Not sent.

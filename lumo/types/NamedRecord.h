@@ -13,6 +13,7 @@ class LUMO_API NamedRecord : public lumo::FromXml<NamedRecord> {
   /// The name that the record tree shows.
   std::string const& GetShortName() const { return m_shortName; }
   void SetShortName(std::string const& shortName) { m_shortName = shortName; }
+  /// The name in full.
   std::string const& GetLongName() const { return m_longName; }
   void SetLongName(std::string const& longName) { m_longName = longName; }
   /// Null when the reply carried none.

@@ -12,6 +12,7 @@ class LUMO_API ParameterInformation : public lumo::FromXml<ParameterInformation>
   ParameterInformation() = default;
   explicit ParameterInformation(XmlNode<char> const* node);
 
+  /// Name of the parameter.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
   /// Never null after construction; empty for a parameter without a unit.

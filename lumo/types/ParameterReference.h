@@ -14,6 +14,7 @@ class LUMO_API ParameterReference : public lumo::FromXml<ParameterReference, Lum
   /// Identity of the parameter; 0 means not set.
   int GetID() const { return m_id; }
   void SetID(int id) { m_id = id; }
+  /// Name of the parameter.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
 

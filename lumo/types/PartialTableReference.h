@@ -11,6 +11,7 @@ class LUMO_API PartialTableReference : public lumo::FromXml<PartialTableReferenc
  public:
   PartialTableReference() = default;
   explicit PartialTableReference(XmlNode<char> const* node);
+  /// A reference by identity, GUID or name; the others are not set:
   static SmartPtr<PartialTableReference> CreateOneFromTableID(int tableID);
   static SmartPtr<PartialTableReference> CreateOneFromTableGUID(std::string const& tableGUID);
   static SmartPtr<PartialTableReference> CreateOneFromTableName(std::string const& tableName);
@@ -18,8 +19,10 @@ class LUMO_API PartialTableReference : public lumo::FromXml<PartialTableReferenc
   /// Identity of the table; 0 means not set.
   int GetTableID() const { return m_tableID; }
   void SetTableID(int tableID) { m_tableID = tableID; }
+  /// GUID of the table; empty means not set.
   std::string const& GetTableGUID() const { return m_tableGUID; }
   void SetTableGUID(std::string const& tableGUID) { m_tableGUID = tableGUID; }
+  /// Name of the table; empty means not set.
   std::string const& GetTableName() const { return m_tableName; }
   void SetTableName(std::string const& tableName) { m_tableName = tableName; }
 

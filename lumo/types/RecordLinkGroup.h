@@ -12,6 +12,7 @@ class LUMO_API RecordLinkGroup : public lumo::FromXml<RecordLinkGroup> {
   RecordLinkGroup() = default;
   explicit RecordLinkGroup(XmlNode<char> const* node);
 
+  /// Name of the group.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
   std::vector<SmartPtr<RecordReference>>& AccessLinkedRecords() { return m_linkedRecords; }

@@ -13,10 +13,13 @@ class LUMO_API RevisionInfo : public lumo::FromXml<RevisionInfo> {
   /// When it was changed last.
   std::string const& GetModified() const { return m_modified; }
   void SetModified(std::string const& modified) { m_modified = modified; }
+  /// By whom it was changed last.
   std::string const& GetModifiedUser() const { return m_modifiedUser; }
   void SetModifiedUser(std::string const& modifiedUser) { m_modifiedUser = modifiedUser; }
+  /// When it was made.
   std::string const& GetCreated() const { return m_created; }
   void SetCreated(std::string const& created) { m_created = created; }
+  /// By whom it was made.
   std::string const& GetCreatedUser() const { return m_createdUser; }
   void SetCreatedUser(std::string const& createdUser) { m_createdUser = createdUser; }
   /// How often it was changed; 0 when the reply does not say.

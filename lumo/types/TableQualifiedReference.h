@@ -12,6 +12,7 @@ class LUMO_API TableQualifiedReference : public LumoEntityReference {
   /// Reads the key; the derived class knows where the rest stands.
   explicit TableQualifiedReference(XmlNode<char> const* node) : LumoEntityReference(node) {}
 
+  /// Name of the entity in its table.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
   /// The table that qualifies the name; null when there is none.

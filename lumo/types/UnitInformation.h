@@ -10,8 +10,10 @@ class LUMO_API UnitInformation : public lumo::FromXml<UnitInformation> {
   UnitInformation() = default;
   explicit UnitInformation(XmlNode<char> const* node);
 
+  /// The unit in words.
   std::string const& GetUnitName() const { return m_unitName; }
   void SetUnitName(std::string const& name) { m_unitName = name; }
+  /// Such as "MPa".
   std::string const& GetUnitSymbol() const { return m_unitSymbol; }
   void SetUnitSymbol(std::string const& symbol) { m_unitSymbol = symbol; }
 

@@ -8,6 +8,7 @@
 /// attribute definitions only.
 class LUMO_API AttributeTypes {
  public:
+  /// As it stands in replies:
   static std::string const POINT_TYPE_STRING;
   static std::string const RANGE_TYPE_STRING;
   static std::string const FLOAT_FUNCTIONAL_TYPE_STRING;

@@ -12,6 +12,7 @@ class LUMO_API AttributeValue : public lumo::FromXml<AttributeValue, AttributeId
  public:
   /// Type codes by the name of a value element; filled by library start-up, emptied by shut-down.
   static lumo::NameRegistry s_factory;
+  /// See `s_factory`.
   static lumo::NameRegistry& AccessRegistry() { return s_factory; }
   static void RegisterTypes();
 

@@ -11,6 +11,7 @@ class LUMO_API Constraint : public lumo::FromXml<Constraint, ParameterReferenceA
   Constraint() = default;
   explicit Constraint(XmlNode<char> const* node);
 
+  /// What the constraint says.
   std::string const& GetLabel() const { return m_label; }
   void SetLabel(std::string const& label) { m_label = label; }
 

@@ -13,6 +13,7 @@ namespace lumo {
 template <class T, class Base = IDataValue>
 class LUMO_API DataValue : public FromXml<T, Base> {
  public:
+  /// Made by library start-up; null before it, and after shut-down.
   static inline TypedDataValueFactory<T>* s_factory = nullptr;
   using FromXml<T, Base>::FromXml;
   DataValue() = default;
@@ -23,6 +24,7 @@ class LUMO_API DataValue : public FromXml<T, Base> {
 template <class T, class Field>
 class LUMO_API SimpleValue : public DataValue<T> {
  public:
+  /// How the value is handed over: texts by reference, numbers by value.
   using Accessed = std::conditional_t<std::is_class_v<Field>, Field const&, Field>;
 
   SimpleValue() = default;
@@ -31,6 +33,7 @@ class LUMO_API SimpleValue : public DataValue<T> {
     NodeReader(node).Text(m_value);
   }
 
+  /// What the attribute holds.
   Accessed GetValue() const { return m_value; }
   void SetValue(Accessed value) { m_value = value; }
 

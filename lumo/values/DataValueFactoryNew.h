@@ -11,10 +11,12 @@
 /// it is made and leaves when it is destroyed; library start-up makes one per value class.
 class LUMO_API DataValueFactoryNew : public NoCopy {
  public:
+  /// Factories by type code.
   using Table = std::unordered_map<std::string, DataValueFactoryNew*, lumo::NameHash>;
   /// Every live factory by its type code. Not locked: it changes only while no call runs.
   static Table s_factories;
 
+  /// Registers the factory under this type code.
   explicit DataValueFactoryNew(std::string const& typeCode);
   virtual ~DataValueFactoryNew();
   /// The value that `node` holds; null when it holds none.
@@ -22,6 +24,7 @@ class LUMO_API DataValueFactoryNew : public NoCopy {
   /// Whether `node` must be part of a reply's whole tree as RapidXML makes it, which takes more
   /// time and memory. A factory that reads with `lumo::NodeReader` alone may say no.
   virtual bool NeedsWholeTree() const { return true; }
+  /// See `AttributeTypes`.
   std::string const& GetTypeCode() const { return m_typeCode; }
 
  private:

@@ -12,6 +12,7 @@ class LUMO_API DiscreteValue : public lumo::FromXml<DiscreteValue> {
   DiscreteValue() = default;
   explicit DiscreteValue(XmlNode<char> const* node);
 
+  /// One of the words that the attribute allows.
   std::string const& GetValue() const { return m_value; }
   void SetValue(std::string const& value) { m_value = value; }
   /// Place of the word among those of the attribute; 0 by default.

@@ -9,6 +9,7 @@
 /// The value of a cell that holds nothing.
 class LUMO_API EmptyDataType : public lumo::Counted<EmptyDataType, IDataValue> {
  public:
+  /// Made by library start-up; null before it, and after shut-down.
   static inline TypedDataValueFactory<EmptyDataType>* s_factory = nullptr;
   std::string GetNodeName() const override { return "Empty"; }
   std::string GetTypeString() const override { return AttributeTypes::EMPTY_TYPE_STRING; }

@@ -14,8 +14,10 @@ class LUMO_API FileDataType : public lumo::DataValue<FileDataType, BinaryDataTyp
   std::string GetNodeName() const override { return "FileDataValue"; }
   std::string GetTypeString() const override { return AttributeTypes::FILE_TYPE_STRING; }
 
+  /// Name of the file.
   std::string const& GetFileName() const { return m_fileName; }
   void SetFileName(std::string const& fileName) { m_fileName = fileName; }
+  /// In words for people.
   std::string const& GetDescription() const { return m_description; }
   void SetDescription(std::string const& description) { m_description = description; }
 

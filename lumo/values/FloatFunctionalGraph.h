@@ -42,8 +42,10 @@ class LUMO_API FloatFunctionalGraph : public lumo::FromXml<FloatFunctionalGraph>
   std::vector<SmartPtr<Series>>& AccessSeries() { return m_series; }
   std::vector<SmartPtr<Series>> const& AccessSeries() const { return m_series; }
   void AddSeries(SmartPtr<Series> const& series) { m_series.push_back(series); }
+  /// Whether clients should not show the graph.
   bool GetHideGraph() const { return m_hideGraph; }
   void SetHideGraph(bool hide) { m_hideGraph = hide; }
+  /// Whether the y-axis of the graph is logarithmic.
   bool GetLogarithmicYAxis() const { return m_logarithmicYAxis; }
   void SetLogarithmicYAxis(bool logarithmic) { m_logarithmicYAxis = logarithmic; }
 

@@ -14,6 +14,7 @@ class LUMO_API FloatFunctionalValue : public SmartPtrTarget_ts {
   FloatFunctionalValue() = default;
   /// Throws std::runtime_error for an "Estimated" that is no boolean.
   explicit FloatFunctionalValue(XmlNode<char> const* node);
+  /// Whether it is a point or a range.
   virtual eValueKind GetType() const = 0;
   /// Name of the value's type on the wire.
   virtual std::string GetNodeType() const = 0;
@@ -21,6 +22,7 @@ class LUMO_API FloatFunctionalValue : public SmartPtrTarget_ts {
   /// Never null after construction.
   SmartPtr<Constraints> GetConstraints() const { return m_constraints.Get(); }
   void SetConstraints(SmartPtr<Constraints> const& constraints) { m_constraints = constraints; }
+  /// Whether it is an estimate.
   bool GetEstimated() const { return m_estimated; }
   void SetEstimated(bool estimated) { m_estimated = estimated; }
 
@@ -40,6 +42,7 @@ class LUMO_API FloatFunctionalPointValue
   eValueKind GetType() const override { return Point; }
   std::string GetNodeType() const override { return "FloatFunctionalPointValue"; }
 
+  /// The figure.
   double GetValue() const { return m_value; }
   void SetValue(double value) { m_value = value; }
 
@@ -59,8 +62,10 @@ class LUMO_API FloatFunctionalRangeValue
   /// "Ranged" on the wire, unlike the class.
   std::string GetNodeType() const override { return "FloatFunctionalRangedValue"; }
 
+  /// The low end.
   double GetLowValue() const { return m_lowValue; }
   void SetLowValue(double value) { m_lowValue = value; }
+  /// The high end.
   double GetHighValue() const { return m_highValue; }
   void SetHighValue(double value) { m_highValue = value; }
 

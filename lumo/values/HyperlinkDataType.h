@@ -17,6 +17,7 @@ class LUMO_API HyperlinkDataType : public lumo::DataValue<HyperlinkDataType> {
   /// The address.
   std::string const& GetValue() const { return m_value; }
   void SetValue(std::string const& value) { m_value = value; }
+  /// The text to show for it.
   std::string const& GetDescription() const { return m_description; }
   void SetDescription(std::string description) { m_description = std::move(description); }
 

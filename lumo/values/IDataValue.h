@@ -33,11 +33,13 @@ class LUMO_API IDataValue : public SmartPtrTarget_ts {
   /// Version of the value; -1 when it carried none.
   int GetDataVersionNumber() const { return m_dataVersionNumber; }
   void SetDataVersionNumber(int number) { m_dataVersionNumber = number; }
+  /// Whether the attribute makes no sense for the record, which then has no value.
   bool GetIsNotApplicable() const { return m_isNotApplicable; }
   void SetIsNotApplicable(bool isNotApplicable) { m_isNotApplicable = isNotApplicable; }
   /// Whether the value stands in for one that the record lacks.
   bool GetIsFallback() const { return m_isFallback; }
   void SetIsFallback(bool isFallback) { m_isFallback = isFallback; }
+  /// Whether the reply gave a version.
   bool GetHasDataVersionNumber() const { return m_hasDataVersionNumber; }
   void SetHasDataVersionNumber(bool has) { m_hasDataVersionNumber = has; }
 

@@ -9,6 +9,7 @@ namespace lumo {
 
 /// Hash of the few names of value elements and type codes, which their beginnings tell apart.
 struct NameHash {
+  /// The hash of a name, by its length and first letters.
   std::size_t operator()(std::string_view name) const {
     std::size_t hash = name.size();
     for (char const c : name.substr(0, 4)) hash = hash * 31 + static_cast<unsigned char>(c);

@@ -15,6 +15,7 @@ class LUMO_API ParameterValue : public lumo::FromXml<ParameterValue> {
   ParameterValue() = default;
   explicit ParameterValue(XmlNode<char> const* node);
 
+  /// Whether it is a number or a choice.
   eParameterValueType GetType() const { return m_type; }
   /// "Numeric" or "Discrete".
   std::string TypeAsString() const;

@@ -16,6 +16,7 @@ class LUMO_API PointValueWithParameters : public lumo::FromXml<PointValueWithPar
   PointValueWithParameters() = default;
   explicit PointValueWithParameters(XmlNode<char> const* node);
 
+  /// The figure.
   double GetValue() const { return m_value; }
   void SetValue(double value) { m_value = value; }
   /// Never null after construction.

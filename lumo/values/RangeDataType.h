@@ -17,15 +17,19 @@ class LUMO_API RangeDataType : public lumo::DataValue<RangeDataType, UnittedReal
   std::string GetNodeName() const override { return "RangeDataValue"; }
   std::string GetTypeString() const override { return AttributeTypes::RANGE_TYPE_STRING; }
 
+  /// The bound; of no meaning unless it is set.
   double GetLow() const { return m_low.value; }
   /// Stores the bound and marks it as set; a NaN marks it as not set, also when the caller is
   /// compiled for numbers that are never NaN.
   void SetLow(double low);
+  /// Whether there is a lower bound.
   bool GetLowSet() const { return m_low.isSet; }
   void SetLowSet(bool isSet) { m_low.isSet = isSet; }
+  /// As `GetLow`.
   double GetHigh() const { return m_high.value; }
   /// As `SetLow`.
   void SetHigh(double high);
+  /// Whether there is an upper bound.
   bool GetHighSet() const { return m_high.isSet; }
   void SetHighSet(bool isSet) { m_high.isSet = isSet; }
 

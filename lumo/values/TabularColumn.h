@@ -26,6 +26,7 @@ class LUMO_API TabularColumn : public lumo::FromXml<TabularColumn>,
   TabularColumn() = default;
   explicit TabularColumn(XmlNode<char> const* node);
 
+  /// Heading of the column.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
   /// One of `eType`.

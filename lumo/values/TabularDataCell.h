@@ -10,16 +10,20 @@ class LUMO_API TabularDataCell : public lumo::Counted<TabularDataCell> {
  public:
   /// Type codes by the name of a value's element; filled by library start-up, emptied by shut-down.
   static lumo::NameRegistry s_factory;
+  /// See `s_factory`.
   static lumo::NameRegistry& AccessRegistry() { return s_factory; }
   static void RegisterTypes();
 
   TabularDataCell() = default;
+  /// A cell with this value, null for an empty one, in that column.
   TabularDataCell(SmartPtr<IDataValue> const& data, TabularColumn const* column)
       : m_data(data), m_column(column) {}
 
   using Counted::CreateOne;
+  /// The same, made to be shared.
   static SmartPtr<TabularDataCell> CreateOne(SmartPtr<IDataValue> const& data,
                                              TabularColumn const* column);
+  /// A cell without a value.
   static SmartPtr<TabularDataCell> CreateEmpty(TabularColumn const* column) {
     return CreateOne(SmartPtr<IDataValue>(), column);
   }

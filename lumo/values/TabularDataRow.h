@@ -22,6 +22,7 @@ class LUMO_API TabularDataRow : public lumo::Counted<TabularDataRow> {
   TabularDataRow& operator=(TabularDataRow const& other);
 
   using Counted::CreateOne;
+  /// A row with an empty cell per column of the table, which may be null.
   static SmartPtr<TabularDataRow> CreateOne(TabularDataType const* table);
   /// The row in an element of a reply; null for a null node. Cells beyond the table's columns are
   /// dropped, missing ones are filled in empty.
@@ -35,6 +36,7 @@ class LUMO_API TabularDataRow : public lumo::Counted<TabularDataRow> {
   /// there is none.
   SmartPtr<TabularDataCell>& At(std::size_t index) { return m_cells[Checked(index)]; }
   SmartPtr<TabularDataCell> const& At(std::size_t index) const { return m_cells[Checked(index)]; }
+  /// As `At`, by column.
   SmartPtr<TabularDataCell>& AtCol(TabularColumn const* column) { return At(OffsetOf(column)); }
   SmartPtr<TabularDataCell> const& AtCol(TabularColumn const* column) const {
     return At(OffsetOf(column));

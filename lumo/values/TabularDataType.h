@@ -38,12 +38,14 @@ class LUMO_API TabularDataType : public lumo::DataValue<TabularDataType>,
   std::string GetTypeString() const override { return AttributeTypes::TABULAR_TYPE_STRING; }
   std::string GetImportNodeName() const override { return "TabularDataImportValue"; }
 
+  /// In the order of the message.
   std::vector<SmartPtr<TabularColumn>> const& GetColumns() const { return m_columns; }
   /// Appends the column, and an empty cell to every row but the short ones; null is ignored.
   void AddColumn(SmartPtr<TabularColumn> const& column);
   /// Place of the column, counted from 0; -1 for one that is not in the table.
   int GetColumnOffset(TabularColumn const* column) const;
 
+  /// In the order of the message.
   std::vector<SmartPtr<TabularDataRow>> const& GetRows() const { return m_rows; }
   /// Appends a row with an empty cell per column.
   SmartPtr<TabularDataRow> PushRow();

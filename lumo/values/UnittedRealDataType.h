@@ -13,6 +13,7 @@ class LUMO_API UnittedRealDataType : public IDataValue {
   /// Symbol of the unit in which the figures stand, such as "MPa"; empty without one.
   std::string const& GetUnitSymbol() const { return m_unitSymbol; }
   void SetUnitSymbol(std::string const& symbol) { m_unitSymbol = symbol; }
+  /// Whether the figures are estimates.
   bool GetEstimated() const { return m_estimated; }
   void SetEstimated(bool estimated) { m_estimated = estimated; }
 

@@ -14,11 +14,13 @@ class LUMO_API XYDatum : public SmartPtrTarget_ts {
   XYDatum() = default;
   /// Throws std::runtime_error for an "Estimated" that is no boolean.
   explicit XYDatum(XmlNode<char> const* node);
+  /// Whether it is a point or a range.
   virtual eDataType GetType() const = 0;
 
   /// Null when the reply gave none; not sent then.
   SmartPtr<ParameterValue> GetX() const { return m_x; }
   void SetX(SmartPtr<ParameterValue> const& x) { m_x = x; }
+  /// Whether it is an estimate.
   bool GetIsEstimated() const { return m_isEstimated; }
   void SetIsEstimated(bool isEstimated) { m_isEstimated = isEstimated; }
 
@@ -36,6 +38,7 @@ class LUMO_API XYPoint : public lumo::FromXml<XYPoint, XYDatum> {
   explicit XYPoint(XmlNode<char> const* node);
   eDataType GetType() const override { return XYDatum::XYPoint; }
 
+  /// The figure.
   double GetY() const { return m_y; }
   void SetY(double y) { m_y = y; }
 
@@ -52,8 +55,10 @@ class LUMO_API XYRange : public lumo::FromXml<XYRange, XYDatum> {
   explicit XYRange(XmlNode<char> const* node);
   eDataType GetType() const override { return XYDatum::XYRange; }
 
+  /// The low end.
   double GetLowerY() const { return m_lowerY; }
   void SetLowerY(double y) { m_lowerY = y; }
+  /// The high end.
   double GetUpperY() const { return m_upperY; }
   void SetUpperY(double y) { m_upperY = y; }
 

@@ -12,14 +12,18 @@ namespace lumo {
 /// locale of the process: leading white space is skipped, what follows the number is ignored, and
 /// std::invalid_argument or std::out_of_range is thrown. Booleans throw std::runtime_error.
 LUMO_API int IntegerFromText(std::string_view text);
+/// As `IntegerFromText`.
 LUMO_API double RealFromText(std::string_view text);
+/// As `IntegerFromText`; takes "true", "yes", "1" and the like in whatever case.
 LUMO_API bool BooleanFromText(std::string_view text);
 
 /// Text of a number in place, without a string: "%d" for integers, "%.17e" for reals.
 class LUMO_API NumberText {
  public:
+  /// The text of that number.
   explicit NumberText(int value);
   explicit NumberText(double value);
+  /// The text, which lives as long as this.
   operator std::string_view() const {  // NOLINT(google-explicit-constructor): it is a text
     return {m_text, m_size};
   }

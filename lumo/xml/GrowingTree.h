@@ -41,6 +41,7 @@ LUMO_API XmlNode<char>* NextGrowing(XmlNode<char> const& element, std::string_vi
 
 /// First child of an element, whole with all its siblings; null when it has none.
 LUMO_API XmlNode<char>* CompleteGrowing(XmlNode<char> const& element);
+/// The same for any element, growing or not.
 inline XmlNode<char>* FirstChild(XmlNode<char> const& element) {
   return IsGrowing(element) ? CompleteGrowing(element) : element.first_node();
 }

@@ -23,6 +23,7 @@ namespace lumo {
 /// written. Enumerations pass the function that makes their text as the last argument.
 class LUMO_API NodeWriter {
  public:
+  /// Writes into this element.
   explicit NodeWriter(XmlNode<char>* node)
       : m_node(node), m_document(node == nullptr ? nullptr : node->document()) {}
 

@@ -12,6 +12,7 @@ namespace lumo {
 class LUMO_API UnbuiltValues {
  public:
   UnbuiltValues();
+  /// How many there were on this thread since this was made.
   std::size_t Count() const;
   /// Says that a value could not be built.
   static void Note();

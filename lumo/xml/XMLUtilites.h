@@ -35,6 +35,7 @@ class LUMO_API XMLUtilites {
   static XmlNode<char>* CreateNode(std::string const& name, int value, XmlDocument<char>* document);
   static XmlNode<char>* CreateNode(std::string const& name, double value,
                                    XmlDocument<char>* document);
+  /// A new attribute, not attached, as `CreateNode` makes nodes.
   static XmlAttribute<char>* CreateAttr(std::string const& name, std::string const& value,
                                         XmlDocument<char>* document);
   static XmlAttribute<char>* CreateAttr(std::string const& name, int value,
@@ -120,10 +121,12 @@ inline bool HasLocalName(std::string_view name, std::string_view local) {
   return true;
 }
 
+/// The same for the name of an element or an attribute.
 inline bool HasLocalName(XmlBase<char> const& item, std::string_view local) {
   return HasLocalName(std::string_view(item.name(), item.name_size()), local);
 }
 
+/// The next sibling; null for the last one.
 inline XmlNode<char>* NextOf(XmlNode<char> const& node) { return node.next_sibling(); }
 inline XmlAttribute<char>* NextOf(XmlAttribute<char> const& attribute) {
   return attribute.next_attribute();

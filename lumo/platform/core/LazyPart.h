@@ -17,11 +17,13 @@ class LazyPart {
   LazyPart(LazyPart const&) = delete;
   ~LazyPart() { Release(m_part.load()); }
   LazyPart& operator=(LazyPart const& other) { return *this = other.Get(); }
+  /// Shares this part from now on; null stays null.
   LazyPart& operator=(SmartPtr<T> const& part) {
     Release(m_part.exchange(part ? Keep(part) : Null()));
     return *this;
   }
 
+  /// The part, which is made when it is asked for first.
   SmartPtr<T> Get() const {
     T* part = m_part.load(std::memory_order_acquire);
     if (part == nullptr) part = Make();

@@ -10,6 +10,7 @@ template <class T>
 class OptionalPart {
  public:
   OptionalPart() = default;
+  /// Copies the part, not the pointer to it.
   OptionalPart(OptionalPart const& other) { *this = other; }
   OptionalPart(OptionalPart&&) noexcept = default;
   ~OptionalPart() = default;
@@ -28,10 +29,12 @@ class OptionalPart {
     return *this;
   }
 
+  /// The part; one with its defaults when there is none.
   T const& Get() const {
     static T const kDefault{};
     return m_part == nullptr ? kDefault : *m_part;
   }
+  /// The part, which is made when there is none yet.
   T& Make() {
     if (m_part == nullptr) m_part = std::make_unique<T>();
     return *m_part;

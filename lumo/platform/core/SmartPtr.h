@@ -17,6 +17,7 @@ class SmartPtr {
   }
   SmartPtr(SmartPtr const& other) : SmartPtr(other.m_target) {}
   SmartPtr(SmartPtr&& other) noexcept : m_target(std::exchange(other.m_target, nullptr)) {}
+  /// The target of a pointer to a derived class.
   template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
   SmartPtr(SmartPtr<U> const& other)  // NOLINT(google-explicit-constructor): derived to base
       : SmartPtr(static_cast<T*>(other.get())) {}
@@ -36,13 +37,19 @@ class SmartPtr {
     return *this;
   }
 
+  /// Null when there is none.
   T* get() const { return m_target; }
+  /// As `get`.
   T* Get() const { return m_target; }
+  /// The target, which must be there.
   T* operator->() const { return m_target; }
+  /// Likewise.
   T& operator*() const { return *m_target; }
+  /// Whether there is a target.
   explicit operator bool() const { return m_target != nullptr; }
   /// Lets go of the target.
   void Reset() { SmartPtr().Swap(*this); }
+  /// Exchanges the targets; no count changes.
   void Swap(SmartPtr& other) noexcept { std::swap(m_target, other.m_target); }
 
  private:

@@ -18,12 +18,12 @@ class LUMO_API SmartPtrTarget_ts : public NoCopy {
   SmartPtrTarget_ts(SmartPtrTarget_ts const&) = delete;
   SmartPtrTarget_ts& operator=(SmartPtrTarget_ts const& /*other*/) { return *this; }
 
-  // Replies make objects by the million, for which the heap is slow.
+  /// Replies make objects by the million, for which the heap is slow; the other forms, which these
+  /// would hide, are as ever.
   static void* operator new(std::size_t size) { return lumo::TakeObjectMemory(size); }
   static void operator delete(void* memory, std::size_t size) noexcept {
     if (memory != nullptr) lumo::ReturnObjectMemory(memory, size);
   }
-  // The other forms, which these would hide, are as ever.
   static void* operator new(std::size_t /*size*/, void* place) noexcept { return place; }
   static void operator delete(void* /*memory*/, void* /*place*/) noexcept {}
   static void* operator new(std::size_t size, std::align_val_t alignment) {
@@ -40,6 +40,7 @@ class LUMO_API SmartPtrTarget_ts : public NoCopy {
     }
   }
 
+  /// For `SmartPtr` alone, as its counterpart.
   void AddReference() const { m_references.fetch_add(1); }
   /// Deletes the object when the last reference goes. Who holds the only reference need not count:
   /// nobody else can add one.

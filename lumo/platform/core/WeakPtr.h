@@ -10,7 +10,9 @@ namespace lumo {
 template <class T>
 class WeakTarget {
  public:
+  /// What pointers share with the object, and keep beyond its end.
   struct Link : SmartPtrTarget_ts {
+    /// Of an object, whose end sets `target` to null.
     explicit Link(WeakTarget const* object) : target(object) {}
     WeakTarget const* target;  ///< null once the object is gone
   };
@@ -18,6 +20,7 @@ class WeakTarget {
   WeakTarget() = default;
   WeakTarget(WeakTarget const&) = delete;
   WeakTarget& operator=(WeakTarget const& /*other*/) { return *this; }  // a link is never copied
+  /// What pointers to this object share with it.
   SmartPtr<Link> GetLink() const { return m_link; }
 
  protected:
@@ -32,9 +35,11 @@ template <class T>
 class WeakPtr {
  public:
   WeakPtr() = default;
+  /// Of an object, or of none.
   explicit WeakPtr(T const* target) {
     if (target != nullptr) m_link = target->GetLink();
   }
+  /// The object; null for none, and once it is gone.
   T const* Get() const { return m_link ? static_cast<T const*>(m_link->target) : nullptr; }
 
  private:

@@ -28,6 +28,7 @@ class LUMO_API HttpClient : public SmartPtrTarget_ts {
   /// Answers Negotiate challenges with the current user's ticket. Where that fails and there are
   /// credentials, too, they answer the server's other challenges. The second flag is reserved.
   void SetAutologonPolicy(bool autologon, bool reserved);
+  /// Certificates, proxy, limits and progress of the calls that follow.
   void SetTransportSettings(HttpTransportSettings const& settings);
   HttpTransportSettings GetTransportSettings() const { return m_options->settings; }
 

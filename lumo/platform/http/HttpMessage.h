@@ -10,8 +10,10 @@
 /// One request and, once it was sent, its reply.
 class LUMO_API HttpMessage : public lumo::Counted<HttpMessage> {
  public:
+  /// `eHttpVerb_Unknown` unless it is set.
   eHttpVerb GetRequestVerb() const { return m_requestVerb; }
   void SetRequestVerb(eHttpVerb verb) { m_requestVerb = verb; }
+  /// Headers of the request, in the order in which they are sent.
   HttpHeaders const& AccessRequestHeaders() const { return m_requestHeaders; }
   /// Headers go out in the order in which they were added. CR, LF and NUL are dropped.
   void AddRequestHeader(std::string const& name, std::string const& value);
@@ -24,9 +26,11 @@ class LUMO_API HttpMessage : public lumo::Counted<HttpMessage> {
 
   /// Body of the reply; null as long as no complete reply arrived.
   SmartPtr<HttpMessageBuffer> GetResponseBuffer() const { return m_responseBuffer; }
+  /// Status of the reply; `eHttpStatusCode_FromNumber` of 0 without one.
   eHttpStatusCode GetStatus() const { return eHttpStatusCode_FromNumber(m_statusCode); }
   /// Numeric status of the reply; 0 without one.
   int GetStatusCode() const { return m_statusCode; }
+  /// Headers of the reply, in its order.
   HttpHeaders const& AccessResponseHeaders() const { return m_report->headers; }
   /// Called by the transport when a reply is complete.
   void SetResponse(int statusCode, HttpHeaders&& headers, std::string&& body);
@@ -40,6 +44,7 @@ class LUMO_API HttpMessage : public lumo::Counted<HttpMessage> {
   void SetTransportError(std::string const& error) {
     SetFailure(error.empty() ? eHttpFailure_None : eHttpFailure_Other, error);
   }
+  /// How long the phases of the exchange took.
   HttpTimings const& GetTimings() const { return m_report->timings; }
   void SetTimings(HttpTimings const& timings) { m_report->timings = timings; }
   /// Why no reply came, the log-on, the way through a proxy; never null. The transport writes it.

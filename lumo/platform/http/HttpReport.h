@@ -13,11 +13,11 @@ using HttpHeaders = std::vector<std::pair<std::string, std::string>>;
 /// How long the phases of an exchange took, in seconds since its start; 0 for a phase that did not
 /// happen, such as connecting on a kept connection.
 struct HttpTimings {
-  double nameLookup = 0;
-  double connect = 0;
-  double tls = 0;
-  double firstByte = 0;
-  double total = 0;
+  double nameLookup = 0;  ///< the server's address is known
+  double connect = 0;     ///< the connection stands
+  double tls = 0;         ///< TLS is agreed on
+  double firstByte = 0;   ///< the reply begins
+  double total = 0;       ///< the reply is complete
 };
 
 /// What an exchange showed of the log-on. Passwords and tokens are never in it.
@@ -25,11 +25,11 @@ struct HttpLogOn {
   /// Methods that the server asked for in this exchange, as it writes them ("Negotiate", "NTLM"),
   /// in its order; the same of the proxy.
   std::vector<std::string> offered;
-  std::vector<std::string> offeredByProxy;
+  std::vector<std::string> offeredByProxy;  ///< the same of the proxy
   /// Method with which the last request was answered for; empty when none was, as on a connection
   /// that is logged on already.
   std::string used;
-  std::string usedWithProxy;
+  std::string usedWithProxy;  ///< the same of the proxy
   /// Why a log-on could not be made, in the words of libcurl and GSSAPI, such as "Clock skew too
   /// great"; empty when nothing went wrong on this side.
   std::string trouble;
@@ -40,7 +40,7 @@ class LUMO_API HttpReport : public lumo::Counted<HttpReport> {
  public:
   /// Why no reply came, `eHttpFailure_None` when one did; the same in the transport's words.
   eHttpFailure failure = eHttpFailure_None;
-  std::string error;
+  std::string error;  ///< why no reply came, in the transport's words
   /// The transport's own number of that error: a CURLcode, or -1 for what failed before libcurl.
   int errorNumber = 0;
   /// OpenSSL's number of what is wrong with the server's certificate, such as 10 for one that has
@@ -51,12 +51,12 @@ class LUMO_API HttpReport : public lumo::Counted<HttpReport> {
   eHttpPhase phase = eHttpPhase_None;
   /// Headers of the reply.
   HttpHeaders headers;
-  HttpTimings timings;
-  HttpLogOn logOn;
+  HttpTimings timings;  ///< how long it took
+  HttpLogOn logOn;      ///< what was asked for and answered
   /// Address of the proxy without user and password, and the environment variable that it was taken
   /// from; empty for none.
   std::string proxy;
-  std::string proxyVariable;
+  std::string proxyVariable;  ///< such as "https_proxy"
   /// Status with which a proxy answered the request for a tunnel to an https server; 0 without one.
   int proxyStatus = 0;
 };

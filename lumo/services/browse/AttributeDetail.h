@@ -19,6 +19,7 @@ class LUMO_API AttributeDetail : public lumo::FromXml<AttributeDetail, NamedAttr
   AttributeDetail() = default;
   explicit AttributeDetail(XmlNode<char> const* node);
 
+  /// Identity of the attribute; 0 when the reply gave none.
   int GetIdentity() const { return m_identity; }
   void SetIdentity(int identity) { m_identity = identity; }
   /// Type code, one of `AttributeTypes`.
@@ -35,6 +36,7 @@ class LUMO_API AttributeDetail : public lumo::FromXml<AttributeDetail, NamedAttr
   /// Symbol of the unit in which values are stored; empty without one.
   std::string const& GetDatabaseUnit() const { return m_databaseUnit; }
   void SetDatabaseUnit(std::string const& databaseUnit) { m_databaseUnit = databaseUnit; }
+  /// The limit that the server proposes for searches, as it writes it; empty without one.
   std::string const& GetDefaultThreshold() const { return m_defaultThreshold; }
   void SetDefaultThreshold(std::string const& defaultThreshold) {
     m_defaultThreshold = defaultThreshold;
@@ -46,11 +48,13 @@ class LUMO_API AttributeDetail : public lumo::FromXml<AttributeDetail, NamedAttr
   /// Place of the attribute in its table.
   int GetOrder() const { return m_order; }
   void SetOrder(int order) { m_order = order; }
+  /// Whether searches may have conditions on it.
   bool GetIsSearchable() const { return m_isSearchable; }
   void SetIsSearchable(bool isSearchable) { m_isSearchable = isSearchable; }
   /// Whether a record may have several values.
   bool GetIsMultiValued() const { return m_isMultiValued; }
   void SetIsMultiValued(bool isMultiValued) { m_isMultiValued = isMultiValued; }
+  /// Whether charts may show it.
   bool GetIsChartable() const { return m_isChartable; }
   void SetIsChartable(bool isChartable) { m_isChartable = isChartable; }
   /// Name to put at the axis of a chart.

@@ -8,6 +8,7 @@
 /// A smallest or largest value: a date, a real or an integer.
 class LUMO_API MinMaxValue : public lumo::FromXml<MinMaxValue> {
  public:
+  /// Which of the three a value is.
   enum eMinMaxType : int { None = 0, Date = 1, Double = 2, Integer = 3 };
 
   MinMaxValue() = default;
@@ -15,16 +16,19 @@ class LUMO_API MinMaxValue : public lumo::FromXml<MinMaxValue> {
 
   /// Which of the three the value is; `None` when the reply gave none of them.
   eMinMaxType GetType() const { return m_type; }
+  /// The date, for a value of that type; setting it makes it one, as with the others.
   std::string const& GetDate() const { return m_date; }
   void SetDate(std::string const& date) {
     m_date = date;
     m_type = Date;
   }
+  /// The real, for a value of that type.
   double GetDouble() const { return m_double; }
   void SetDouble(double value) {
     m_double = value;
     m_type = Double;
   }
+  /// The integer, for a value of that type.
   int GetInteger() const { return m_integer; }
   void SetInteger(int value) {
     m_integer = value;

@@ -13,6 +13,7 @@ class LUMO_API CurrencyDetail : public lumo::FromXml<CurrencyDetail> {
   /// Three letters, such as "EUR" (ISO 4217).
   std::string const& GetCode() const { return m_code; }
   void SetCode(std::string const& code) { m_code = code; }
+  /// The currency in words.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
   /// The factor that the server gives for the currency, 0 when it gives none. To which currency it

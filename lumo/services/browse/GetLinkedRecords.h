@@ -26,6 +26,7 @@ class LUMO_API GetLinkedRecordsRequest
   void SetRecordFilter(SmartPtr<RecordFilter> const& recordFilter) {
     m_recordFilter = recordFilter;
   }
+  /// The link groups to follow.
   void SetRecordLinkGroups(std::vector<SmartPtr<RecordLinkGroupReference>> const& groups) {
     m_recordLinkGroups = groups;
   }

@@ -10,6 +10,7 @@ class LUMO_API HelpInfo : public lumo::FromXml<HelpInfo> {
   HelpInfo() = default;
   explicit HelpInfo(XmlNode<char> const* node);
 
+  /// Address of a page of help.
   std::string const& GetHelpURI() const { return m_helpURI; }
   void SetHelpURI(std::string const& helpURI) { m_helpURI = helpURI; }
   /// Whether the help is kept in the database.

@@ -55,12 +55,15 @@ class LUMO_API ParameterDetail : public lumo::FromXml<ParameterDetail, Parameter
   void SetDefaultValue(SmartPtr<ParameterValue> const& defaultValue) {
     m_defaultValue = defaultValue;
   }
+  /// `NotSet` when the reply does not say.
   ScaleType::eScaleType GetScaleType() const { return m_scaleType; }
   void SetScaleType(ScaleType::eScaleType scaleType) { m_scaleType = scaleType; }
+  /// How values between the given ones are found.
   Interpolation::eInterpolation GetInterpolationMethod() const { return m_interpolationMethod; }
   void SetInterpolationMethod(Interpolation::eInterpolation interpolationMethod) {
     m_interpolationMethod = interpolationMethod;
   }
+  /// Which values the parameter takes.
   ParameterType::eParameterType GetParameterType() const { return m_parameterType; }
   void SetParameterType(ParameterType::eParameterType parameterType) {
     m_parameterType = parameterType;

@@ -12,6 +12,7 @@ class LUMO_API RecordAttribute : public lumo::WithParameterDetails<lumo::FromXml
  public:
   RecordAttribute() = default;
   explicit RecordAttribute(XmlNode<char> const* node);
+  /// Copies every field.
   RecordAttribute(RecordAttribute const& other) : WithParameterDetails() { *this = other; }
   RecordAttribute& operator=(RecordAttribute const& other) = default;
 
@@ -23,6 +24,7 @@ class LUMO_API RecordAttribute : public lumo::WithParameterDetails<lumo::FromXml
   /// Null when the reply named none.
   SmartPtr<NamedAttribute> GetAttribute() const { return m_attribute; }
   void SetAttribute(SmartPtr<NamedAttribute> const& attribute) { m_attribute = attribute; }
+  /// Whether the record has a value for it.
   bool GetHasData() const { return m_hasData; }
   void SetHasData(bool hasData) { m_hasData = hasData; }
   /// Null when the reply gave none.

@@ -34,8 +34,10 @@ class LUMO_API RecordLinkGroupDetail : public lumo::FromXml<RecordLinkGroupDetai
   /// Null when the reply named none, as the other table.
   SmartPtr<TableReference> GetFromTable() const { return m_fromTable; }
   void SetFromTable(SmartPtr<TableReference> const& fromTable) { m_fromTable = fromTable; }
+  /// The table that the links lead to.
   SmartPtr<TableReference> GetToTable() const { return m_toTable; }
   void SetToTable(SmartPtr<TableReference> const& toTable) { m_toTable = toTable; }
+  /// Name of the group.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
   /// Standard names by which the group is known beside its own.

@@ -12,6 +12,7 @@ class LUMO_API TabularColumnDetail : public lumo::FromXml<TabularColumnDetail> {
   TabularColumnDetail() = default;
   explicit TabularColumnDetail(XmlNode<char> const* node);
 
+  /// Heading of the column.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
   /// Null when the reply gave none.

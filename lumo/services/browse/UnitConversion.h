@@ -16,11 +16,13 @@ class LUMO_API Conversion : public lumo::FromXml<Conversion> {
   /// Empty where the conversions belong to one source unit, which then has the symbol.
   std::string const& GetSourceSymbol() const { return m_sourceSymbol; }
   void SetSourceSymbol(std::string const& sourceSymbol) { m_sourceSymbol = sourceSymbol; }
+  /// Symbol of the unit in which the result is.
   std::string const& GetTargetSymbol() const { return m_targetSymbol; }
   void SetTargetSymbol(std::string const& targetSymbol) { m_targetSymbol = targetSymbol; }
   /// 0 when the reply does not say, as the offset.
   double GetFactor() const { return m_factor; }
   void SetFactor(double factor) { m_factor = factor; }
+  /// Added after the factor: target = source * factor + offset.
   double GetOffset() const { return m_offset; }
   void SetOffset(double offset) { m_offset = offset; }
 

@@ -13,6 +13,7 @@ class LUMO_API UnitDetail : public lumo::FromXml<UnitDetail> {
   /// The unit in words.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
+  /// Such as "kg/m^3".
   std::string const& GetSymbol() const { return m_symbol; }
   void SetSymbol(std::string const& symbol) { m_symbol = symbol; }
   /// Whether the unit contains a currency, as in EUR/kg.

@@ -14,6 +14,7 @@
 /// A record and its values.
 class LUMO_API RecordData : public lumo::FromXml<RecordData> {
  public:
+  /// The properties of a record that are read like attributes.
   using PseudoAttribute = AttributeReference::PseudoAttrs::eLumoPseudoAttributeReference;
 
   RecordData() = default;

@@ -13,9 +13,13 @@
 /// to change, the parent of a new one, or the record to copy.
 class LUMO_API ImportRecord : public lumo::Counted<ImportRecord> {
  public:
+  /// What happens to the subsets of the record that exists: nothing, the given ones are added, or
+  /// they take the place of all others.
   enum eUpdateSubsetsMode : int { None = 0, Append = 1, Replace = 2 };
 
   ImportRecord() = default;
+  /// The record to change, to copy or to make a child of, as `mode` says, with the name that it
+  /// gets.
   ImportRecord(SmartPtr<RecordReference> const& existingRecord, std::string const& recordName,
                ImportRecordModes::eImportRecordMode const& mode, bool isFolder)
       : m_recordName(recordName),

@@ -50,8 +50,10 @@ class LUMO_API TargettedSourceRecord
 /// A record to which another one is linked, with notes for both directions.
 class LUMO_API NotatedTargetRecord : public lumo::Counted<NotatedTargetRecord, LinkPoint> {
  public:
+  /// Of the link, as the source record shows it.
   std::string const& GetNotes() const { return m_notes; }
   void SetNotes(std::string const& notes) { m_notes = notes; }
+  /// Of the link, as the target record shows it.
   std::string const& GetReverseNotes() const { return m_reverseNotes; }
   void SetReverseNotes(std::string const& reverseNotes) { m_reverseNotes = reverseNotes; }
 

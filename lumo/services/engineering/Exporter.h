@@ -12,6 +12,7 @@ class LUMO_API ExporterTransform : public lumo::FromXml<ExporterTransform> {
   ExporterTransform() = default;
   explicit ExporterTransform(XmlNode<char> const* node);
 
+  /// Identity of the transform.
   std::string const& GetId() const { return m_id; }
   void SetId(std::string const& id) { m_id = id; }
 
@@ -34,6 +35,7 @@ class LUMO_API Exporter : public lumo::FromXml<Exporter> {
   /// The material model of the tool.
   std::string const& GetModel() const { return m_model; }
   void SetModel(std::string const& model) { m_model = model; }
+  /// In words for people.
   std::string const& GetDescription() const { return m_description; }
   void SetDescription(std::string const& description) { m_description = description; }
   std::vector<SmartPtr<ExporterTransform>>& AccessTransforms() { return m_transforms; }
@@ -41,11 +43,13 @@ class LUMO_API Exporter : public lumo::FromXml<Exporter> {
   void AddTransform(SmartPtr<ExporterTransform> const& transform) {
     m_transforms.push_back(transform);
   }
+  /// Name that people see.
   std::string const& GetName() const { return m_name; }
   void SetName(std::string const& name) { m_name = name; }
   /// -1 when the reply does not say.
   int GetVersion() const { return m_version; }
   void SetVersion(int version) { m_version = version; }
+  /// Whether the server found the exporter valid.
   bool GetValidatedOK() const { return m_validatedOK; }
   void SetValidatedOK(bool validatedOK) { m_validatedOK = validatedOK; }
 

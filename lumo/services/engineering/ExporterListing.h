@@ -22,16 +22,19 @@ class ExporterListing : public Base {
   void SetListingMode(ExporterListingModes::eExporterListingMode listingMode) {
     m_listingMode = listingMode;
   }
+  /// Only exporters with this tag are listed; not sent when empty.
   std::string const& GetApplicabilityTag() const { return m_applicabilityTag; }
   void SetApplicabilityTag(std::string const& applicabilityTag) {
     m_applicabilityTag = applicabilityTag;
   }
 
  protected:
+  /// Writes package and model, as far as they are set.
   void WriteTool(NodeWriter& out) const {
     out.ChildIfSet("eng:package", m_package);
     out.ChildIfSet("eng:model", m_model);
   }
+  /// Writes listing mode and tag, as far as they are set.
   void WriteSelection(NodeWriter& out) const {
     out.ChildIfSet("eng:versionPolicy", m_listingMode,
                    ExporterListingModes::ExporterListingMode_ToString);

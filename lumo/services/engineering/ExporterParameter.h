@@ -10,6 +10,7 @@ class LUMO_API ExporterParameter : public lumo::FromXml<ExporterParameter, Param
   ExporterParameter() = default;
   explicit ExporterParameter(XmlNode<char> const* node);
 
+  /// Identity of the parameter.
   std::string const& GetId() const { return m_id; }
   void SetId(std::string const& id) { m_id = id; }
   /// What the exporter needs it for, as the server says it.

@@ -20,6 +20,7 @@ class LUMO_API SearchValue : public SmartPtrTarget_ts {
 /// Base of the conditions that compare with a number.
 class LUMO_API UnittedRealCriterionValue : public SearchValue {
  public:
+  /// What is compared with.
   double GetValue() const { return m_value; }
   void SetValue(double value) { m_value = value; }
   /// Symbol of the unit of the number; not sent when empty, which leaves the unit to the server.
@@ -69,6 +70,7 @@ class LUMO_API BetweenSearchValue : public lumo::Counted<BetweenSearchValue, Sea
   /// Not sent when null, as the other end.
   SmartPtr<LowEndSearchValue> GetLowEnd() const { return m_lowEnd; }
   void SetLowEnd(SmartPtr<LowEndSearchValue> const& lowEnd) { m_lowEnd = lowEnd; }
+  /// The upper end; not sent when null.
   SmartPtr<HighEndSearchValue> GetHighEnd() const { return m_highEnd; }
   void SetHighEnd(SmartPtr<HighEndSearchValue> const& highEnd) { m_highEnd = highEnd; }
 
@@ -85,6 +87,7 @@ class LUMO_API BetweenDateTimesSearchValue
  public:
   std::string GetNodeName() const override { return "betweenDateTimes"; }
 
+  /// The ends, as dates such as "2026-03-17":
   std::string const& GetLowEnd() const { return m_lowEnd; }
   void SetLowEnd(std::string const& lowEnd) { m_lowEnd = lowEnd; }
   std::string const& GetHighEnd() const { return m_highEnd; }
@@ -102,6 +105,7 @@ class LUMO_API MultiValuedDiscreteCriterion : public SearchValue {
  public:
   std::vector<std::string>& AccessValues() { return m_values; }
   std::vector<std::string> const& AccessValues() const { return m_values; }
+  /// Adds a word.
   void AddValue(std::string const& value) { m_values.push_back(value); }
 
   void CreateXMLNode(XmlNode<char>* node) const override;
@@ -130,8 +134,10 @@ namespace lumo {
 template <class Field>
 class LUMO_API SingleValueCriterion : public SearchValue {
  public:
+  /// How the value is handed over: texts by reference, numbers by value.
   using Accessed = std::conditional_t<std::is_class_v<Field>, Field const&, Field>;
 
+  /// What is compared with.
   Accessed GetValue() const { return m_value; }
   void SetValue(Accessed value) { m_value = value; }
 
