@@ -17,7 +17,8 @@ class Progress:
     """How far a read has come."""
 
     @property
-    def records_done(self) -> int: ...
+    def records_done(self) -> int:
+        """Handed over."""
     @property
     def records_total(self) -> int:
         """0 while nobody knows."""
@@ -35,9 +36,11 @@ class CallEvent:
     """One try of a call, as it ended; times are seconds since the try began."""
 
     @property
-    def operation(self) -> str: ...
+    def operation(self) -> str:
+        """Such as "GetTables"."""
     @property
-    def attempt(self) -> int: ...
+    def attempt(self) -> int:
+        """Counted from 1."""
     @property
     def http_status(self) -> int:
         """0 without a reply."""
@@ -45,26 +48,34 @@ class CallEvent:
     def failure(self) -> str | None:
         """Value of an `ErrorCode`; None on success."""
     @property
-    def bytes_sent(self) -> int: ...
+    def bytes_sent(self) -> int:
+        """Of the body, as `bytes_received`."""
     @property
-    def bytes_received(self) -> int: ...
+    def bytes_received(self) -> int:
+        """0 without a reply."""
     @property
-    def name_lookup(self) -> float: ...
+    def name_lookup(self) -> float:
+        """The server's address is known."""
     @property
-    def connect(self) -> float: ...
+    def connect(self) -> float:
+        """The connection stands."""
     @property
-    def tls(self) -> float: ...
+    def tls(self) -> float:
+        """TLS is agreed on."""
     @property
-    def first_byte(self) -> float: ...
+    def first_byte(self) -> float:
+        """The reply begins."""
     @property
-    def total(self) -> float: ...
+    def total(self) -> float:
+        """The try is over."""
 
 class RecordId:
     """A record, by what the server knows it by."""
 
     def __init__(self, database: str, identity: int = 0, guid: str = "") -> None: ...
     @property
-    def database(self) -> str: ...
+    def database(self) -> str:
+        """Key."""
     @property
     def identity(self) -> int:
         """Of the record's history; 0 when it is not known."""
@@ -103,10 +114,12 @@ class Curve:
 class Units:
     """Units of a table and the server's own factors between them; no others convert."""
 
-    def knows(self, unit: str) -> bool: ...
+    def knows(self, unit: str) -> bool:
+        """Whether the server told of this unit."""
     def targets(self, unit: str) -> list[str]:
         """What figures of that unit can be converted into, itself included."""
-    def can_convert(self, source: str, target: str) -> bool: ...
+    def can_convert(self, source: str, target: str) -> bool:
+        """Whether it told how one becomes the other."""
     def convert(self, figures: Any, source: str, target: str) -> Any:
         """A figure, or an array of them. Raises `Error` (INVALID_ARGUMENT)."""
 
@@ -114,18 +127,23 @@ class Parameter:
     """What figures and curves depend on."""
 
     @property
-    def name(self) -> str: ...
+    def name(self) -> str:
+        """As the server has it."""
     @property
-    def unit(self) -> str: ...
+    def unit(self) -> str:
+        """In which its figures stand."""
     @property
     def is_discrete(self) -> bool:
         """Takes words, not numbers."""
     @property
-    def is_logarithmic(self) -> bool: ...
+    def is_logarithmic(self) -> bool:
+        """The scale of its axis."""
     @property
-    def words(self) -> list[str]: ...
+    def words(self) -> list[str]:
+        """Those that a discrete one takes."""
     @property
-    def numbers(self) -> list[float]: ...
+    def numbers(self) -> list[float]:
+        """Those that a restricted one takes."""
 
 class GridColumn:
     @property
@@ -141,9 +159,11 @@ class Attribute:
     """An attribute of a table."""
 
     @property
-    def name(self) -> str: ...
+    def name(self) -> str:
+        """As the server has it."""
     @property
-    def identity(self) -> int: ...
+    def identity(self) -> int:
+        """By which requests name it."""
     @property
     def type(self) -> str:
         """In words: "range of numbers"."""
@@ -154,14 +174,17 @@ class Attribute:
     def is_multi_valued(self) -> bool:
         """Takes several words."""
     @property
-    def is_searchable(self) -> bool: ...
+    def is_searchable(self) -> bool:
+        """Conditions may be on it."""
     @property
     def words(self) -> list[str]:
         """Those that a discrete one takes."""
     @property
-    def columns(self) -> list[GridColumn]: ...
+    def columns(self) -> list[GridColumn]:
+        """Of a grid."""
     @property
-    def parameters(self) -> list[Parameter]: ...
+    def parameters(self) -> list[Parameter]:
+        """On which its figures or curves depend."""
 
 class Column:
     @property

@@ -80,8 +80,8 @@ class Index(NamedTuple):
     """A merit index for a chart: lines along which y**power / x is the same, such as E^(1/2)/rho
     for light, stiff beams, which is `Index(1 / 2)`."""
 
-    power: float = 1.0
-    label: str = ""
+    power: float = 1.0  #: of y
+    label: str = ""  #: at the line
 
 
 class _Bubbles(NamedTuple):

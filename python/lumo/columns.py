@@ -35,6 +35,7 @@ class Columns:
 
     @property
     def names(self) -> list[str]:
+        """Of the columns, in their order."""
         return self._core.names
 
     @property
@@ -105,6 +106,7 @@ class Column:
 
     @property
     def name(self) -> str:
+        """Such as "Density.low"."""
         return self._core.name
 
     @property
@@ -114,6 +116,7 @@ class Column:
 
     @property
     def unit(self) -> str:
+        """In which its figures stand; empty for none."""
         return self._core.unit
 
     @property
@@ -123,6 +126,7 @@ class Column:
 
     @property
     def null_count(self) -> int:
+        """Rows without a value."""
         return self._core.null_count
 
     @property
@@ -153,6 +157,7 @@ class Column:
 
     @property
     def estimated(self) -> npt.NDArray[np.bool_]:
+        """For each row, whether its figure is an estimate."""
         return self._core.estimated
 
     def to_numpy(self) -> Array:

@@ -94,9 +94,9 @@ def _hint(code: int, arguments: list[str]) -> str:
 class Attempt(NamedTuple):
     """One try of a call that was repeated."""
 
-    number: int
-    code: ErrorCode
-    text: str
+    number: int  #: counted from 1
+    code: ErrorCode  #: what kind of failure it was
+    text: str  #: what went wrong, in one line
     after: float  #: seconds since the call's first try began
 
 

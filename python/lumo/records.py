@@ -17,14 +17,17 @@ class Record(Mapping[str, Value]):
 
     @property
     def id(self) -> _core.RecordId:
+        """By what the server knows it by."""
         return self._core.id
 
     @property
     def name(self) -> str:
+        """That the tree shows."""
         return self._core.name
 
     @property
     def full_name(self) -> str:
+        """In words, where the tree shows a short name."""
         return self._core.full_name
 
     @property
@@ -87,6 +90,7 @@ class RecordStream(Iterator[Record]):
 
     @property
     def progress(self) -> _core.Progress:
+        """How far the read has come."""
         return self._core.progress
 
     def chunks(self) -> Iterator[Columns]:
@@ -102,6 +106,7 @@ class RecordStream(Iterator[Record]):
             return Columns(self._core.columns(long or ""), self._core.attributes)
 
     def close(self) -> None:
+        """Gives up what is under way."""
         self._reporter.close()
         self._core.close()
 

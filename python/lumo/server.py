@@ -57,6 +57,7 @@ class Server:
 
     @property
     def url(self) -> str:
+        """Of the server."""
         return self._client.url
 
     @property
@@ -102,6 +103,7 @@ class Database:
 
     @property
     def tables(self) -> list[str]:
+        """Names of its tables."""
         return self._client.tables(self.key)
 
     def __getitem__(self, table: str) -> Table:
@@ -238,6 +240,7 @@ class Table(_Readable):
 
     @property
     def name(self) -> str:
+        """As the server has it."""
         return self._core.name
 
     @property
@@ -252,14 +255,17 @@ class Table(_Readable):
 
     @property
     def subsets(self) -> list[str]:
+        """Names of its subsets."""
         return self._core.subsets
 
     @property
     def unit_systems(self) -> list[str]:
+        """Names of the unit systems that it can be read in."""
         return self._core.unit_systems
 
     @property
     def currencies(self) -> list[str]:
+        """Codes of the currencies that it can be read in."""
         return self._core.currencies
 
     @property

@@ -179,10 +179,12 @@ class Curve:
 
     @property
     def x_unit(self) -> str:
+        """In which x stands; empty for words."""
         return self._core.x_unit
 
     @property
     def y_unit(self) -> str:
+        """In which `y` and `y_high` stand."""
         return self._core.y_unit
 
     @property
@@ -192,10 +194,12 @@ class Curve:
 
     @property
     def y(self) -> Figures:
+        """One figure for each x; where there are ranges the low end."""
         return self._core.y
 
     @property
     def y_high(self) -> Figures:
+        """The high ends where y has ranges."""
         return self._core.y_high
 
     @property
@@ -225,6 +229,7 @@ class Curve:
 
     @property
     def parameter_units(self) -> dict[str, str]:
+        """Of the parameters that are figures."""
         return self._core.parameter_units
 
     @property
@@ -331,6 +336,8 @@ class Curves(Sequence[Curve]):
 
 @dataclass(frozen=True)
 class Link:
+    """An address, and the text to show for it."""
+
     url: str
     description: str = ""
 

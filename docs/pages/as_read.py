@@ -7,7 +7,7 @@ colon holds for all that follows without a comment of its own up to the blank li
 program writes the comment before each of them, on the same line, so that lines keep their numbers.
 Doxygen, which knows no such rules, then reads what it has written:
 
-    docs/html/as_read.py FOLDER HEADER...
+    docs/pages/as_read.py FOLDER HEADER...
 """
 import pathlib
 import re
@@ -97,4 +97,6 @@ if __name__ == "__main__":
     for name in sys.argv[2:]:
         (folder / name).parent.mkdir(parents=True, exist_ok=True)
         with open(name, encoding="utf-8") as header:
-            (folder / name).write_text("".join(shown(header)), encoding="utf-8")
+            text = "".join(shown(header))
+        text = re.sub(r"( *///.*):\n(?!\s*///)", r"\1.\n", text)
+        (folder / name).write_text(text, encoding="utf-8")
