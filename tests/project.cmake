@@ -42,6 +42,9 @@ if(LUMO_BUILD_CLI)
   target_link_libraries(cli_tests PRIVATE lumo_cli_parts PkgConfig::HTTPLIB)
   add_dependencies(cli_tests lumo)
   add_test(NAME cli.WorksOnTheSandbox COMMAND cli_tests)
+  add_test(NAME docs.BlocksDoWhatTheySay COMMAND /usr/bin/python3
+    ${CMAKE_CURRENT_SOURCE_DIR}/docs/blocks.py ${PROJECT_SOURCE_DIR} $<TARGET_FILE:lumo>
+    $<TARGET_FILE:lumo-sandbox>)
   add_test(NAME cli.IsAsItsManualsAndTourSay COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/cli/surroundings.sh
     ${PROJECT_SOURCE_DIR} $<TARGET_FILE:lumo> $<TARGET_FILE:lumo-sandbox>
     $<$<TARGET_EXISTS:lumo_man>:${PROJECT_BINARY_DIR}/cli/man1>)

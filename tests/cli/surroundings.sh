@@ -54,34 +54,6 @@ COMP_LINE=''
   rmdir "$folder"
 )
 
-# Each example of the page on formats puts out what stands below it.
-check_example() {
-  [ -n "$example" ] || return 0
-  diff <(eval "$example --sandbox" 2>&1) <(printf '%s' "$expected") >&2 || fail "docs/formats.md: $example"
-}
-example='' expected=''
-while IFS= read -r line; do
-  case $line in
-    '    $ '*)
-      check_example
-      example=${line#    \$ } expected='' ;;
-    '    '*) expected+=${line#    }$'\n' ;;
-    *)
-      check_example
-      example='' ;;
-  esac
-done <"$source/docs/formats.md"
-
-# The README's commands run as they stand.
-(
-  folder=$(mktemp -d)
-  cd "$folder"
-  block=$(sed -n '/^## In the terminal/,/^## /s/^    //p' "$source/README.md")
-  [ "$(wc -l <<<"$block")" -gt 3 ] || fail "the README has no commands"
-  bash -euo pipefail <<<"$block" >/dev/null || fail "the README's commands do not run"
-  rm -r "$folder"
-)
-
 # A data frame has numbers in every column with a unit, and in no other way as many as there are.
 if /usr/bin/python3 -c 'import pandas' 2>/dev/null; then
   lumo get ENG_MATERIALS Materials --sandbox -f csv --ranges split --no-files |

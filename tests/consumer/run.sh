@@ -9,18 +9,24 @@ work=$build/consumer/$way
 prefix=$work/installed
 rm -rf "$work"
 mkdir -p "$work"
-# `first_block PAGE`: the first C++ block of a page. The blocks of the toolkit's guide stand in one program.
-first_block() { awk '/^```cpp/ { inside = 1; next } /^```/ { if (inside) exit } inside' "$source/$1"; }
-first_block README.md >"$work/first.cpp"
-first_block docs/exact-library.md >"$work/exact.cpp"
-{
-  printf '#include <iostream>\n#include <lumo/Toolkit.h>\nint main(int, char** argv) {\n'
-  printf 'auto const client = lumo::Client::Connect(argv[1]);\n'
-  printf 'auto const table = client.OpenTable("ENG_MATERIALS", "Materials");\n'
-  awk '/^```cpp/ { print "{"; inside = 1; next } /^```/ { if (inside) print "}"; inside = 0 } inside' \
-    "$source/docs/toolkit.md"
-  printf '}\n'
-} >"$work/guide.cpp"
+"$source/tests/docs/blocks.py" "$source" --programs "$work"
+cat >"$work/guide.cpp" <<'END'
+#include <iostream>
+#include <lumo/LumoServiceLayer.h>
+#include <lumo/Toolkit.h>
+int main(int, char** argv) {
+  // What the pages take as given.
+  std::string const url = argv[1];
+  auto const auth = LumoSLAuth_Annonymous::CreateOne();
+  auto const services = LumoServiceLayerServices::CreateOne(url, auth);
+  auto const client = lumo::Client::Connect(url);
+  auto const table = client.OpenTable("ENG_MATERIALS", "Materials");
+  auto const Show = [](lumo::RowVerdict const& row) {
+    std::cout << lumo::NameOf(row.kind) << ' ' << row.name << '\n';
+  };
+#include "guide.inc"
+}
+END
 
 case $way in
   find_package | add_subdirectory)
@@ -57,8 +63,8 @@ output=$("$source/scripts/with-sandbox" "$sandbox" "$programs/first")
 grep -qx 'AW-6061-T6  25.203 MPa.m^3/kg' <<<"$output" || { echo "printed: $output"; exit 1; }
 output=$("$source/scripts/with-sandbox" "$sandbox" "$programs/exact")
 [ "$output" = $'Engineering Materials\nChemical Elements' ] || { echo "printed: $output"; exit 1; }
-output=$("$source/scripts/with-sandbox" "$sandbox" "$programs/guide" 2>/dev/null)
-for line in 'ENG_MATERIALS/Materials' '2690 to 2730 kg/m^3' 'at 130 degC: 2[0-9.]* MPa' '5 of 5'; do
+output=$(cd "$work" && "$source/scripts/with-sandbox" "$sandbox" "$programs/guide" 2>/dev/null)
+for line in 'create C45' 'change PEEK' 'ENG_MATERIALS/Materials' '2690 to 2730 kg/m^3' 'at 130 degC: 2[0-9.]* MPa' '5 of 5'; do
   grep -qx "$line" <<<"$output" || { echo "the guide does not print $line: $output"; exit 1; }
 done
 

@@ -12,6 +12,9 @@ import pytest
 import lumo
 
 SOURCE = Path(__file__).absolute().parents[2]
+sys.path.insert(0, str(SOURCE / "tests" / "docs"))
+
+from blocks import blocks, pages  # noqa: E402
 
 
 @pytest.fixture(autouse=True)
@@ -22,24 +25,29 @@ def surroundings(server: lumo.Sandbox, monkeypatch: pytest.MonkeyPatch, tmp_path
         monkeypatch.setenv(name, str(tmp_path))
 
 
-def test_the_guides_blocks_run(capsys: pytest.CaptureFixture[str]) -> None:
-    text = (SOURCE / "docs" / "python.md").read_text()
-    blocks = re.findall(r"^```python\n(.*?)^```", text, re.MULTILINE | re.DOTALL)
-    assert len(blocks) > 8
+def run_page(page: Path) -> dict[str, object]:
     names: dict[str, object] = {}
-    for block in blocks:
-        exec(compile(block, "docs/python.md", "exec"), names)
+    for block in blocks(page, SOURCE):
+        if block.language == "python" and not block.reason:
+            exec(compile(block.text, block.place, "exec"), names)
+    return names
+
+
+def test_the_guides_blocks_run(capsys: pytest.CaptureFixture[str]) -> None:
+    page = SOURCE / "docs" / "python.md"
+    assert "frame" in run_page(page)
     shown = capsys.readouterr().out
-    for promised in re.findall(r"^ *print\(.*\) +# (.*)$", text, re.MULTILINE):
+    for promised in re.findall(r"^ *print\(.*\) +# (.*)$", page.read_text(), re.MULTILINE):
         assert promised.split(",")[0] in shown
 
 
 def test_the_readmes_lines_run() -> None:
-    text = (SOURCE / "README.md").read_text()
-    (block,) = re.findall(r"^```python\n(.*?)^```", text, re.MULTILINE | re.DOTALL)
-    names: dict[str, object] = {}
-    exec(compile(block, "README.md", "exec"), names)
-    assert len(names["frame"]) > 50  # type: ignore[arg-type]
+    assert len(run_page(SOURCE / "README.md")["frame"]) > 50  # type: ignore[arg-type]
+
+
+def test_no_other_page_has_blocks() -> None:
+    found = {page.name for page in pages(SOURCE) for one in blocks(page, SOURCE) if one.language == "python"}
+    assert found == {"README.md", "python.md"}
 
 
 @pytest.mark.parametrize(
