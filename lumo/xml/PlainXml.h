@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumo/platform/core/FetchAhead.h"
 #include "lumo/xml/XMLUtilites.h"
 
 namespace lumo {
@@ -56,6 +57,7 @@ class PlainXml {
 
   /// Name of the start tag that comes next; its attributes follow.
   std::string_view StartTag() {
+    FetchAhead(m_at);
     ++m_at;
     std::string_view const name = Name();
     if (!IsSpace(*m_at) && *m_at != '>' && *m_at != '/') throw NotPlain();

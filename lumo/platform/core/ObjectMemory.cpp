@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include "lumo/platform/core/FetchAhead.h"
 #include "lumo/platform/core/Slab.h"
 
 #ifndef __has_feature
@@ -54,6 +55,7 @@ void lumo::ReturnObjectMemory(void* memory, std::size_t size) noexcept {
   if (!IsInSlab(size)) {
     ::operator delete(memory);
   } else {
+    FetchAhead(memory);  // objects go in the order in which they came, mostly
     Slab::Of(memory)->Return();
   }
 }
