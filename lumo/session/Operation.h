@@ -69,18 +69,21 @@ class Operation : public OperationBase {
     response->SetServiceLayerResponse(outcome);
     if (!message.GetResponseBuffer()) return;
     if (message.GetStatus() != eHttpStatusCode_OK) return ReadFailure(message, *outcome, logger);
-    if (SmartPtr<ResponseType> const parsed = Read(message, *outcome, logger)) {
+    if (SmartPtr<ResponseType> const own = ReadWhileParsed(message, *outcome, logger)) {
+      *response = std::move(*own);
+    } else if (SmartPtr<ResponseType> const made = ReadWholeTree(message, *outcome, logger)) {
       ResponseType copy;
-      copy = *parsed;  // which may fail, and moving may not
+      copy = *made;  // which may fail, and moving may not
       *response = std::move(copy);
-      response->SetServiceLayerResponse(outcome);
+    } else {
+      return;
     }
+    response->SetServiceLayerResponse(outcome);
   }
 
   /// The tree is gone before the response is handed over.
-  SmartPtr<ResponseType> Read(HttpMessage const& message, ServiceLayerResponse& outcome,
-                              ILogger* logger) {
-    if (SmartPtr<ResponseType> parsed = ReadWhileParsed(message, outcome, logger)) return parsed;
+  SmartPtr<ResponseType> ReadWholeTree(HttpMessage const& message, ServiceLayerResponse& outcome,
+                                       ILogger* logger) {
     std::unique_ptr<XmlDocument<char>> const document = ParseReply(message, outcome, logger);
     lumo::UnbuiltValues const unbuilt;
     SmartPtr<ResponseType> parsed = Convert(*document, outcome);
@@ -92,7 +95,7 @@ class Operation : public OperationBase {
     return parsed;
   }
 
-  /// Null when the whole tree decides.
+  /// A response that nobody else has; null when the whole tree decides.
   SmartPtr<ResponseType> ReadWhileParsed(HttpMessage const& message, ServiceLayerResponse& outcome,
                                          ILogger* logger) const {
     if (!IsReadWhileParsed()) return nullptr;
