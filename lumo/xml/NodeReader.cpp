@@ -23,10 +23,6 @@ bool NodeReader::WasRead(std::string_view name) const {
   return false;
 }
 
-XmlAttribute<char> const* NodeReader::FindAttribute(std::string_view name) const {
-  return m_node == nullptr ? nullptr : FirstNamed(m_node->first_attribute(), name);
-}
-
 bool NodeReader::TypeContains(std::string_view word) const {
   XmlAttribute<char> const* const type = FindAttribute("type");
   return type != nullptr && RawValue(*type).find(word) != std::string_view::npos;

@@ -126,7 +126,9 @@ class LUMO_API NodeReader {
   }
   XmlNode<char> const* Search(std::string_view name, bool mayGrow);
   bool WasRead(std::string_view name) const;
-  XmlAttribute<char> const* FindAttribute(std::string_view name) const;
+  XmlAttribute<char> const* FindAttribute(std::string_view name) const {
+    return m_node == nullptr ? nullptr : FirstNamed(m_node->first_attribute(), name);
+  }
 
   static void ReadText(std::string_view text, std::string& field) { field.assign(text); }
   static void ReadText(std::string_view text, int& field) { field = IntegerFromText(text); }

@@ -109,7 +109,7 @@ inline bool IsSameText(char const* one, char const* other, std::size_t size) {
 inline bool HasLocalName(std::string_view name, std::string_view local) {
   if (name.size() == local.size()) {
     return IsSameText(name.data(), local.data(), local.size()) &&
-           name.find(':') == std::string_view::npos;
+           local.find(':') == std::string_view::npos;  // which is known of literals
   }
   if (name.size() < local.size()) return false;
   std::size_t const colon = name.size() - local.size() - 1;

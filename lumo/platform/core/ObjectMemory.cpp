@@ -18,8 +18,9 @@
 
 namespace {
 
-thread_local lumo::Slab* current = nullptr;
-thread_local bool isThreadEnding = false;
+// Found without a call. Libraries that a program loads late have room for such small ones, too.
+[[gnu::tls_model("initial-exec")]] thread_local lumo::Slab* current = nullptr;
+[[gnu::tls_model("initial-exec")]] thread_local bool isThreadEnding = false;
 
 /// Leaves the thread's slab when the thread ends.
 struct Leaver {
