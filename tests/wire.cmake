@@ -11,6 +11,16 @@ lumo_add_tests(wire
 if(BUILD_SHARED_LIBS)  # whose parser can be counted from outside
   target_sources(wire PRIVATE support/ParseCounter.cpp session/OutcomeTest.cpp)
 endif()
+# A stack of 128 KiB is promised for a library that is optimised; frames of others are larger.
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+  set(smallStack 1024)
+elseif(CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$")
+  set(smallStack 128)
+else()
+  set(smallStack 256)
+endif()
+set_source_files_properties(session/CallTest.cpp PROPERTIES
+  COMPILE_DEFINITIONS LUMO_SMALL_STACK_KIB=${smallStack})
 set_target_properties(wire PROPERTIES ENABLE_EXPORTS ON)  # the test's own name resolver is found
 target_link_libraries(wire PRIVATE ${CMAKE_DL_LIBS})
 lumo_discover_tests(wire)

@@ -407,13 +407,9 @@ void* RunWork(void* work) {
   return nullptr;
 }
 
-/// Does the work on a stack of 128 KiB.
+/// Does the work on a stack as small as an optimised library needs, 128 KiB; others need more.
 void OnSmallStack(std::function<void()> work) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  std::size_t const stack = 1024UL * 1024;  // instrumented frames are several times as large
-#else
-  std::size_t const stack = 128UL * 1024;
-#endif
+  std::size_t const stack = 1024UL * LUMO_SMALL_STACK_KIB;
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
   ASSERT_EQ(pthread_attr_setstacksize(&attributes, stack), 0);
