@@ -1,5 +1,8 @@
 add_test(NAME includes.KeepTheirDirection COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/includes.sh
   ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_BINARY_DIR}/includes)
+add_test(NAME abi.ChangesAreFound COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/abi.sh ${PROJECT_SOURCE_DIR}
+  ${CMAKE_CURRENT_BINARY_DIR}/abi)
+set_tests_properties(abi.ChangesAreFound PROPERTIES SKIP_RETURN_CODE 77)
 
 # What a user does with the library; sanitized builds are not installed.
 if(LUMO_BUILD_SANDBOX AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
