@@ -14,6 +14,7 @@
 
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 using Words = std::vector<std::string>;
 
 namespace {
@@ -142,6 +143,50 @@ TEST_F(ImportCommand, TakesLinksAndSubsetsAsGetWritesThem) {
   EXPECT_THAT(Run(OnMaterials("import", {File("wrong", wrong)})).error,
               AllOf(HasSubstr("row 1, links: Producers: takes a list of names"),
                     HasSubstr("row 1, subsets: takes a list of names")));
+}
+
+TEST_F(ImportCommand, TakesValuesAwayOnlyWhenItIsTold) {
+  Start();
+  std::string const before = All();
+  std::string const nulls = "{\"name\":\"PEEK\",\"values\":{\"Density\":null,\"Recyclable\":null}}";
+  std::string const file = File("nulls.json", nulls);
+  Outcome outcome = Run(OnMaterials("import", {file}));
+  EXPECT_EQ(outcome.code, 2);
+  EXPECT_THAT(outcome.error,
+              HasSubstr("row 1, Density: is null, which changes nothing; --clear-nulls takes"));
+  std::string const journal = File("nulls.journal");
+  outcome = Run(OnMaterials("import", {file, "--clear-nulls", "--journal", journal, "-f", "csv"}));
+  EXPECT_EQ(outcome.code, 0) << outcome.error;
+  EXPECT_THAT(outcome.out,
+              AllOf(HasSubstr(",Density,1300..1320 kg/m^3,,"), HasSubstr(",Recyclable,yes,,")));
+  EXPECT_THAT(Values({"PEEK"}), HasSubstr(",,"));
+  EXPECT_THAT(Run(OnMaterials("import", {file, "--clear-nulls"})).error,
+              HasSubstr("1 as they are; nothing was written"));
+  EXPECT_EQ(Run({"import", "--undo", journal}).code, 0);
+  EXPECT_EQ(All(), before);
+}
+
+TEST_F(ImportCommand, SaysThatASandboxForgets) {
+  Start();
+  std::string const file = File("new.csv", "Name,Density\nNew,1\n");
+  auto const journals = [&] {
+    return std::count_if(std::filesystem::directory_iterator(File("")), {},
+                         [](auto const& one) { return one.path().extension() == ".journal"; });
+  };
+  Outcome outcome = Run(OnMaterials("import", {"--sandbox", file}));
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_THAT(outcome.error,
+              AllOf(HasSubstr("1 created"), Not(HasSubstr("to undo it")),
+                    HasSubstr("the sandbox's data end with this command; --sandbox-file FILE keeps "
+                              "them")));
+  EXPECT_EQ(journals(), 0) << "nothing is left to be undone";
+  EXPECT_EQ(Run(OnMaterials("get", {"--sandbox", "New"})).code, 2);
+  outcome = Run(OnMaterials("import", {"--sandbox-file", File("kept"), file}));
+  EXPECT_EQ(outcome.code, 0);
+  EXPECT_THAT(outcome.error,
+              AllOf(HasSubstr("to undo it: lumo import --undo"), Not(HasSubstr("data end"))));
+  EXPECT_EQ(journals(), 1);
+  EXPECT_EQ(Run(OnMaterials("get", {"--sandbox-file", File("kept"), "New"})).code, 0);
 }
 
 TEST_F(ImportCommand, GoesOnAndGoesBack) {

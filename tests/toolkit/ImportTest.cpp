@@ -196,6 +196,35 @@ TEST_F(ImportTest, ChangesTheRecordThatIsMeant) {
   EXPECT_FALSE(std::filesystem::exists(Journal("again")));
 }
 
+TEST_F(ImportTest, FindsRecordsByTheirGuids) {
+  Start(sandbox::Content::Full);
+  lumo::ReadOptions options;
+  options.withGuids = true;
+  auto const guidOf = [&](char const* name) {
+    return Materials().Get(name, {"Density"}, options).Id().guid;
+  };
+  std::string const nobody = "00000000-0000-4000-8000-000000000000";
+  Cells const cells = {{"GUID", "Name", "Folder", "Density"},
+                       {guidOf("PEEK"), "", "", "1"},
+                       {guidOf("304"), "304", "Metals and alloys/Ferrous/Stainless steels", "1"},
+                       {guidOf("316L"), "304", "", "1"},
+                       {guidOf("C45"), "", "Polymers", "1"},
+                       {nobody, "AW-6061-T6", "", "1"}};
+  lumo::ImportReport const report = SheetOf(cells).Preflight();
+  EXPECT_THAT(KindsOf(report),
+              ElementsAre(Kind::Change, Kind::Change, Kind::Refused, Kind::Refused, Kind::Refused));
+  EXPECT_EQ(report.rows[0].name, "PEEK");
+  EXPECT_EQ(report.rows[0].folder, kPlastics);
+  EXPECT_THAT(FaultsOf(report),
+              ElementsAre(HasSubstr("is the record \"316L\", not \"304\""),
+                          HasSubstr("lies in \"Metals and alloys/Ferrous/Carbon steels\", and"),
+                          HasSubstr("row 6: there is no record " + nobody)));
+  Cells good = {cells[0], cells[1], cells[2]};
+  ASSERT_TRUE(SheetOf(good).Run(Journal("guids"), Quick()).IsComplete());
+  EXPECT_EQ(lumo::TextOf(Materials().Get("PEEK", {"Density"})["Density"]), "1 kg/m^3");
+  EXPECT_EQ(CountInLog("<zbt:create>"), 0u);
+}
+
 TEST_F(ImportTest, AsksLittleOfALargeTable) {
   Start(sandbox::Content::Minimal, static_cast<int>(Scaled("LUMO_TEST_RECORDS", 2000)));
   calls = 0;
