@@ -85,7 +85,7 @@ void Compare(Context& context, CompareChoice const& choice) {
   std::vector<std::string> low;
   for (std::string const& name : choice.low) low.push_back(table.FindAttribute(name).name);
   lumo::ReadOptions options = context.ReadOptions();
-  choice.units.Fill(options);
+  choice.units.Fill(options, context.output.IsForReading());
   lumo::RecordStream stream = table.All().Named(choice.records).Read(choice.attributes, options);
   std::vector<lumo::Attribute> const& attributes = stream.Attributes();
   std::vector<lumo::Record> records(stream.begin(), stream.end());

@@ -64,7 +64,7 @@ void Export(Context& context, ExportChoice const& choice) {
   std::vector<lumo::Parameter> parameters;
   for (std::string const& text : choice.parameters) parameters.push_back(ParameterOf(text));
   lumo::ReadOptions options = context.ReadOptions();
-  choice.units.Fill(options);
+  choice.units.Fill(options, false);
   auto const records = choice.In(table).Ids(options);
   if (records.empty()) return context.Note("0 records");
   std::string const text = lumo::RunExporter(table, choice.exporter, records, parameters, options);

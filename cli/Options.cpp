@@ -103,7 +103,8 @@ lumo::Selection RecordChoice::In(lumo::Table const& from) const {
   return selection;
 }
 
-void UnitChoice::Fill(lumo::ReadOptions& options) const {
+void UnitChoice::Fill(lumo::ReadOptions& options, bool isForReading) const {
+  options.digits = isForReading ? lumo::ConvertedDigits::Shown : lumo::ConvertedDigits::Enough;
   options.unitSystem = unitSystem;
   options.currency = currency;
 }

@@ -62,7 +62,8 @@ struct UnitChoice {
   std::string unitSystem;
   std::string currency;
 
-  void Fill(lumo::ReadOptions& options) const;
+  /// `isForReading` rounds what is converted as people want it, not programs.
+  void Fill(lumo::ReadOptions& options, bool isForReading) const;
 };
 
 /// An empty text is no choice, and mostly the mistake of a script.

@@ -25,6 +25,10 @@ struct OutputOptions {
   bool isLong = false;  ///< a row for each point or row of the one attribute
 
   bool IsJson() const { return format == Format::JsonArray || format == Format::NdJson; }
+  /// By people, not by programs.
+  bool IsForReading() const {
+    return !isLong && (format == Format::Text || format == Format::List || format == Format::Plot);
+  }
 };
 
 /// Where the data go, when that is a terminal.

@@ -103,7 +103,7 @@ class Reading {
       if (by->kind == Kind::Value) m_sortPlace = PlaceOf(table, by->attribute);
     }
     lumo::ReadOptions options = m_context.ReadOptions();
-    m_choice.units.Fill(options);
+    m_choice.units.Fill(options, m_context.output.IsForReading());
     options.withFiles = m_choice.withFiles;
     auto const isGuid = [](auto const& column) { return column.kind == Kind::Guid; };
     auto const& columns = m_wanted.columns;

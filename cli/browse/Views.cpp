@@ -33,7 +33,7 @@ bool IsCondition(std::string const& text) {
 }
 
 Json EndJson(lumo::Value const& end, lumo::UnitSystem const& system) {
-  auto const figure = lumo::NumberIn(system.Convert(end));
+  auto const figure = lumo::NumberIn(system.Convert(end, lumo::ConvertedDigits::Shown));
   return figure ? JsonOf(*figure) : Json();
 }
 
@@ -104,7 +104,7 @@ Json JsonOfColumn(std::vector<lumo::RecordHead> const& records,
     auto const there = values.find(record.id.identity);
     std::optional<Cell> cell;
     if (there != values.end()) {
-      lumo::Value const value = system.Convert(there->second);
+      lumo::Value const value = system.Convert(there->second, lumo::ConvertedDigits::Enough);
       Collect(value, dependences);
       cell = CellOf(value, conditions);
     }
@@ -243,6 +243,7 @@ Json Views::Records(Query const& query) const {
   auto const ids = IdsIn(query, *table);
   lumo::ReadOptions options;
   options.unitSystem = Optional(query, "units");
+  options.digits = lumo::ConvertedDigits::Enough;
   options.currency = Optional(query, "currency");
   options.cancel = m_cancel;
   Json records = Json::array();

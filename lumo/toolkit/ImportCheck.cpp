@@ -103,19 +103,28 @@ class Completer {
   void Check(Quantity& held, Type /*type*/, std::string const& unit, Words const& /*words*/) const {
     FillUnit(held.unit, unit);
     CheckFigure(held.value);
+    m_check.TakeMeant(held.unit, unit, {&held.value});
   }
   void Check(Range& held, Type /*type*/, std::string const& unit, Words const& /*words*/) const {
     FillUnit(held.unit, unit);
     if (held.low) CheckFigure(*held.low);
     if (held.high) CheckFigure(*held.high);
     if (held.low && held.high) CheckOrder(*held.low, *held.high);
+    std::vector<double*> ends;
+    for (auto* const end : {&held.low, &held.high}) {
+      if (*end) ends.push_back(&**end);
+    }
+    m_check.TakeMeant(held.unit, unit, ends);
   }
   void Check(Points& held, Type /*type*/, std::string const& unit, Words const& /*words*/) const {
     FillUnit(held.unit, unit);
+    std::vector<double*> figures;
     for (Point& point : held.points) {
       CheckFigure(point.value);
       CheckParameters(point.parameters);
+      figures.push_back(&point.value);
     }
+    m_check.TakeMeant(held.unit, unit, figures);
   }
   void Check(Curves& held, Type /*type*/, std::string const& unit, Words const& /*words*/) const {
     for (Curve& curve : held.curves) {
@@ -126,6 +135,12 @@ class Completer {
         if (!std::isnan(curve.yHigh[i])) CheckOrder(curve.y[i], curve.yHigh[i]);
       }
       ParameterInfo const* const axis = Info(curve.xName);
+      std::vector<double*> figures = All(curve.y);
+      for (double* const figure : All(curve.yHigh)) figures.push_back(figure);
+      m_check.TakeMeant(curve.yUnit, unit, figures);
+      if (axis != nullptr && !curve.xUnit.empty()) {
+        m_check.TakeMeant(curve.xUnit, axis->unit, All(curve.x));
+      }
       for (std::string& word : curve.xWords) {
         if (axis != nullptr && !word.empty()) word = Spelled(word, axis->words);
       }
@@ -151,6 +166,12 @@ class Completer {
     held = std::move(grid);
   }
 
+  static std::vector<double*> All(std::vector<double>& figures) {
+    std::vector<double*> all;
+    for (double& figure : figures) all.push_back(&figure);
+    return all;
+  }
+
   ParameterInfo const* Info(std::string const& name) const {
     for (ParameterInfo const& info : m_attribute.parameters) {
       if (info.name == name) return &info;
@@ -162,6 +183,10 @@ class Completer {
       ParameterInfo const* const info = Info(parameter.name);
       auto* const word = std::get_if<std::string>(&parameter.value);
       if (info != nullptr && word != nullptr) *word = Spelled(*word, info->words);
+      auto* const figure = std::get_if<double>(&parameter.value);
+      if (info != nullptr && figure != nullptr && !parameter.unit.empty()) {
+        m_check.TakeMeant(parameter.unit, info->unit, {figure});
+      }
     }
   }
 
@@ -195,6 +220,20 @@ void ImportCheck::CheckUnit(std::string const& unit, std::string const& attribut
   std::vector<std::string> alike = Alike(unit, taken);
   if (!alike.empty()) Refuse(why, {HintCode::DidYouMean, std::move(alike)});
   Refuse(why + " and taken in " + Joined(taken));
+}
+
+void ImportCheck::TakeMeant(std::string& unit, std::string const& own,
+                            std::vector<double*> const& figures) const {
+  if (unit == own) return;
+  std::vector<double> meant;
+  for (double const* const figure : figures) {
+    bool const isFigure = std::isfinite(*figure);
+    auto const one = isFigure ? m_units.Meant(*figure, unit, own) : std::optional<double>(*figure);
+    if (!one) return;
+    meant.push_back(*one);
+  }
+  for (std::size_t i = 0; i < figures.size(); ++i) *figures[i] = meant[i];
+  unit = own;
 }
 
 void ImportCheck::CheckName(std::string const& name) const {

@@ -17,6 +17,10 @@ class LUMO_API ImportCheck {
   Value Checked(ImportValue const& value, Attribute const& attribute) const;
   /// Throws `Error` (InvalidArgument) for a unit in which the attribute's figures cannot be given.
   void CheckUnit(std::string const& unit, std::string const& attributeUnit) const;
+  /// Takes figures that a conversion of the attribute's own unit came to back into that unit: those
+  /// that were meant, when each has one.
+  void TakeMeant(std::string& unit, std::string const& own,
+                 std::vector<double*> const& figures) const;
   /// Throws `Error` (InvalidArgument) for a name that a record cannot have.
   void CheckName(std::string const& name) const;
 

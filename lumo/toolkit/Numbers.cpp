@@ -5,6 +5,8 @@
 #include <cmath>
 #include <iterator>
 
+#include "lumo/toolkit/Digits.h"
+
 namespace lumo {
 namespace {
 
@@ -26,13 +28,15 @@ std::string Written(double number, Format... format) {
 }
 
 /// Significant digits of the shortest text.
-int DigitsOf(double number) {
+int ExactDigitsOf(double number) {
   std::string const text = Written(number, std::chars_format::scientific);
   auto const isDigit = [](char c) { return c >= '0' && c <= '9'; };
   return static_cast<int>(std::count_if(
       text.begin(),
       text.begin() + static_cast<std::ptrdiff_t>(std::min(text.find('e'), text.size())), isDigit));
 }
+
+}  // namespace
 
 double Rounded(double number, int digits) {
   std::string const text = Written(number, std::chars_format::scientific, digits - 1);
@@ -41,16 +45,20 @@ double Rounded(double number, int digits) {
   return rounded;
 }
 
+namespace {
+
 double WithoutTraces(double number) {
   if (std::fabs(number) < kLargePlain && number == std::floor(number)) return number;
-  int const digits = DigitsOf(number);
+  int const digits = ExactDigitsOf(number);
   if (digits <= kCleanDigits) return number;
   double const clean = Rounded(number, kCleanDigits);
-  if (DigitsOf(clean) <= kTypedDigits) return clean;
+  if (ExactDigitsOf(clean) <= kTypedDigits) return clean;
   return digits <= kHeldDigits ? number : Rounded(number, kHeldDigits);
 }
 
 }  // namespace
+
+int DigitsOf(double number) { return ExactDigitsOf(WithoutTraces(number)); }
 
 std::string ExactTextOf(double number) {
   double const size = std::fabs(number);

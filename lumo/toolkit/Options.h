@@ -129,10 +129,19 @@ struct ConnectOptions {
   std::function<bool()> isInterrupted = {};
 };
 
+/// How many significant digits figures get that are converted into other units. Others are as they
+/// are.
+enum class ConvertedDigits {
+  All,     ///< what the arithmetic gives
+  Enough,  ///< three more than the figure has, six at least: an import finds the figure in them
+  Shown    ///< as many as it has, four at least, five of a temperature
+};
+
 /// How to read the values of records.
 struct ReadOptions {
   std::string unitSystem = {};  ///< such as "SI"; empty for the attributes' own units
   std::string currency = {};    ///< empty for the attributes' own
+  ConvertedDigits digits = ConvertedDigits::All;
   /// Records in a call; 0 begins by the number of attributes and adapts to the server.
   std::size_t chunkSize = 0;
   int concurrency = 0;     ///< calls at once; 0: as many as the connection may make

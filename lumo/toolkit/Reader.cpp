@@ -96,6 +96,7 @@ ReadPlan::ReadPlan(Connection& connection, std::shared_ptr<OpenedTable> table,
                    std::vector<std::string> const& attributes, ReadOptions const& options)
     : m_table(std::move(table)),
       m_hasSystem(!options.unitSystem.empty() || !options.currency.empty()),
+      m_digits(options.digits),
       m_withFiles(options.withFiles),
       m_withGuids(options.withGuids) {
   TableInfo const& info = m_table->info;
@@ -135,7 +136,7 @@ std::size_t ReadPlan::PlaceOf(std::string_view attribute) const {
 }
 
 Value ReadPlan::Convert(Value value) const {
-  return m_hasSystem ? m_system.Convert(std::move(value)) : value;
+  return m_hasSystem ? m_system.Convert(std::move(value), m_digits) : value;
 }
 
 Units const& ReadPlan::KnownUnits() const {

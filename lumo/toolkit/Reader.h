@@ -63,6 +63,7 @@ class ReadPlan {
   std::unordered_map<std::string, std::size_t> m_places;
   UnitSystem m_system;
   bool m_hasSystem;
+  ConvertedDigits m_digits;
   bool m_withFiles;
   bool m_withGuids;
 };

@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "lumo/toolkit/Digits.h"
 #include "lumo/toolkit/Error.h"
 #include "lumo/toolkit/Text.h"
 
@@ -19,8 +20,8 @@ class Walk {
  public:
   /// `stepFor` gives the step for a unit, or null. Axes and parameters are left alone unless
   /// `withParameters`.
-  Walk(StepFor const& stepFor, bool withParameters)
-      : m_stepFor(stepFor), m_withParameters(withParameters) {}
+  Walk(StepFor const& stepFor, bool withParameters, ConvertedDigits digits = ConvertedDigits::All)
+      : m_stepFor(stepFor), m_withParameters(withParameters), m_digits(digits) {}
 
   bool HasConverted() const { return m_hasConverted; }
 
@@ -85,18 +86,26 @@ class Walk {
     m_hasConverted = true;
     unit = step->target;
   }
-  static void Turn(UnitStep const& step, double& figure) { figure = step(figure); }
-  static void Turn(UnitStep const& step, std::optional<double>& figure) {
-    if (figure) figure = step(*figure);
+  void Turn(UnitStep const& step, double& figure) const { figure = step(figure, m_digits); }
+  void Turn(UnitStep const& step, std::optional<double>& figure) const {
+    if (figure) Turn(step, *figure);
   }
-  static void Turn(UnitStep const& step, std::vector<double>& figures) {
-    for (double& figure : figures) figure = step(figure);
+  void Turn(UnitStep const& step, std::vector<double>& figures) const {
+    for (double& figure : figures) Turn(step, figure);
   }
 
   StepFor const& m_stepFor;
   bool m_withParameters;
+  ConvertedDigits m_digits;
   bool m_hasConverted = false;
 };
+
+constexpr int kShownDigits = 4;
+constexpr int kGuardDigits = 3;
+constexpr int kEnoughDigits = 6;
+constexpr int kMostDigits = 15;  ///< of a double
+
+int EnoughFor(int digits) { return std::max(digits + kGuardDigits, kEnoughDigits); }
 
 /// Whether a range would be turned round, as a negative factor does.
 bool IsUsable(UnitStep const& step) {
@@ -122,6 +131,35 @@ double UnitStep::operator()(double figure) const {
   return std::isfinite(rounded) ? rounded : result;
 }
 
+double UnitStep::operator()(double figure, ConvertedDigits digits) const {
+  double const result = (*this)(figure);
+  if (digits == ConvertedDigits::All || !std::isfinite(result)) return result;
+  int const own = DigitsOf(figure);
+  if (digits == ConvertedDigits::Shown) {
+    // 20 degC are 293.15 K, and an offset is no part of what was measured.
+    return Rounded(result, std::max(own, offset == 0 ? kShownDigits : kShownDigits + 1));
+  }
+  UnitStep const back = {"", 1 / factor, -offset / factor};
+  for (int count = EnoughFor(own); count <= kMostDigits; ++count) {
+    double const rounded = Rounded(result, count);
+    // Zeros at the end do not show how many digits there were.
+    if (std::max(DigitsOf(rounded), kEnoughDigits) < own + kGuardDigits) continue;
+    if (Rounded(back(rounded), own) == Rounded(figure, own)) return rounded;
+  }
+  return result;
+}
+
+std::optional<double> UnitStep::Meant(double converted) const {
+  int const digits = std::max(DigitsOf(converted), kEnoughDigits);
+  double const exact = (*this)(converted);
+  for (int count = 1; count <= digits - kGuardDigits; ++count) {
+    double const figure = Rounded(exact, count);
+    double const again = Rounded((figure - offset) / factor, digits);
+    if (again == Rounded(converted, digits)) return figure;
+  }
+  return {};
+}
+
 UnitSystem::UnitSystem() : UnitSystem(std::map<std::string, UnitStep>()) {}
 
 UnitSystem::UnitSystem(std::map<std::string, UnitStep> steps) {
@@ -142,10 +180,10 @@ std::string const& UnitSystem::UnitFor(std::string const& unit) const {
   return step == nullptr ? unit : step->target;
 }
 
-Value UnitSystem::Convert(Value value) const {
+Value UnitSystem::Convert(Value value, ConvertedDigits digits) const {
   if (m_steps->empty()) return value;
   auto const stepFor = [this](std::string const& unit) { return StepFor(unit); };
-  Walk<decltype(stepFor)>(stepFor, true)(value);
+  Walk<decltype(stepFor)>(stepFor, true, digits)(value);
   return value;
 }
 
@@ -215,6 +253,12 @@ UnitStep Units::Step(std::string const& from, std::string const& to) const {
 
 double Units::Convert(double figure, std::string const& from, std::string const& to) const {
   return from == to ? figure : Step(from, to)(figure);
+}
+
+std::optional<double> Units::Meant(double figure, std::string const& from,
+                                   std::string const& to) const {
+  auto const step = from == to ? std::nullopt : Find(from, to);
+  return step ? step->Meant(figure) : std::nullopt;
 }
 
 Value Units::Convert(Value value, std::string const& to) const {

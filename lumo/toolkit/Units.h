@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "lumo/toolkit/Options.h"
 #include "lumo/toolkit/Value.h"
 
 namespace lumo {
@@ -19,6 +20,11 @@ struct UnitStep {
   /// Without the digits that are lost when a large offset all but cancels the figure: 273.25 K are
   /// 0.1 degC, not 0.10000000000002274.
   LUMO_API double operator()(double figure) const;
+  LUMO_API double operator()(double figure, ConvertedDigits digits) const;
+  /// The figure with the fewest digits that comes to `converted` the other way round, rounded to
+  /// the digits that `ConvertedDigits::Enough` leaves; nothing when there is none with three digits
+  /// fewer.
+  LUMO_API std::optional<double> Meant(double converted) const;
 };
 
 /// A unit system, with a currency perhaps: for each unit of a database the one that figures are
@@ -37,7 +43,7 @@ class LUMO_API UnitSystem {
   /// The value with all its figures in the units of the system: ranges, points, curves with their
   /// axes, parameters, and the cells of grids. A value that is in the system already stays as it
   /// is.
-  Value Convert(Value value) const;
+  Value Convert(Value value, ConvertedDigits digits = ConvertedDigits::All) const;
 
  private:
   std::shared_ptr<std::map<std::string, UnitStep> const> m_steps;
@@ -66,6 +72,9 @@ class LUMO_API Units {
   /// The value with its own figures in that unit; axes and parameters keep theirs. Of a grid the
   /// columns that can be converted are. Throws as the other does, and for a value without figures.
   Value Convert(Value value, std::string const& to) const;
+  /// `UnitStep::Meant` of a figure that may have been converted from `to` into `from` before;
+  /// nothing where it is a figure of its own.
+  std::optional<double> Meant(double figure, std::string const& from, std::string const& to) const;
   /// `NumberIn` the value, in that unit; nothing for a value without a number. Throws as the
   /// others do.
   std::optional<double> NumberIn(Value const& value, std::string const& unit) const;

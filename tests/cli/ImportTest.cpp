@@ -145,6 +145,15 @@ TEST_F(ImportCommand, TakesLinksAndSubsetsAsGetWritesThem) {
                     HasSubstr("row 1, subsets: takes a list of names")));
 }
 
+TEST_F(ImportCommand, TakesFiguresBackFromOtherUnits) {
+  Start(sandbox::Content::Full);
+  for (char const* const format : {"csv", "ndjson"}) {
+    Outcome const us = Run(OnMaterials("get", {"--unit-system", "US customary", "-f", format}));
+    Outcome const outcome = Run(OnMaterials("import", {File("us", us.out), "--dry-run"}));
+    EXPECT_THAT(outcome.error, HasSubstr("285 as they are; nothing was written")) << outcome.out;
+  }
+}
+
 TEST_F(ImportCommand, TakesValuesAwayOnlyWhenItIsTold) {
   Start();
   std::string const before = All();

@@ -65,6 +65,53 @@ TEST(Figures, KeepTheirDigitsOnAWayThroughOtherUnitsAndText) {
   }
 }
 
+TEST(Figures, GetTheDigitsThatTheDataHave) {
+  lumo::UnitStep const toPsi = {"psi", 145.03773773, 0};
+  lumo::UnitStep const toKelvin = {"K", 1, 273.15};
+  lumo::UnitStep const toPounds = {"lb/in^3", 3.6127292e-5, 0};
+  struct Case {
+    lumo::UnitStep const& step;
+    double figure;
+    char const* shown;
+    char const* enough;
+  };
+  Case const kCases[] = {{toPsi, 250, "36260", "36259.4"},
+                         {toPsi, 249.99999999999997, "36260", "36259.4"},
+                         {toPounds, 4410, "0.1593", "0.159321"},
+                         {toPounds, 4410.5, "0.15934", "0.15933942"},
+                         {toKelvin, 20, "293.15", "293.15"},
+                         {toKelvin, 0.00012, "273.15", "273.15012"},
+                         {toPsi, 0, "0", "0"}};
+  for (Case const& one : kCases) {
+    EXPECT_EQ(lumo::TextOf(one.step(one.figure, lumo::ConvertedDigits::Shown)), one.shown);
+    EXPECT_EQ(lumo::TextOf(one.step(one.figure, lumo::ConvertedDigits::Enough)), one.enough);
+  }
+  lumo::Units const units = SomeUnits();
+  for (int i = 1; i < 20000; i += 7) {
+    for (double const figure : {i * 1.0, i / 10.0, i / 1000.0, i * 1e4}) {
+      for (auto const& [unit, other] :
+           {std::pair("MPa", "psi"), std::pair("degC", "K"), std::pair("kg/m^3", "lb/in^3")}) {
+        lumo::UnitSystem const system(
+            {{unit,
+              {other, units.Convert(1, unit, other) - units.Convert(0, unit, other),
+               units.Convert(0, unit, other)}}});
+        auto const value =
+            system.Convert(lumo::Quantity{figure, unit, false}, lumo::ConvertedDigits::Enough);
+        double const shown = std::get<lumo::Quantity>(value).value;
+        double const exact = units.Convert(shown, other, unit);
+        ASSERT_EQ(lumo::TextOf(units.Meant(shown, other, unit).value_or(exact)),
+                  lumo::TextOf(figure))
+            << lumo::TextOf(shown);
+      }
+    }
+  }
+  // What somebody has typed is not taken for something else.
+  for (double const own : {12.25, 36.5, 3.125, 12.0, 2.7}) {
+    auto const meant = lumo::UnitStep{"mm", 25.4, 0}.Meant(own);
+    EXPECT_TRUE(!meant || std::fabs(*meant / (own * 25.4) - 1) < 1e-9) << own;
+  }
+}
+
 TEST(Figures, AreReadWholeInAnyLocale) {
   double number = 0;
   EXPECT_TRUE(lumo::ReadNumber("-1.5e3", number));
