@@ -61,6 +61,13 @@ class JsonWriter : public RowWriter {
   TableWriter m_table;
 };
 
+/// Null without a figure; several points say it themselves.
+Json IsEstimated(lumo::Value const& value) {
+  if (auto const* const range = std::get_if<lumo::Range>(&value)) return range->estimated;
+  if (auto const* const one = std::get_if<lumo::Quantity>(&value)) return one->estimated;
+  return nullptr;
+}
+
 }  // namespace
 
 std::string RowLayout::HeadingOf(RowColumn const& column) const {
@@ -89,6 +96,12 @@ bool FlatColumns::IsSplit(lumo::Attribute const& attribute) const {
   return m_ranges == Ranges::Split && attribute.type == AttributeType::Range;
 }
 
+/// Whether a column of its own says which figures are estimated.
+bool FlatColumns::SaysEstimated(lumo::Attribute const& attribute) const {
+  return m_ranges == Ranges::Split &&
+         (attribute.type == AttributeType::Range || attribute.type == AttributeType::Number);
+}
+
 /// Whether a column of its own holds what is more than one figure.
 bool FlatColumns::HasPoints(lumo::Attribute const& attribute) const {
   return m_ranges != Ranges::Text && attribute.type == AttributeType::Number &&
@@ -113,6 +126,7 @@ std::vector<std::string> FlatColumns::Headings() const {
       headings.push_back(WithUnit(attribute.name + " low", attribute.unit));
       headings.push_back(WithUnit(attribute.name + " high", attribute.unit));
     }
+    if (SaysEstimated(attribute)) headings.push_back(attribute.name + " estimated");
     if (HasPoints(attribute)) headings.push_back(attribute.name + " points");
   }
   return headings;
@@ -154,6 +168,7 @@ void FlatColumns::AddCells(lumo::Value const& value, lumo::Attribute const& attr
   } else {
     add(lumo::NumberIn(value));
   }
+  if (SaysEstimated(attribute)) cells.push_back(IsEstimated(value));
   if (!HasPoints(attribute)) return;
   bool const isMore = std::holds_alternative<lumo::Points>(value);
   cells.push_back(isMore ? Json(CsvCell(value, attribute.unit)) : Json());

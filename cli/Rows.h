@@ -68,6 +68,7 @@ class FlatColumns {
 
  private:
   bool IsSplit(lumo::Attribute const& attribute) const;
+  bool SaysEstimated(lumo::Attribute const& attribute) const;
   bool HasPoints(lumo::Attribute const& attribute) const;
   void AddCells(lumo::Value const& value, lumo::Attribute const& attribute,
                 std::vector<Json>& cells) const;

@@ -38,22 +38,31 @@ void MergeWithNext(Sheet& sheet, std::size_t column, std::string const& heading,
   }
 }
 
+/// The same when the column behind it is called so, with that word behind the attribute's name.
+template <class Join>
+void MergeWord(Sheet& sheet, std::size_t column, std::string const& word,
+               std::vector<lumo::Attribute> const& attributes, Join join) {
+  if (column + 1 >= sheet[0].size()) return;
+  std::string const heading = sheet[0][column];
+  bool const isIt = sheet[0][column + 1] == heading.substr(0, heading.rfind(" [")) + word;
+  if (isIt && IsAttribute(heading, attributes)) MergeWithNext(sheet, column, heading, join);
+}
+
 }  // namespace
 
 void MergeSplitColumns(Sheet& sheet, std::vector<lumo::Attribute> const& attributes) {
   for (std::size_t i = 0; !sheet.empty() && i + 1 < sheet[0].size(); ++i) {
-    std::string const first = sheet[0][i];
-    std::string const second = sheet[0][i + 1];
-    auto const low = Without(first, " low");
-    if (low && low == Without(second, " high") && IsAttribute(*low, attributes)) {
+    auto const low = Without(sheet[0][i], " low");
+    if (low && low == Without(sheet[0][i + 1], " high") && IsAttribute(*low, attributes)) {
       MergeWithNext(sheet, i, *low, [](std::string const& a, std::string const& b) {
         return a.empty() && b.empty() ? "" : a == b ? a : a + ".." + b;
       });
-    } else if (second == first.substr(0, first.rfind(" [")) + " points" &&
-               IsAttribute(first, attributes)) {
-      MergeWithNext(sheet, i, first,
-                    [](std::string const& a, std::string const& b) { return b.empty() ? a : b; });
     }
+    MergeWord(sheet, i, " estimated", attributes, [](std::string const& a, std::string const& b) {
+      return a.empty() || !lumo::EqualIgnoringCase(b, "true") ? a : "~" + a;
+    });
+    MergeWord(sheet, i, " points", attributes,
+              [](std::string const& a, std::string const& b) { return b.empty() ? a : b; });
   }
 }
 

@@ -371,6 +371,7 @@ TEST_F(CommandTest, ImportsWhatItReadAndReadsTheSameAgain) {
   Start(sandbox::Content::Empty);
   ASSERT_EQ(Run(OnMaterials("import", {"--make-folders", File("split.csv", split)})).code, 0);
   EXPECT_EQ(Run(OnMaterials("get", {"-f", "csv", "--ranges", "split"})).out, split);
+  EXPECT_EQ(Run(OnMaterials("get", {"-f", "csv"})).out, Read(files[0])) << "marks of estimates too";
 }
 
 TEST_F(CommandTest, ImportsRecordsAndChangesThem) {

@@ -111,8 +111,9 @@ TEST_F(CommandTest, WritesNumbersForSpreadsheetsAndDataFrames) {
   };
   EXPECT_THAT(with({"--ranges", "split", "--delimiter", ";"}),
               AllOf(StartsWith("Folder;Name;Full name;Density low [kg/m^3];Density high [kg/m^3];"
-                               "Hardness by condition [HV];Hardness by condition points\n"),
-                    HasSubstr(";2690;2730;;\"{")));
+                               "Density estimated;Hardness by condition [HV];"
+                               "Hardness by condition estimated;Hardness by condition points\n"),
+                    HasSubstr(";2690;2730;false;;;\"{")));
   EXPECT_THAT(with({"--ranges", "mean"}), HasSubstr(",2710,,"));
   std::string const file = File("m.xlsx");
   EXPECT_EQ(Run(OnMaterials("get", {"-f", "xlsx", "-o", file})).error, "");
