@@ -14,20 +14,46 @@ constexpr char kWorst[] = "!";
 struct CompareChoice : TableChoice {
   std::vector<std::string> records;
   std::vector<std::string> attributes;
-  std::vector<std::string> low;  ///< of which less is better
+  std::vector<std::string> low;   ///< of which less is better
+  std::vector<std::string> high;  ///< of which more is better
   UnitChoice units;
 };
 
-/// Words of names whose figures are mostly wished to be small.
+/// Which figure of an attribute is the best one.
+enum class Best { Unknown, Low, High };
+
+/// Words of names whose figures are wished to be small, or large, whatever is made of the material.
 constexpr char const* kLowWords[] = {"density",  "price",     "cost",
                                      "embodied", "footprint", "expansion"};
+constexpr char const* kHighWords[] = {"strength", "toughness", "modulus", "elongation"};
 
-bool IsLowBetter(std::string const& attribute, std::vector<std::string> const& low) {
-  if (std::find(low.begin(), low.end(), attribute) != low.end()) return true;
-  std::string const name = lumo::Lower(attribute);
-  return std::any_of(std::begin(kLowWords), std::end(kLowWords),
-                     [&](char const* word) { return name.find(word) != std::string::npos; });
-}
+/// What names were given for, as the table has them.
+class Wishes {
+ public:
+  Wishes(lumo::Table const& table, CompareChoice const& choice) {
+    for (std::string const& name : choice.low) m_low.push_back(table.FindAttribute(name).name);
+    for (std::string const& name : choice.high) m_high.push_back(table.FindAttribute(name).name);
+  }
+
+  Best BestOf(std::string const& attribute) const {
+    auto const isIn = [&](std::vector<std::string> const& names) {
+      return std::find(names.begin(), names.end(), attribute) != names.end();
+    };
+    if (isIn(m_low)) return Best::Low;
+    if (isIn(m_high)) return Best::High;
+    std::string const name = lumo::Lower(attribute);
+    auto const isOneOf = [&](auto const& words) {
+      return std::any_of(std::begin(words), std::end(words),
+                         [&](char const* word) { return name.find(word) != std::string::npos; });
+    };
+    if (isOneOf(kLowWords)) return Best::Low;
+    return isOneOf(kHighWords) ? Best::High : Best::Unknown;
+  }
+
+ private:
+  std::vector<std::string> m_low;
+  std::vector<std::string> m_high;
+};
 
 /// One attribute of all records.
 class Line {
@@ -43,10 +69,11 @@ class Line {
     });
   }
 
-  std::vector<Json> Cells(bool isLowBetter) const {
+  std::vector<Json> Cells(Best best) const {
     std::vector<Json> cells = {m_attribute.name, m_attribute.unit};
     auto const [least, most] = Ends();
-    bool const isMarked = least < most;
+    bool const isMarked = best != Best::Unknown && least < most;
+    bool const isLowBetter = best == Best::Low;
     for (lumo::Value const& value : m_values) {
       std::string cell = ReadableCell(value, m_attribute.unit);
       auto const number = lumo::NumberIn(value);
@@ -61,8 +88,8 @@ class Line {
     for (lumo::Value const& value : m_values) cells.push_back(JsonOf(value));
     return cells;
   }
-  /// Whether figures are marked.
-  bool IsMarked() const { return Ends().first < Ends().second; }
+  /// Whether one figure is larger than another.
+  bool Differs() const { return Ends().first < Ends().second; }
 
  private:
   std::pair<std::optional<double>, std::optional<double>> Ends() const {
@@ -82,8 +109,7 @@ class Line {
 
 void Compare(Context& context, CompareChoice const& choice) {
   lumo::Table const table = context.Connect().OpenTable(choice.database, choice.table);
-  std::vector<std::string> low;
-  for (std::string const& name : choice.low) low.push_back(table.FindAttribute(name).name);
+  Wishes const wishes(table, choice);
   lumo::ReadOptions options = context.ReadOptions();
   choice.units.Fill(options, context.output.IsForReading());
   lumo::RecordStream stream = table.All().Named(choice.records).Read(choice.attributes, options);
@@ -93,21 +119,30 @@ void Compare(Context& context, CompareChoice const& choice) {
   for (lumo::Record const& record : records) headings.push_back(record.Name());
   std::vector<std::string> lowMarked;
   bool isAnyMarked = false;
+  bool isAnyUnmarked = false;
   bool const isForReading = context.output.format == Format::Text;
   PutOut(context.output, headings, [&](TableWriter& out) {
     for (lumo::Attribute const& attribute : attributes) {
       Line const line(attribute, records);
       if (line.IsEmpty()) continue;
-      bool const isLow = IsLowBetter(attribute.name, low);
-      out.Add(isForReading ? line.Cells(isLow) : line.Values());
-      isAnyMarked = isAnyMarked || line.IsMarked();
-      if (isLow && line.IsMarked()) lowMarked.push_back(attribute.name);
+      Best const best = wishes.BestOf(attribute.name);
+      out.Add(isForReading ? line.Cells(best) : line.Values());
+      if (!line.Differs()) continue;
+      isAnyMarked = isAnyMarked || best != Best::Unknown;
+      isAnyUnmarked = isAnyUnmarked || best == Best::Unknown;
+      if (best == Best::Low) lowMarked.push_back(attribute.name);
     }
   });
-  if (!isForReading || !isAnyMarked) return;
-  context.Note(std::string(kBest) + " best, " + kWorst + " worst: more is better" +
-               (lowMarked.empty() ? "" : ", but less for " + lumo::Joined(lowMarked)) +
-               "; --low NAME for others");
+  if (!isForReading) return;
+  std::string const marks = std::string(kBest) + " best, " + kWorst + " worst";
+  std::string const less =
+      lowMarked.empty() ? "" : "; less is better for " + lumo::Joined(lowMarked);
+  std::string const others = "--high NAME or --low NAME marks other attributes";
+  if (isAnyMarked) {
+    context.Note(marks + less + (isAnyUnmarked ? "; " + others : ""));
+  } else if (isAnyUnmarked) {
+    context.Note(others);
+  }
 }
 
 }  // namespace
@@ -118,7 +153,10 @@ void AddCompare(CommandLine& line) {
       "compare", "set records beside each other, an attribute a line",
       "  $ lumo compare ENG_MATERIALS Materials 304 AW-6061-T6 Ti-6Al-4V\n"
       "  $ lumo compare ENG_MATERIALS Materials 304 316L -a density -a price --low price\n\n"
-      "The best and the worst figure of a line are marked; of ranges the middles are compared.",
+      "The best (*) and the worst (!) figure of a line are marked where it is known which is\n"
+      "better: more of a strength, toughness, modulus or elongation, less of a density, price,\n"
+      "cost, footprint, expansion or embodied energy. --high and --low mark other attributes.\n"
+      "Of ranges the middles are compared.",
       [choice](Context& context) { Compare(context, *choice); });
   AddTable(compare, *choice);
   compare
@@ -128,13 +166,16 @@ void AddCompare(CommandLine& line) {
       ->type_name("");
   compare
       .add_option("-a,--attribute", choice->attributes,
-                  "attribute to compare, once for each; all by default")
+                  "attribute to compare; give it once for each; all by default")
       ->type_name("NAME")
       ->allow_extra_args(false);
   compare
-      .add_option("--low", choice->low,
-                  "attribute of which less is better, once for each; so it is with densities, "
-                  "prices, footprints and expansion")
+      .add_option("--low", choice->low, "attribute of which less is better; give it once for each")
+      ->type_name("NAME")
+      ->allow_extra_args(false);
+  compare
+      .add_option("--high", choice->high,
+                  "attribute of which more is better; give it once for each")
       ->type_name("NAME")
       ->allow_extra_args(false);
   AddUnits(compare, choice->units);

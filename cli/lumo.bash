@@ -36,7 +36,7 @@ _lumo() {
     case ${COMP_WORDS[i]} in
       --url | --server | --namespace | --user | --domain | --password-file | --ca-file | --ca-folder | \
         --certificate | --key | --proxy | --proxy-user | --proxy-password-file | --timeout | --retries | \
-        --sandbox-file | -t | --text | -w | --where | --match | --name | -a | --attribute | --low | --long | \
+        --sandbox-file | -t | --text | -w | --where | --match | --name | -a | --attribute | --low | --high | --long | \
         --sort | --limit | --columns | --folder | --subset | --depth | --from | --unit-system | --currency | \
         --ranges | --delimiter | --partition | --size | -j | --jobs | --chunk | -f | --format | -o | --output | \
         -e | --exporter | -p | --parameter | --port | --idle | --journal | --resume | \
@@ -55,7 +55,7 @@ _lumo() {
       choices=$(_lumo_help "$command" | sed -n '/--format/,/^  -/s/.*: //p' | sed 's/, \| or /\n/g') ;;
     --match) choices=$'overlap\nall' ;;
     --ranges) choices=$'text\nsplit\nmean' ;;
-    -a | --attribute | --sort | --low | --long) choices=$(_lumo_names attributes "${places[@]:0:2}") ;;
+    -a | --attribute | --sort | --low | --high | --long) choices=$(_lumo_names attributes "${places[@]:0:2}") ;;
     --subset) choices=$(_lumo_names subsets "${places[@]:0:2}") ;;
     --folder)
       choices=$(_lumo_lines tree "${places[@]:0:2}" --depth 4 |

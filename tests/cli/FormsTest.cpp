@@ -76,10 +76,17 @@ TEST_F(CommandTest, SetsRecordsBesideEachOther) {
   EXPECT_THAT(outcome.out, StartsWith("Attribute      Unit    304"));
   EXPECT_THAT(outcome.out, AllOf(HasSubstr("7850 to 8000 !"), HasSubstr("1300 to 1320 *"),
                                  HasSubstr("Melting point  K")));
-  EXPECT_THAT(outcome.error, HasSubstr("more is better, but less for Density; --low NAME"));
-  EXPECT_THAT(
-      Run(OnMaterials("compare", {"304", "PEEK", "-a", "melting", "--low", "melting"})).error,
-      HasSubstr("less for Melting point"));
+  EXPECT_THAT(outcome.error, HasSubstr("less is better for Density; --high NAME or --low NAME"));
+  Words const melting = {"304", "PEEK", "-a", "melting"};
+  auto const with = [&](Words const& more) {
+    Words words = melting;
+    words.insert(words.end(), more.begin(), more.end());
+    return Run(OnMaterials("compare", words));
+  };
+  EXPECT_THAT(with({}).out, AllOf(Not(HasSubstr("*")), Not(HasSubstr("!"))));
+  EXPECT_EQ(with({}).error, "--high NAME or --low NAME marks other attributes\n");
+  EXPECT_THAT(with({"--low", "melting"}).error, HasSubstr("less is better for Melting point"));
+  EXPECT_THAT(with({"--high", "melting"}).out, HasSubstr("1400 to 1450 *"));
   EXPECT_EQ(Run(OnMaterials("compare", {"304", "Unobtainium"})).code, 2);
 }
 
