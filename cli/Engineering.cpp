@@ -42,10 +42,10 @@ lumo::Parameter ParameterOf(std::string const& text) {
   return parameter;
 }
 
-/// What the exporter asks for to write the first of the records.
+/// What the exporter asks for to write the first of the records, or some of the table.
 void ListParameters(Context& context, lumo::Table const& table, ExportChoice const& choice) {
-  if (choice.records.empty()) Refuse("name a record: its curves tell which values there are");
-  auto const parameters = lumo::ExporterParametersOf(table, choice.exporter, choice.records[0]);
+  auto const parameters = lumo::ExporterParametersOf(
+      table, choice.exporter, choice.records.empty() ? "" : choice.records[0]);
   PutOut(context.output, {"parameter", "unit", "usage", "attribute", "values"},
          [&](TableWriter& out) {
            for (auto const& one : parameters) {
@@ -96,13 +96,14 @@ void AddLinks(CommandLine& line) {
 
 void AddExport(CommandLine& line) {
   auto const choice = std::make_shared<ExportChoice>();
-  CLI::App& exporting =
-      line.Add("export", "run an exporter of the server",
-               "  $ lumo export ENG_MATERIALS Materials\n"
-               "  $ lumo export ENG_MATERIALS Materials AW-6061-T6 -e card-2\n"
-               "  $ lumo export ENG_MATERIALS Materials AW-6061-T6 -e card-2 --list-parameters\n\n"
-               "Without --exporter it lists the exporters.",
-               [choice](Context& context) { Export(context, *choice); });
+  CLI::App& exporting = line.Add(
+      "export", "run an exporter of the server",
+      "  $ lumo export ENG_MATERIALS Materials\n"
+      "  $ lumo export ENG_MATERIALS Materials AW-6061-T6 -e card-2\n"
+      "  $ lumo export ENG_MATERIALS Materials AW-6061-T6 -e card-2 --list-parameters\n\n"
+      "Without --exporter it lists the exporters. --list-parameters lists what one takes:\n"
+      "for RECORD, whose curves tell which values there are, or for the table's first ones.",
+      [choice](Context& context) { Export(context, *choice); });
   AddRecords(exporting, *choice);
   exporting.add_option("-e,--exporter", choice->exporter, "key of the exporter")->type_name("KEY");
   exporting
@@ -111,7 +112,7 @@ void AddExport(CommandLine& line) {
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false);
   exporting.add_flag("--list-parameters", choice->listsParameters,
-                     "list the parameters that the exporter takes for a record");
+                     "list the parameters that the exporter takes");
   AddUnits(exporting, choice->units);
   AddOutput(exporting, line.Shared().output);
 }

@@ -1,6 +1,7 @@
 #include "lumo/toolkit/Catalogue.h"
 
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <utility>
 
@@ -87,6 +88,34 @@ std::vector<RecordLink> LinksOf(Connection& connection, std::vector<RecordHead> 
   }
   FillNames(connection, links);
   return links;
+}
+
+/// Enough to find curves among them.
+constexpr std::size_t kFirstRecords = 50;
+
+std::vector<RecordId> FirstRecords(Connection& connection, Table const& table) {
+  TreeWalk walk(connection, table.Opened()->info, "", "");
+  std::vector<RecordId> records;
+  TreeWalk::Step step;
+  while (records.size() < kFirstRecords &&
+         walk.Next(connection, step, std::numeric_limits<int>::max())) {
+    if (!step.isFolder) records.push_back(step.record.id);
+  }
+  return records;
+}
+
+/// A parameter that another record has, too, gets the words of both.
+void Join(ExporterParameterInfo info, std::vector<ExporterParameterInfo>& parameters) {
+  for (ExporterParameterInfo& known : parameters) {
+    if (known.name != info.name || known.attribute != info.attribute) continue;
+    for (std::string& word : info.words) {
+      bool const isNew =
+          std::find(known.words.begin(), known.words.end(), word) == known.words.end();
+      if (isNew) known.words.push_back(std::move(word));
+    }
+    return;
+  }
+  parameters.push_back(std::move(info));
 }
 
 void AddWords(AttributeExporterParameters const& attribute, std::string const& id,
@@ -244,7 +273,12 @@ std::vector<ExporterParameterInfo> ExporterParametersOf(Table const& table,
   auto const connection = table.Opened()->pool->Lend();
   auto const request = GetExporterParametersRequest::CreateOne();
   request->SetExporterKey(KeyOf(table, exporter));
-  request->AddRecord(ReferenceTo(FindRecord(*connection, table.Opened()->info, record).id));
+  for (RecordId const& id :
+       record.empty()
+           ? FirstRecords(*connection, table)
+           : std::vector<RecordId>{FindRecord(*connection, table.Opened()->info, record).id}) {
+    request->AddRecord(ReferenceTo(id));
+  }
   auto const found = connection->Ask<GetExporterParametersResponse>([&](auto* into) {
     connection->Engineering()->GetGetExporterParametersImpl()->GetExporterParameters(request, into);
   });
@@ -257,7 +291,7 @@ std::vector<ExporterParameterInfo> ExporterParametersOf(Table const& table,
         ExporterParameterInfo info{parameter->GetName(), "", parameter->GetUsage(), name, {}};
         if (parameter->GetUnit()) info.unit = parameter->GetUnit()->GetUnitSymbol();
         AddWords(*attribute, parameter->GetId(), info.words);
-        parameters.push_back(std::move(info));
+        Join(std::move(info), parameters);
       }
     }
   }

@@ -86,7 +86,8 @@ struct ExporterParameterInfo {
   std::string attribute = {};           ///< of which it is a parameter
   std::vector<std::string> words = {};  ///< those that there are
 };
-/// Of a record: what it takes depends on the curves that there are.
+/// Of a record: what it takes depends on the curves that there are. Of the first records of the
+/// table together when none is named.
 LUMO_API std::vector<ExporterParameterInfo> ExporterParametersOf(Table const& table,
                                                                  std::string const& exporter,
                                                                  std::string const& record);

@@ -67,6 +67,9 @@ TEST_F(Catalogue, FindsNamesakesAndWhereTheyAre) {
 TEST_F(Catalogue, RunsExporters) {
   auto const exporters = lumo::ExportersOf(Table());
   ASSERT_THAT(exporters, Contains(Field(&lumo::ExporterInfo::key, "card-2")));
+  auto const some = lumo::ExporterParametersOf(Table(), "card-2", "");
+  ASSERT_EQ(some.size(), 1u) << "each once, whatever the number of records";
+  EXPECT_EQ(some[0].name, "Temperature");
   auto const parameters = lumo::ExporterParametersOf(Table(), "card-2", "AW-6061-T6");
   ASSERT_EQ(parameters.size(), 1u);
   EXPECT_EQ(parameters[0].name, "Temperature");
