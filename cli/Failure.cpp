@@ -1,5 +1,6 @@
 #include "cli/Failure.h"
 
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -12,6 +13,8 @@ namespace {
 
 using lumo::ErrorCode;
 using lumo::HintCode;
+
+constexpr std::string_view kNoAttribute = "there is no attribute ";
 
 std::string AllQuoted(std::vector<std::string> const& names, std::string const& joint) {
   std::string text;
@@ -67,7 +70,10 @@ std::string TextOf(lumo::Error const& error) {
   bool const isSaid = error.Hint().code == HintCode::OneOf &&
                       (error.Code() == ErrorCode::Ambiguous ||
                        text.find(lumo::Joined(error.Hint().arguments)) != std::string::npos);
-  return isSaid ? text : text + hint;
+  if (isSaid) return text;
+  bool const isList = error.Code() == ErrorCode::NotFound && text.find(',') != std::string::npos &&
+                      text.compare(0, kNoAttribute.size(), kNoAttribute) == 0;
+  return text + (isList ? "; give -a once for each attribute: -a density -a price" : hint);
 }
 
 void Refuse(std::string const& text, lumo::Hint hint) {

@@ -55,6 +55,8 @@ TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
       {OnMaterials("search", {"--subset", "Gold"}), 2, "there is no subset \"Gold\""},
       {{"units", kDatabase, "--from", "mPa"}, 2, "there is no unit \"mPa\"; did you mean"},
       {OnMaterials("get", {"--sort", "Colour"}), 2, "there is no attribute \"Colour\""},
+      {OnMaterials("get", {"-a", "density,price"}), 2,
+       "there is no attribute \"density,price\"; give -a once for each attribute"},
       {OnMaterials("get", {"--descending"}), 2, "--sort"},
       {{"get"}, 2, "name a database and a table"},
       {{"get", "--partition", "/nowhere/part"}, 2, "neither a partition nor a file"},

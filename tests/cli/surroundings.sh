@@ -42,6 +42,22 @@ on_table() {
 [ "$(on_table --subset "Poly")" = Polymers ] || fail "subsets are not completed"
 [ "$(on_table --folder "Polymers/Thermop")" = Polymers/Thermoplastics ] || fail "folders are not completed"
 [ "$(on_table PEE)" = PEEK ] || fail "records are not completed"
+[ "$(on_table --currency US)" = USD ] || fail "currencies are not completed"
+COMP_LINE='lumo export ENG_MATERIALS Materials --sandbox -e card'
+exporters=$(complete_words lumo export ENG_MATERIALS Materials --sandbox -e card-)
+[ "$exporters" = "$(lumo export ENG_MATERIALS Materials --sandbox -f csv --no-headings |
+  cut -d, -f1 | grep '^card-')" ] && [ -n "$exporters" ] || fail "exporters are not completed: $exporters"
+# A server on the line comes before LUMO_URL; bash breaks its words at the colons.
+(
+  "$source/scripts/with-sandbox" "$sandbox" bash -c '
+    . "$1/cli/lumo.bash"
+    timeout() { shift; "$@"; }
+    export LUMO_URL=http://127.0.0.1:1
+    COMP_LINE="lumo tables --url $2 ENG"
+    COMP_WORDS=(lumo tables --url http : "${2#http:}" ENG) COMP_CWORD=6 COMPREPLY=()
+    _lumo
+    [ "${COMPREPLY[*]}" = ENG_MATERIALS ]' bash "$source"
+) || fail "--url on the line is not asked"
 COMP_LINE=''
 
 # Names that a server gives are quoted, never run.
