@@ -71,7 +71,7 @@ void AddTree(CommandLine& line) {
                  PrintTree(context, *from, from->folder, from->subset, from->depth);
                });
   AddTable(tree, *from);
-  tree.add_option("--folder", from->folder, "begin here, \"/\" between the names")
+  tree.add_option("--folder", from->folder, "begin at this folder, with \"/\" between the names")
       ->type_name("PATH")
       ->check(NotEmpty());
   tree.add_option("--subset", from->subset, "records of a subset")
@@ -164,7 +164,8 @@ void AddUnitLists(CommandLine& line) {
                              "  $ lumo units ENG_MATERIALS --systems",
                              list);
   AddDatabase(units, choice->database);
-  units.add_option("--from", choice->from, "what this unit converts into")->type_name("UNIT");
+  units.add_option("--from", choice->from, "list the units into which this one can be converted")
+      ->type_name("UNIT");
   units.add_flag("--systems", choice->systems, "unit systems and currencies")->excludes("--from");
   AddOutput(units, line.Shared().output);
 }

@@ -126,7 +126,7 @@ void AddSearch(CommandLine& line) {
 
 void AddGet(CommandLine& line) {
   auto const choice = std::make_shared<GetChoice>();
-  CLI::App& get = line.Add("get", "print values of records; of the whole table without a choice",
+  CLI::App& get = line.Add("get", "print values of records, or of the whole table",
                            "  $ lumo get ENG_MATERIALS Materials AW-6061-T6 -a Density -a Price\n"
                            "  $ lumo get ENG_MATERIALS Materials -w \"density < 2 g/cm^3\" -f csv\n"
                            "  $ lumo get ENG_MATERIALS Materials 304 -f plot\n"
@@ -137,10 +137,11 @@ void AddGet(CommandLine& line) {
   get.get_option("DATABASE")->required(false);
   get.get_option("TABLE")->required(false);
   AddReading(get, *choice);
-  get.add_flag("--ids", choice->withIds, "identities and GUIDs too");
+  get.add_flag("--ids", choice->withIds, "print identities and GUIDs, too");
   get.add_flag("--relations", choice->withRelations,
-               "links to other records and subsets too, in JSON");
-  get.add_flag("--no-files", choice->withoutFiles, "addresses instead of files and pictures");
+               "print links to other records and the subsets, too; in JSON only");
+  get.add_flag("--no-files", choice->withoutFiles,
+               "write the addresses of files and pictures, not their contents");
   get.add_option("--long", choice->longOf,
                  "curves, points or tables of one attribute, a row for each point or row")
       ->type_name("NAME")
@@ -185,7 +186,7 @@ void AddPartitions(CommandLine& line) {
   AddRecords(partitions, *choice);
   partitions
       .add_option("-a,--attribute", choice->attributes,
-                  "attribute to read, once for each; all by default")
+                  "attribute to read; give it once for each; all by default")
       ->type_name("NAME")
       ->allow_extra_args(false);
   partitions.add_option("--size", choice->size, "records in a part (1000)")

@@ -175,7 +175,7 @@ void Run(Context& context, ImportChoice const& choice) {
 
 void AddImport(CommandLine& line) {
   auto const choice = std::make_shared<ImportChoice>();
-  CLI::App& import = line.Add(
+  CLI::App& command = line.Add(
       "import", "make and change records",
       "  $ lumo import ENG_MATERIALS Materials new.csv --dry-run\n"
       "  $ lumo get ... -f ndjson | lumo import ENG_MATERIALS Materials -\n"
@@ -184,37 +184,43 @@ void AddImport(CommandLine& line) {
       "A sheet has a line of headings: Folder, Name, Full name, Identity, GUID and\n"
       "attributes such as \"Density [kg/m^3]\". A record that is there already is changed;\n"
       "an empty cell changes nothing. `lumo get` writes what this reads, and\n"
-      "`lumo template` a sheet to fill in. When a row has a fault nothing is sent.",
+      "`lumo template` a sheet to fill in. In JSON a record may have links and subsets, too,\n"
+      "as `lumo get --relations` writes them. When a row has a fault nothing is sent.",
       [choice](Context& context) { Run(context, *choice); });
-  import.add_option("DATABASE", choice->database, "key or name of the database")->type_name("");
-  import.add_option("TABLE", choice->table, "name of the table")->type_name("");
-  import.add_option("FILE", choice->input.file, "CSV, JSON, NDJSON or xlsx; - for standard input")
+  command.add_option("DATABASE", choice->database, "key or name of the database")->type_name("");
+  command.add_option("TABLE", choice->table, "name of the table")->type_name("");
+  command.add_option("FILE", choice->input.file, "CSV, JSON, NDJSON or xlsx; - for standard input")
       ->type_name("");
-  CLI::Option* const dryRun = import.add_flag("-n,--dry-run", choice->isDryRun,
-                                              "only say what would be done, and what is wrong");
-  import.add_flag("--make-folders", choice->makesFolders, "make folders that are missing");
-  import.add_flag("--keep-going", choice->keepsGoing, "leave rows with faults out");
-  import.add_flag("--clear-nulls", choice->input.clearsNulls,
-                  "null in JSON takes the value away, where the server can");
-  import.add_option("--journal", choice->journal, "keep the journal in this file")
+  CLI::Option* const dryRun = command.add_flag("-n,--dry-run", choice->isDryRun,
+                                               "only say what would be done, and what is wrong");
+  command.add_flag("--make-folders", choice->makesFolders, "make folders that are missing");
+  command.add_flag("--keep-going", choice->keepsGoing,
+                   "leave out rows with faults, and import the others");
+  command.add_flag("--clear-nulls", choice->input.clearsNulls,
+                   "null in JSON takes the value away, where the server can");
+  command.add_option("--journal", choice->journal, "keep the journal in this file")
       ->type_name("FILE");
   CLI::Option* const resume =
-      import.add_option("--resume", choice->resume, "go on with the run of this journal")
+      command
+          .add_option("--resume", choice->resume, "continue the run that this journal belongs to")
           ->type_name("JOURNAL")
           ->excludes(dryRun);
-  import.add_option("--undo", choice->undo, "write the old values of a run back")
+  command
+      .add_option("--undo", choice->undo, "write back the old values of the run of this journal")
       ->type_name("JOURNAL")
       ->excludes(resume)
       ->excludes(dryRun);
-  import.add_option("--chunk", line.Shared().chunk, "records in a call (100)")
+  command.add_option("--chunk", line.Shared().chunk, "records in a call (100)")
       ->check(Between(1, 100'000))
       ->type_name("N");
-  AddOutput(import, line.Shared().output);
-  import.get_option("--delimiter")
-      ->description("between the cells of CSV; found by itself, with \";\" decimal commas are read")
+  AddOutput(command, line.Shared().output);
+  command.get_option("--delimiter")
+      ->description(
+          "character between the cells of CSV, if the one that was found is wrong; with \";\" "
+          "decimal commas are read")
       ->each([choice](std::string const& text) {
         choice->input.delimiter = text.size() == 1 ? text[0] : '\t';
-});
-}  // namespace cli
+      });
+}
 
 }  // namespace cli

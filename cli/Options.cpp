@@ -28,12 +28,12 @@ void AddConditions(CLI::App& command, RecordChoice& what) {
       ->check(NotEmpty());
   command
       .add_option("-w,--where", what.conditions,
-                  "records that meet a condition; given again, all must be met")
+                  "records that meet this condition; when given again, all of them")
       ->type_name("CONDITION")
       ->allow_extra_args(false);
   std::vector<std::pair<std::string, bool>> const matches = {{"overlap", false}, {"all", true}};
   AddWords(command, "--match", what.matchesAll, matches,
-           "whether some part of a range must meet conditions, or all of it (overlap)");
+           "how a range meets a condition: some part of it, or all of it (overlap)");
   command.add_option("--folder", what.folder, "records below a folder, \"/\" between the names")
       ->type_name("PATH")
       ->check(NotEmpty());
@@ -72,7 +72,7 @@ void AddOutput(CLI::App& command, OutputOptions& output,
   AddWords(command, "-f,--format", output.format, formats, "form of the output (text)");
   command
       .add_option("-o,--output", output.file,
-                  "write to this file, which an older one of that name gives way to at the end")
+                  "write to this file; an older one of that name is replaced at the end")
       ->type_name("FILE");
   command.add_flag("--no-headings", output.isBare, "leave the headings out");
   auto const choose = [&output](std::string const& text) {
@@ -112,13 +112,13 @@ void UnitChoice::Fill(lumo::ReadOptions& options, bool isForReading) const {
 std::string const& ConditionHelp() {
   static std::string const help =
       "\n\nConditions:\n"
-      "  ATTRIBUTE < NUMBER UNIT       also with <=, >, >=, = and !=; an attribute by a beginning\n"
-      "                                or by words that no other has\n"
+      "  ATTRIBUTE < NUMBER UNIT       also with <=, >, >=, = and !=; the beginning of a name or\n"
+      "                                some of its words will do when only one name has them\n"
       "  ATTRIBUTE between A and B UNIT\n"
-      "                                the ends count\n"
+      "                                A and B themselves fulfil it\n"
       "  A / B > NUMBER UNIT           also A * B and powers: \"young's modulus / density\"\n"
       "  ATTRIBUTE >= DATE             such as 2026-03-17, 2026-03 or 2026, with all comparisons\n"
-      "  ATTRIBUTE = WORD|WORD         has any of the words; of yes or no: = yes\n"
+      "  ATTRIBUTE = WORD|WORD         has one of the words; for yes or no: = yes\n"
       "  ATTRIBUTE contains TEXT       of a table: ATTRIBUTE[COLUMN] contains TEXT\n"
       "  ATTRIBUTE lacks TEXT          does not contain it\n"
       "  ATTRIBUTE exists              has a value\n"

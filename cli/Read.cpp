@@ -242,7 +242,8 @@ class Reading {
 }  // namespace
 
 void AddReading(CLI::App& command, ReadChoice& choice) {
-  command.add_option("-a,--attribute", choice.attributes, "attribute to print, once for each")
+  command
+      .add_option("-a,--attribute", choice.attributes, "attribute to print; give it once for each")
       ->type_name("NAME")
       ->allow_extra_args(false);
   command
@@ -265,7 +266,7 @@ void AddWork(CLI::App& command, Context& context) {
   command.add_option("-j,--jobs", context.jobs, "connections to read over (4)")
       ->check(Between(1, 64))
       ->type_name("N");
-  command.add_option("--chunk", context.chunk, "records in a call (by their size)")
+  command.add_option("--chunk", context.chunk, "records in a call (adapts to their size)")
       ->check(Between(1, 100'000))
       ->type_name("N");
 }

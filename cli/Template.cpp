@@ -213,8 +213,9 @@ void AddTemplate(CommandLine& line) {
                [choice](Context& context) { WriteTemplate(context, *choice); });
   AddTable(command, *choice);
   command
-      .add_option("-a,--attribute", choice->attributes,
-                  "attribute to have a column, once for each; all that can be typed by default")
+      .add_option(
+          "-a,--attribute", choice->attributes,
+          "attribute that gets a column; give it once for each; all that can be typed by default")
       ->type_name("NAME")
       ->allow_extra_args(false);
   command
