@@ -1,10 +1,13 @@
 #include <cctype>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "cli/Failure.h"
 #include "cli/Interrupt.h"
 #include "cli/Options.h"
+#include "cli/PassingFile.h"
+#include "cli/Read.h"
 #include "cli/browse/Command.h"
 
 namespace cli {
@@ -18,10 +21,34 @@ std::string Advice(lumo::Error const& error) {
   return text;
 }
 
+std::string WorkbookOf(lumo::Client const& client, browse::WorkbookChoice const& what) {
+  lumo::Table const table = client.OpenTable(what.database, what.table);
+  ReadChoice choice;
+  choice.ids = what.records;
+  if (!what.where.empty()) choice.conditions = {what.where};
+  choice.text = what.text;
+  choice.attributes = what.attributes;
+  choice.units = {what.unitSystem, what.currency};
+  PassingFile const file;
+  Context context;
+  context.isQuiet = true;
+  context.output.format = Format::Xlsx;
+  context.output.file = file.Name();
+  using Kind = RowColumn::Kind;
+  PutOutRecords(context, table, choice, {Kind::Identity, Kind::Folder, Kind::Name, Kind::FullName},
+                true);
+  return file.Content();
+}
+
 void ShowPage(Context& context, browse::BrowseOptions const& options) {
   lumo::Client const client = context.Connect();
+  browse::ServerOptions server;
+  server.advice = Advice;
+  server.workbook = [&client](browse::WorkbookChoice const& what) {
+    return WorkbookOf(client, what);
+  };
   browse::Run(
-      client, options, [] { return Interrupts().IsCancelled(); }, Advice);
+      client, options, [] { return Interrupts().IsCancelled(); }, std::move(server));
 }
 
 }  // namespace

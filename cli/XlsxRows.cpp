@@ -1,17 +1,10 @@
-#include <unistd.h>
 #include <xlsxwriter.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <utility>
 
+#include "cli/PassingFile.h"
 #include "cli/Rows.h"
 #include "lumo/toolkit/Text.h"
 
@@ -62,23 +55,6 @@ class Sheet {
   std::size_t m_row = 0;
 };
 
-/// A file of its own, which goes with the object.
-class PassingFile {
- public:
-  PassingFile() : m_name(std::filesystem::temp_directory_path() / "lumo-XXXXXX") {
-    int const file = mkstemp(m_name.data());
-    if (file < 0) Refuse("cannot write " + m_name + ": " + std::strerror(errno));
-    close(file);
-  }
-  ~PassingFile() { std::remove(m_name.c_str()); }
-  PassingFile(PassingFile const&) = delete;
-  PassingFile& operator=(PassingFile const&) = delete;
-  std::string const& Name() const { return m_name; }
-
- private:
-  std::string m_name;
-};
-
 class XlsxWriter : public RowWriter {
  public:
   XlsxWriter(RowLayout const& layout, Sink& sink)
@@ -118,8 +94,7 @@ class XlsxWriter : public RowWriter {
       throw Failure(ExitCode::PartlyDone,
                     std::string("cannot make the spreadsheet: ") + lxw_strerror(error));
     }
-    std::ifstream in(m_file.Name(), std::ios::binary);
-    m_sink.Write({std::istreambuf_iterator<char>(in), {}});
+    m_sink.Write(m_file.Content());
     m_sink.Flush();
   }
 

@@ -7,8 +7,7 @@
 #include <chrono>
 #include <iostream>
 #include <thread>
-
-#include "cli/browse/Server.h"
+#include <utility>
 
 namespace cli::browse {
 namespace {
@@ -50,10 +49,10 @@ bool Open(std::string const& address) {
 }  // namespace
 
 void Run(lumo::Client const& client, BrowseOptions const& options,
-         std::function<bool()> const& isOver,
-         std::function<std::string(lumo::Error const&)> const& advice) {
+         std::function<bool()> const& isOver, ServerOptions serverOptions) {
   std::string const view = ViewOf(client, options);
-  Server const server(client, {options.port, advice});
+  serverOptions.port = options.port;
+  Server const server(client, std::move(serverOptions));
   std::cout << server.Address(view) << std::endl;
   if (options.opens && !Open(server.AddressForOnce(view))) {
     std::cerr << "no browser could be opened; open the address yourself\n";

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "cli/browse/Server.h"
 #include "lumo/toolkit/Client.h"
 
 namespace cli::browse {
@@ -16,10 +17,9 @@ struct BrowseOptions {
 };
 
 /// Serves the page until `isOver`, and prints its address on standard output. Throws `lumo::Error`
-/// for a database or table that is not there, std::runtime_error for a port that is taken. `advice`
-/// words what to do next about an error.
+/// for a database or table that is not there, std::runtime_error for a port that is taken.
+/// `server` lacks the port alone.
 void Run(lumo::Client const& client, BrowseOptions const& options,
-         std::function<bool()> const& isOver,
-         std::function<std::string(lumo::Error const&)> const& advice);
+         std::function<bool()> const& isOver, ServerOptions server);
 
 }  // namespace cli::browse

@@ -53,6 +53,8 @@ std::string PlainName(std::string const& name) {
 
 /// As it stands: compression, which the HTTP library would choose for the browser, takes longer on
 /// loopback than it saves.
+constexpr char kWorkbook[] = "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet";
+
 void Put(httplib::Response& response, std::string text, std::string const& type) {
   auto const kept = std::make_shared<std::string const>(std::move(text));
   if (kept->empty()) return response.set_content("", type);
@@ -108,6 +110,12 @@ struct Server::Parts {
     Add("/api/progress", &Views::Progress);
     http.Get("/api/file", [this](auto const& request, auto& response) {
       Guarded(response, [&] { Send(views.File(request.params), response); });
+    });
+    http.Get("/api/workbook", [this](auto const& request, auto& response) {
+      Guarded(response, [&] {
+        if (!options.workbook) throw std::runtime_error("no spreadsheets are made here");
+        Put(response, options.workbook(views.Workbook(request.params)), kWorkbook);
+      });
     });
     Listen();
   }

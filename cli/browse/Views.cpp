@@ -74,6 +74,7 @@ std::vector<lumo::RecordId> IdsIn(Query const& query, TableData const& table) {
   for (std::string const& id : All(query, "id")) {
     ids.push_back({table.Info().DatabaseKey(), IdentityIn(id), ""});
   }
+  if (ids.size() == 1) ids[0].guid = Optional(query, "version");
   return ids;
 }
 
@@ -297,6 +298,20 @@ Json Views::Columns(Query const& query) const {
           {"records", records},
           {"columns", columns},
           {"parameters", parameters}};
+}
+
+WorkbookChoice Views::Workbook(Query const& query) const {
+  auto const table = TableOf(query);
+  WorkbookChoice choice;
+  choice.database = table->Info().DatabaseKey();
+  choice.table = table->Info().Name();
+  choice.records = IdsIn(query, *table);
+  std::string const text = Optional(query, "text");
+  (IsCondition(text) ? choice.where : choice.text) = text;
+  choice.attributes = All(query, "attribute");
+  choice.unitSystem = Optional(query, "units");
+  choice.currency = Optional(query, "currency");
+  return choice;
 }
 
 Json Views::Progress(Query const& query) const {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cli/browse/Data.h"
+#include "cli/browse/Server.h"
 #include "cli/browse/ValueJson.h"
 
 namespace cli::browse {
@@ -41,7 +42,8 @@ class Views {
   Json Tree(Query const& query) const;
   /// Records that hold the words, or meet the condition, of "text": db, table.
   Json Search(Query const& query) const;
-  /// Sheets of records: db, table, id (again for each), units, currency.
+  /// Sheets of records: db, table, id (again for each), version (a GUID, of a single record),
+  /// units, currency.
   Json Records(Query const& query) const;
   /// Names and folders of records: db, table, id (again for each).
   Json Heads(Query const& query) const;
@@ -50,6 +52,9 @@ class Views {
   /// Figures of all records: db, table, attribute (again for each), units, currency, at (an object
   /// with what parameters shall be), anew.
   Json Columns(Query const& query) const;
+  /// What a spreadsheet is to hold: db, table, id (again for each) or text (words or a condition),
+  /// attribute (again for each), units, currency.
+  WorkbookChoice Workbook(Query const& query) const;
   /// How far the reading of a table has come: db, table.
   Json Progress(Query const& query) const;
   /// db, table, id, attribute.

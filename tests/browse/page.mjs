@@ -98,8 +98,36 @@ const steps = {
     await picture('record');
     const csv = String(await download('Download CSV'));
     assert.match(csv, /Density,,2690,2730,kg\/m\^3\r\n/);
+    assert.equal((await download('Download xlsx')).subarray(0, 2).toString(), 'PK');
     await page.getByRole('button', {name: 'Add to the selection: AW-6061-T6'}).click();
     await page.getByRole('link', {name: 'Compare (1)'}).waitFor();
+  },
+  async 'opens the versions of a record'() {
+    const versions = page.locator('.versions a');
+    assert.equal(await versions.count(), 3);
+    await versions.getByText('superseded').click();
+    await page.getByText('This is one of several versions').waitFor();
+    assert.match(page.url(), /version=[0-9a-f-]{36}/);
+    await page.waitForFunction(() => document.querySelector('.versions [aria-current]')?.textContent === 'superseded');
+    await page.getByRole('link', {name: 'Show the current one'}).click();
+    await page.waitForFunction(() => /2690 – 2730/.test(document.querySelector('.values')?.textContent || ''));
+    assert.ok(!page.url().includes('version'));
+  },
+  async 'reads curves off on the axis that is drawn'() {
+    const read = await page.evaluate(async () => {
+      const {valueAt} = await import('/page/curves.js');
+      const {scale} = await import('/page/scale.js');
+      const curve = {x: [1, 100], y: [10, 1000]};
+      const at = (place, xLog, yLog) => valueAt(curve, place, scale(1, 100, 0, 500, xLog), scale(10, 1000, 300, 0, yLog));
+      return [at(10, true, true), at(10, true, false), at(10, false, false), at(200, true, true)];
+    });
+    assert.deepEqual(read.map((one) => one && Math.round(one * 1e6) / 1e6), [100, 505, 100, null]);
+    const slider = page.getByRole('slider', {name: /Read off at/}).first();
+    await slider.focus();
+    await page.keyboard.press('End');
+    const [last, most] = await slider.evaluate((one) => [one.value, one.max]);
+    assert.ok(Math.abs(last - most) < 1e-6, `${last} of ${most}`);
+    assert.doesNotMatch(await slider.evaluate((one) => one.closest('figcaption').textContent), /none here.*none here/);
   },
   async 'switches units, and leads back'() {
     await page.selectOption('#units', 'US customary');
@@ -154,6 +182,25 @@ const steps = {
     await slider.waitFor({state: 'attached'});
     const before = await page.textContent('.better h2');
     assert.match(before, /records above the line/);
+    // Across the line, where no mark takes the pointer away from it.
+    const line = await slider.evaluate((one) => {
+      const at = one.getPointAtLength(one.getTotalLength() / 2).matrixTransform(one.getScreenCTM());
+      return [at.x, at.y];
+    });
+    await page.mouse.move(...line);
+    await page.mouse.down();
+    await page.mouse.move(line[0] - 20, line[1] - 30, {steps: 4});
+    await page.mouse.up();
+    const dragged = await page.textContent('.better h2');
+    assert.ok(parseInt(dragged) < parseInt(before), `${dragged} after ${before} and a drag up`);
+    const merit = await slider.getAttribute('aria-valuenow');
+    assert.ok(page.url().includes(`index=0.5%2C${merit}`), `${page.url()} has ${merit}`);
+    await page.mouse.move(line[0], line[1] - 90);
+    assert.equal(await slider.getAttribute('aria-valuenow'), merit, 'let go');
+    await page.mouse.move(line[0] - 20, line[1] - 30);
+    await page.mouse.down();
+    await page.mouse.move(...line, {steps: 4});
+    await page.mouse.up();
     await slider.focus();
     await page.keyboard.press('PageUp');
     await page.waitForFunction((text) => document.querySelector('.better h2').textContent !== text, before);
@@ -187,6 +234,9 @@ const steps = {
   async 'downloads the chart'() {
     const csv = String(await download('Download CSV'));
     assert.equal(csv.trim().split('\r\n').length, 287);
+    const sheet = await download('Download xlsx');
+    assert.equal(sheet.subarray(0, 2).toString(), 'PK');
+    assert.ok(sheet.length > 15000, `${sheet.length} bytes`);
     const svg = String(await download('Download SVG'));
     assert.match(svg, /<ellipse/);
     assert.ok(!svg.includes('<img'));
@@ -215,6 +265,15 @@ const steps = {
     await page.waitForFunction(() => document.querySelector('.plot .marks rect'));
     assert.match(await page.textContent('.plot'), /Young's modulus \/ Density/);
     await picture('ratio');
+    await page.goto(`${address.split('?')[0]}#/chart?db=ENG_MATERIALS&table=Materials&x=Thermal+expansion+coefficient&xPer=Maximum+service+temperature&y=Yield+strength+%28elastic+limit%29&yPer=Thermal+expansion+coefficient`);
+    await page.waitForFunction(() => Number(document.querySelector('.plot')?.dataset.drawn) > 0);
+    const cut = await page.evaluate(() => {
+      const frame = document.querySelector('.plot').getBoundingClientRect();
+      return [...document.querySelectorAll('.plot text.axis')].map((one) => [one.textContent, one.getBoundingClientRect()])
+        .filter(([, box]) => box.left < frame.left || box.right > frame.right || box.top < frame.top || box.bottom > frame.bottom).map(([text]) => text);
+    });
+    assert.deepEqual(cut, [], 'names of axes are cut');
+    await picture('long');
   },
   async 'shows hostile texts as texts'() {
     await page.goto(`${address.split('?')[0]}#/start?db=ENG_MATERIALS&table=Materials`);

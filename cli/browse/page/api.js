@@ -18,15 +18,17 @@ export function address(path, parameters) {
   return `/api/${path}?${query}`;
 }
 
-export async function ask(path, parameters = {}, signal = undefined) {
-  let response;
+async function answer(path, parameters, signal) {
   try {
-    response = await fetch(address(path, parameters), {signal});
+    return await fetch(address(path, parameters), {signal});
   } catch (error) {
     if (error.name === 'AbortError') throw error;
     throw new Failure({text: 'The command `lumo browse` does not answer.',
       advice: 'It may have ended. Start it again and open the address that it prints.'});
   }
+}
+
+async function dataOf(response) {
   const type = response.headers.get('Content-Type') || '';
   if (!type.startsWith('application/json')) {
     throw new Failure({text: (await response.text()).trim() || `Status ${response.status}`});
@@ -34,6 +36,14 @@ export async function ask(path, parameters = {}, signal = undefined) {
   const data = await response.json();
   if (!response.ok) throw new Failure(data.error);
   return data;
+}
+
+export const ask = async (path, parameters = {}, signal = undefined) => dataOf(await answer(path, parameters, signal));
+
+/** What is not data but a file. */
+export async function bytes(path, parameters) {
+  const response = await answer(path, parameters);
+  return response.ok ? response.blob() : dataOf(response);
 }
 
 /** As `ask`, but what was answered once is kept until `forget`. */

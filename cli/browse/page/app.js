@@ -51,7 +51,7 @@ function tables(server, now) {
 
 /** Only what the view shows is drawn anew: a longer selection leaves the sheet and the tree alone. */
 let before = '';
-const drawn = ({view, db, table, id, units, currency, kept}) => JSON.stringify([view, db, table, id, units, currency, view === 'compare' ? kept : []]);
+const drawn = ({view, db, table, id, units, currency, kept, version}) => JSON.stringify([view, db, table, id, version, units, currency, view === 'compare' ? kept : []]);
 
 async function render(now) {
   const place = find('main');
@@ -80,7 +80,7 @@ async function render(now) {
     before = '';
     await chartView(place, now);
   } else if (before !== drawn(now)) {
-    const isNew = before && JSON.parse(before).slice(0, 4).join() !== JSON.parse(drawn(now)).slice(0, 4).join();
+    const isNew = before && JSON.parse(before).slice(0, 5).join() !== JSON.parse(drawn(now)).slice(0, 5).join();
     before = drawn(now);
     if (now.view === 'record' && now.id) await sheet(place, now);
     else if (now.view === 'compare') await compare(place, now);

@@ -3,7 +3,7 @@
 import {ask, forget, show} from './api.js';
 import {Chart} from './chart.js';
 import {button, choice, h, later, say} from './dom.js';
-import {copyLines, csvOf, pngOf, save, svgText} from './export.js';
+import {copyLines, csvOf, pngOf, save, saveWorkbook, svgText} from './export.js';
 import {indexList, indexTools} from './indexlist.js';
 import {familiesOf, legend} from './legend.js';
 import {count, figure, many, rangeText, unit, withUnit} from './numbers.js';
@@ -11,6 +11,7 @@ import {colours, roundSteps} from './scale.js';
 import {facts} from './sheet.js';
 import {go, state} from './state.js';
 
+const axesOf = (now) => [...new Set([now.x, now.y, now.xPer, now.yPer].filter(Boolean))];
 const nameOf = (attribute, per) => (per ? `${attribute} / ${per}` : attribute);
 
 function unitOf(column, per) {
@@ -127,6 +128,10 @@ function toolbar() {
     button('Show all', () => zoomTo([])),
     view.index, h('span', {class: 'gap'}),
     button('CSV', () => save(`${name()}.csv`, 'text/csv', csv(view.made)), {'aria-label': 'Download CSV'}),
+    button('xlsx', () => {
+      const now = state();
+      saveWorkbook(`${name()}.xlsx`, now, {attributes: axesOf(now), where: now.where});
+    }, {'aria-label': 'Download xlsx'}),
     button('SVG', () => save(`${name()}.svg`, 'image/svg+xml', svgText(view.chart.drawing(), ground())), {'aria-label': 'Download SVG'}),
     button('PNG', async () => save(`${name()}.png`, 'image/png', await pngOf(view.chart.drawing(), ground())), {'aria-label': 'Download PNG'}),
     button('↻', () => { forget(); view.anew = true; refresh(state()); }, {title: 'Read the values from the server again', 'aria-label': 'Read the values again'}));
@@ -162,7 +167,7 @@ const told = {
 /** Reads, with a word on how far it has come. */
 async function read(now) {
   const {db, table, units, currency} = now;
-  const attribute = [...new Set([now.x, now.y, now.xPer, now.yPer].filter(Boolean))];
+  const attribute = axesOf(now);
   const at = Object.keys(now.at).length ? JSON.stringify(now.at) : '';
   const watch = setInterval(async () => {
     try {
@@ -211,7 +216,7 @@ function draw(now) {
   view.index.replaceChildren(...indexTools(view));
   view.chart.draw(view.model);
   indexList(view);
-  const attributes = [...new Set([now.x, now.y, now.xPer, now.yPer].filter(Boolean))];
+  const attributes = axesOf(now);
   view.lines.replaceChildren(copyLines(now, {attributes, where: now.where}));
   view.note.textContent = `${many(made.points.length, 'record')} drawn` +
     (made.without ? `, ${count(made.without)} without both figures${made.xLog || made.yLog ? ' (or not above 0)' : ''}` : '');

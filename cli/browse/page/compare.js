@@ -3,7 +3,7 @@
 import {show} from './api.js';
 import {curveChart} from './curves.js';
 import {button, h} from './dom.js';
-import {copyLines, csvOf, save} from './export.js';
+import {copyLines, csvOf, save, saveWorkbook} from './export.js';
 import {facts, plain, records, valueView} from './sheet.js';
 import {go, leads, state} from './state.js';
 
@@ -48,7 +48,8 @@ export async function compare(place, now) {
     return [h('h1', {}, 'Compare'),
       h('p', {class: 'acts'},
         h('label', {}, h('input', {type: 'checkbox', onchange: (event) => draw(event.target.checked)}), ' Only what differs'),
-        button('Download CSV', () => save('comparison.csv', 'text/csv', csv(found, about.attributes)))),
+        button('Download CSV', () => save('comparison.csv', 'text/csv', csv(found, about.attributes))),
+        button('Download xlsx', () => saveWorkbook('comparison.xlsx', now, {ids: now.kept}))),
       body, copyLines(now, {ids: now.kept, attributes: []})];
   });
 }

@@ -14,33 +14,38 @@ function pathOf(curve, x, y) {
     `${x.place(place).toFixed(1)} ${y.place(curve.y[i] ?? 0).toFixed(1)}`).join('');
 }
 
-/** Between two points on a straight line; nothing outside. */
-function valueAt(curve, place) {
+/** Between two points on the straight line that is drawn, on axes that may be logarithmic; nothing outside. */
+export function valueAt(curve, place, x, y) {
   for (let i = 1; i < curve.x.length; ++i) {
     const [a, b] = [curve.x[i - 1], curve.x[i]];
     if ((place < a) === (place < b) && place !== b && place !== a) continue;
-    const part = b === a ? 0 : (place - a) / (b - a);
-    if (part < 0 || part > 1) continue;
-    return curve.y[i - 1] + part * (curve.y[i] - curve.y[i - 1]);
+    const part = b === a ? 0 : (x.place(place) - x.place(a)) / (x.place(b) - x.place(a));
+    if (part < 0 || part > 1 || curve.y[i] === null || curve.y[i - 1] === null) continue;
+    const [from, to] = [y.place(curve.y[i - 1]), y.place(curve.y[i])];
+    return y.figure(from + part * (to - from));
   }
   return null;
 }
 
 /** The legend, with the values at a place of the axis once a slider was moved. */
-function reading(list, first, names) {
-  const [least, most] = room(list.flatMap((one) => one.x), false);
-  const inner = [Math.min(...list.flatMap((one) => one.x)), Math.max(...list.flatMap((one) => one.x))];
+function reading(list, first, names, x, y) {
+  const places = list.flatMap((one) => one.x), least = Math.min(...places), most = Math.max(...places);
+  // The slider goes along the axis as it is drawn, and ends just where the curves do.
+  const figureAt = (pixel) => Math.min(most, Math.max(least, x.figure(pixel)));
   const outputs = list.map(() => h('output', {}));
   const text = h('output', {});
   const read = (place) => {
     text.textContent = withUnit(figure(place, 4), first.xUnit);
     list.forEach((curve, i) => {
-      const value = valueAt(curve, place);
+      const value = valueAt(curve, place, x, y);
       outputs[i].textContent = value === null ? ' none here' : ` ${withUnit(figure(value, 4), curve.yUnit)}`;
     });
   };
-  const slider = h('input', {type: 'range', min: inner[0], max: inner[1], step: (most - least) / 200 || 1, value: inner[0],
-    oninput: (event) => read(Number(event.target.value)), 'aria-label': `Read off at ${first.xName}`});
+  const slider = h('input', {type: 'range', min: x.place(least), max: x.place(most), step: 'any', value: x.place(least),
+    'aria-label': `Read off at ${first.xName}`, oninput: (event) => {
+      read(figureAt(Number(event.target.value)));
+      slider.setAttribute('aria-valuetext', text.textContent);
+    }});
   return {
     legend: h('ul', {class: 'keys'}, names.map((name, i) => h('li', {}, name.key, name.text, outputs[i]))),
     slider: h('label', {class: 'slider'}, `Read off at ${first.xName} `, slider, ' ', text),
@@ -74,7 +79,7 @@ export function curveChart(curves, yName, yIsLog = false) {
     text: [curve.name, parameterText(curve.parameters)].filter(Boolean).join(', ') || 'value',
     key: s('svg', {width: 26, height: 10, 'aria-hidden': 'true'}, s('path', {d: 'M0 5H26', ...look(i)})),
   }));
-  const {legend, slider} = reading(drawn, first, names);
+  const {legend, slider} = reading(drawn, first, names, x, y);
   return h('figure', {}, out, h('figcaption', {}, slider, legend));
 }
 

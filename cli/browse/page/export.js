@@ -1,5 +1,6 @@
 // Files to save, and the lines that give the same without the page.
 
+import {bytes} from './api.js';
 import {button, h, say} from './dom.js';
 
 export function save(name, type, content) {
@@ -10,6 +11,18 @@ export function save(name, type, content) {
   link.remove();
   setTimeout(() => URL.revokeObjectURL(address), 10000);
   say(`${name} was saved`);
+}
+
+/** A spreadsheet that the command makes, of records by their identities or of a condition. */
+export async function saveWorkbook(name, {db, table, units, currency, version}, {ids = [], attributes = [], where = ''}) {
+  say(`${name} is made`);
+  try {
+    const sheet = await bytes('workbook', {db, table, units, currency, id: ids, version, attribute: attributes, text: where});
+    save(name, sheet.type, sheet);
+  } catch (error) {
+    say(error.told?.text || String(error));
+    alert(error.told?.text || String(error));
+  }
 }
 
 /** Rows as CSV. A text that a spreadsheet would take as a formula gets an apostrophe before it. */

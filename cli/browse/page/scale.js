@@ -70,6 +70,18 @@ export function ticks(axis, pixelsEach) {
   return {labelled: steps(axis.least, axis.most, Math.min(wanted, 5)), fine: all};
 }
 
+const LETTER = 0.56;  // of the height, a little more than the mean
+
+/** The name of an axis in letters that fit, in two lines where one is too long for the smallest. */
+function fitted(label, room) {
+  const size = (text) => Math.min(14, room / (text.length * LETTER));
+  if (size(label) >= 11) return {lines: [label], size: size(label)};
+  const blanks = [...label.matchAll(/ /g)].map((one) => one.index);
+  const middle = blanks.sort((a, b) => Math.abs(a - label.length / 2) - Math.abs(b - label.length / 2))[0];
+  const lines = middle ? [label.slice(0, middle), label.slice(middle + 1)] : [label];
+  return {lines, size: Math.max(6, Math.min(12, ...lines.map(size)))};
+}
+
 /** Grid, figures and names of both axes. `colours` has grid, text and ground. */
 export function axes(x, y, xName, yName, colours) {
   const [left, right, bottom, top] = [x.from, x.to, y.from, y.to];
@@ -89,8 +101,12 @@ export function axes(x, y, xName, yName, colours) {
     text(figure(one), {x: left - 7, y: y.place(one) + 4, 'text-anchor': 'end'});
   }
   out.append(s('rect', {x: left, y: top, width: right - left, height: bottom - top, fill: 'none', stroke: colours.text}));
-  text(xName, {x: (left + right) / 2, y: bottom + 40, 'text-anchor': 'middle', 'font-size': 14});
-  text(yName, {transform: `translate(${left - 52} ${(top + bottom) / 2}) rotate(-90)`, 'text-anchor': 'middle', 'font-size': 14});
+  const name = (label, room, place) => {
+    const {lines, size} = fitted(label, room);
+    lines.forEach((one, i) => text(one, {transform: place(i - lines.length + 1), 'text-anchor': 'middle', 'font-size': size, class: 'axis'}));
+  };
+  name(xName, right - left, (line) => `translate(${(left + right) / 2} ${bottom + 46 + line * 13})`);
+  name(yName, bottom - top, (line) => `translate(${left - 50 + line * 13} ${(top + bottom) / 2}) rotate(-90)`);
   return out;
 }
 

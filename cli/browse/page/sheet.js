@@ -3,7 +3,7 @@
 import {address, ask, askOnce, show} from './api.js';
 import {curveChart, parameterText} from './curves.js';
 import {button, h} from './dom.js';
-import {copyLines, csvOf, save} from './export.js';
+import {copyLines, csvOf, save, saveWorkbook} from './export.js';
 import {figure, many, rangeText, unit, withUnit} from './numbers.js';
 import {go, leads, state} from './state.js';
 
@@ -71,7 +71,7 @@ export function valueView(attribute, value, id) {
 }
 
 export const facts = ({db, table, units, currency}) => askOnce('table', {db, table, units, currency});
-export const records = ({db, table, units, currency}, ids) => ask('records', {db, table, id: ids, units, currency});
+export const records = ({db, table, units, currency, version}, ids) => ask('records', {db, table, id: ids, version, units, currency});
 
 export function keepButton(id, name) {
   const isKept = () => state().kept.includes(id);
@@ -91,8 +91,10 @@ function around(found) {
   const list = found.links.map((group) => h('section', {}, h('h3', {}, group.name), h('ul', {}, group.records.map((one) => h('li', {},
     one.table ? h('a', {...leads({view: 'record', db: one.db, table: one.table, id: one.id, ...(one.table === state().table ? {} : {kept: [], x: '', y: '', xPer: '', yPer: '', where: '', at: {}, hidden: [], zoom: [], index: []})})}, one.name) : one.name,
     one.table && one.table !== state().table ? h('span', {class: 'note'}, `, in ${one.table}`) : null)))));
-  const versions = found.versions.length ? [h('h3', {}, 'Versions'), h('ul', {}, found.versions.map((one) =>
-    h('li', {}, one.state, h('span', {class: 'note'}, ` ${one.guid}`))))] : [];
+  const {id, version} = state();
+  const versions = found.versions.length ? [h('h3', {}, 'Versions'), h('ul', {class: 'versions'}, found.versions.map((one) =>
+    h('li', {}, h('a', {...leads({view: 'record', id, version: one.guid}), 'aria-current': one.guid === version ? 'true' : undefined}, one.state),
+      h('span', {class: 'note'}, ` ${one.guid}`))))] : [];
   return [list.length ? h('h2', {}, 'Linked records') : null, ...list, ...versions].filter(Boolean);
 }
 
@@ -125,7 +127,9 @@ export async function sheet(place, now) {
       h('h1', {}, record.name),
       record.fullName && record.fullName !== record.name ? h('p', {class: 'full'}, record.fullName) : null,
       h('p', {class: 'acts'}, keepButton(record.id, record.name),
-        button('Download CSV', () => save(`${record.name}.csv`, 'text/csv', sheetCsv(record, given)))),
+        button('Download CSV', () => save(`${record.name}.csv`, 'text/csv', sheetCsv(record, given))),
+        button('Download xlsx', () => saveWorkbook(`${record.name}.xlsx`, now, {ids: [record.id]}))),
+      now.version ? h('p', {class: 'note'}, 'This is one of several versions. ', h('a', {...leads({view: 'record', id: now.id})}, 'Show the current one')) : null,
       h('p', {class: 'note'}, 'The bars show where a value lies between the least and the most of the table.'),
       h('table', {class: 'values'}, h('caption', {class: 'unseen'}, `Values of ${record.name}`), h('tbody', {}, small.map((one) => h('tr', {},
         h('th', {scope: 'row'}, one.name), h('td', {}, valueView(one, record.values[one.name], record.id)))))),

@@ -12,7 +12,7 @@ export function state() {
   try { at = JSON.parse(text('at') || '{}'); } catch { /* as if none were given */ }
   return {
     view: path || 'start', db: text('db'), table: text('table'), id: Number(text('id')) || 0,
-    units: text('units'), currency: text('currency'), kept: [...new Set(numbers(text('kept')))],
+    version: text('version'), units: text('units'), currency: text('currency'), kept: [...new Set(numbers(text('kept')))],
     x: text('x'), xPer: text('xPer'), y: text('y'), yPer: text('yPer'),
     linear: text('linear'), hidden: given.getAll('hide'), where: text('where'),
     index: numbers(text('index')), zoom: numbers(text('zoom')),
@@ -22,10 +22,11 @@ export function state() {
 }
 
 export function addressOf(changes) {
-  const next = {...state(), ...changes};
+  const isOther = 'id' in changes || 'view' in changes;  // a version is one of this record alone
+  const next = {...state(), ...(isOther ? {version: ''} : {}), ...changes};
   const query = new URLSearchParams();
   const put = (name, value) => { if (value !== '' && value !== 0) query.set(name, value); };
-  for (const name of ['db', 'table', 'id', 'units', 'currency', 'x', 'xPer', 'y', 'yPer', 'linear', 'where']) {
+  for (const name of ['db', 'table', 'id', 'version', 'units', 'currency', 'x', 'xPer', 'y', 'yPer', 'linear', 'where']) {
     put(name, next[name]);
   }
   put('kept', next.kept.join(','));
