@@ -15,6 +15,7 @@ version = release = re.search(
 ).group(1)
 
 extensions = ["myst_parser", "sphinx.ext.autodoc"]
+myst_heading_anchors = 3  # links to headings, as forges have them
 highlight_language = "none"  # of blocks that do not say it
 html_theme = "alabaster"
 html_theme_options = {

@@ -141,7 +141,7 @@ enum class ConvertedDigits {
 struct ReadOptions {
   std::string unitSystem = {};  ///< such as "SI"; empty for the attributes' own units
   std::string currency = {};    ///< empty for the attributes' own
-  ConvertedDigits digits = ConvertedDigits::All;
+  ConvertedDigits digits = ConvertedDigits::All;  ///< of figures in other units
   /// Records in a call; 0 begins by the number of attributes and adapts to the server.
   std::size_t chunkSize = 0;
   int concurrency = 0;     ///< calls at once; 0: as many as the connection may make
