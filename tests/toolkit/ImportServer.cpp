@@ -67,7 +67,8 @@ std::map<std::string, lumo::Record> ImportTest::All() const {
   return all;
 }
 
-std::size_t ImportTest::CountInLog(std::string const& text) const {
+std::size_t ImportTest::CountInLog(std::string const& text) {
+  m_server->Stop();
   std::string const log = m_log.str();
   std::size_t count = 0;
   for (std::size_t at = 0; (at = log.find(text, at)) != std::string::npos; ++at) ++count;

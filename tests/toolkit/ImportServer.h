@@ -33,8 +33,8 @@ class ImportTest : public testing::Test {
   std::filesystem::path Journal(std::string const& name) const { return m_folder + "/" + name; }
   /// All records with all their values; a record's path comes with its identity.
   std::map<std::string, lumo::Record> All() const;
-  /// How often the log has that text.
-  std::size_t CountInLog(std::string const& text) const;
+  /// How often the log has that text. The server stops, as it writes a call down after its reply.
+  std::size_t CountInLog(std::string const& text);
 
   lumo::Client& Server() { return *m_client; }
   lumo::Table const& Materials() const { return *m_table; }

@@ -326,10 +326,10 @@ TEST_F(ImportTest, GoesOnWhereARunEnded) {
   Mark(Journal("half"), "number BETWEEN 11 AND 30");
   report = lumo::Import::Resume(Server(), Journal("half"), Quick());
   EXPECT_TRUE(report.IsComplete()) << (report.stopped ? report.stopped->what() : "");
-  EXPECT_EQ(CountInLog("<zbt:create>"), 51u) << "and the folder";
   EXPECT_THAT(ErrorOf([&] { SheetOf(cells).Run(Journal("half")); }).what(), HasSubstr("already"));
   EXPECT_THAT(ErrorOf([&] { lumo::Import::Resume(Server(), Journal("nothing")); }).what(),
               HasSubstr("there is no journal"));
+  EXPECT_EQ(CountInLog("<zbt:create>"), 51u) << "and the folder";
 }
 
 // ---- undo
@@ -428,7 +428,6 @@ TEST_F(ImportTest, ChangesLinksAndSubsetsAndPutsThemBack) {
             "Metals/Northern Alloys; Metals/Lowland Light Metals");
   EXPECT_EQ(report.rows[0].changes[0].after, "Metals/Northern Alloys; Metals/Rhine Steel");
   EXPECT_EQ(report.rows[0].changes[1].after, "All materials; Polymers");
-  EXPECT_EQ(CountInLog("<zbt:update>"), 2u) << "of the alloy's subsets and of a full name";
   EXPECT_THAT(RelationsOf(Materials(), "AW-6061-T6"),
               AllOf(HasSubstr("Producers: Metals/Northern Alloys; Metals/Rhine Steel |"),
                     HasSubstr("Processes: "), HasSubstr("| All materials; Polymers")));
@@ -448,6 +447,7 @@ TEST_F(ImportTest, ChangesLinksAndSubsetsAndPutsThemBack) {
   EXPECT_TRUE(lumo::Import::Undo(Server(), Journal("other"), Quick()).IsComplete());
   lumo::Import::Undo(Server(), Journal("links"), Quick());
   EXPECT_EQ(RelationsOf(Materials(), "304"), steel);
+  EXPECT_EQ(CountInLog("<zbt:update>"), 3u) << "of the alloy's subsets and back, and of a name";
 }
 
 TEST_F(ImportTest, TellsWhichLinksAndSubsetsThereAreNot) {
@@ -593,7 +593,6 @@ TEST_F(ImportTest, PassesNothingThatTheServerRefuses) {
   lumo::ImportReport const after = import.Run(Journal("random"), options);
   EXPECT_FALSE(after.stopped) << after.stopped->what();
   EXPECT_EQ(FaultsOf(after), FaultsOf(before));
-  EXPECT_EQ(CountInLog("refused: "), 0u);
   EXPECT_EQ(after.Count(Kind::Refused), before.Count(Kind::Refused));
   EXPECT_GT(before.Count(Kind::Refused), count / 4);
   EXPECT_GT(after.Count(Kind::Create), count / 40);
@@ -605,6 +604,7 @@ TEST_F(ImportTest, PassesNothingThatTheServerRefuses) {
     ADD_FAILURE() << row.changes[0].attribute << ": " << row.changes[0].before << " -> "
                   << row.changes[0].after;
   }
+  EXPECT_EQ(CountInLog("refused: "), 0u);
 }
 
 // ---- values as bytes
