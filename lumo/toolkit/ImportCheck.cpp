@@ -168,6 +168,7 @@ class Completer {
 
   static std::vector<double*> All(std::vector<double>& figures) {
     std::vector<double*> all;
+    all.reserve(figures.size());
     for (double& figure : figures) all.push_back(&figure);
     return all;
   }
