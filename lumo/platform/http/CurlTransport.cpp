@@ -118,12 +118,12 @@ CURLcode Drive(CurlHandle& handle) {
     int running = 0;
     code = Check(curl_multi_perform(handle.Multi(), &running));
     if (code != CURLE_OK) break;
+    NoteRequestSent(handle);  // also where the reply, or its end, came in the same turn
     if (!GoesOn(handle, exchange.options->settings)) {
       return Refuse(exchange, eHttpFailure_Aborted, "aborted by the progress callback",
                     CURLE_ABORTED_BY_CALLBACK);
     }
     if (running == 0) return Outcome(handle);
-    NoteRequestSent(handle);
     int const wait = TimeLeft(exchange);
     if (wait < 0) {
       return Refuse(exchange, eHttpFailure_TimeOut, TimeoutText(exchange.report->phase),
