@@ -31,7 +31,7 @@ namespace {
 
 std::string const kSecret = "s3cr3t-w0rd";
 constexpr int kLimitMs = 200;
-constexpr int kGraceMs = 500;
+constexpr int kGraceMs = 2000;  // for a busy machine; what must not happen takes longer
 
 /// Holds up a resolver until it is opened; each opening lets pass whoever waits.
 class Gate {
@@ -371,7 +371,7 @@ TEST(Abort, EndsACallInEveryWait) {
       EXPECT_EQ(report->phase, wait.phase) << wait.url;
     });
     EXPECT_LT(ended, kLimitMs + kGraceMs);
-    EXPECT_GE(asked, ended / 100) << wait.url;
+    EXPECT_GE(asked, kLimitMs / 100) << wait.url;
   }
   ResolverGate().Open();
 }
