@@ -69,6 +69,17 @@ void CommandTest::Start(sandbox::Content content, sandbox::ServerOptions const& 
   m_url = "http://127.0.0.1:" + std::to_string(m_server->Start(0));
 }
 
+void CommandTest::StartWithLog() {
+  sandbox::ServerOptions options;
+  options.log = &m_log;
+  Start(sandbox::Content::Minimal, options);
+}
+
+std::string CommandTest::Log() {
+  m_server->Stop();
+  return m_log.str();
+}
+
 Outcome CommandTest::Run(std::vector<std::string> const& arguments,
                          std::vector<std::string> const& environment) const {
   pid_t const child = fork();

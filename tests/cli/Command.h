@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,10 @@ class CommandTest : public testing::Test {
   /// Starts with that content; the log-on is none unless options say otherwise.
   void Start(sandbox::Content content = sandbox::Content::Minimal,
              sandbox::ServerOptions const& options = {});
+  /// The same without options, but the server keeps a log.
+  void StartWithLog();
+  /// The log. The server stops, as it writes a call down after its reply.
+  std::string Log();
   /// Runs lumo with these arguments; `environment` has lines such as "LUMO_USER=ann".
   Outcome Run(std::vector<std::string> const& arguments,
               std::vector<std::string> const& environment = {}) const;
@@ -50,6 +55,7 @@ class CommandTest : public testing::Test {
 
  private:
   std::string m_folder;
+  std::ostringstream m_log;
   std::unique_ptr<sandbox::Store> m_store;
   std::unique_ptr<sandbox::Server> m_server;
   std::string m_url;

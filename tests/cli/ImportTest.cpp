@@ -250,15 +250,12 @@ TEST_F(ImportCommand, MakesTheSameTableHoweverOftenItIsKilled) {
   std::string const undisturbed = All();
   std::filesystem::remove(File("journal"));
 
-  std::ostringstream log;
-  sandbox::ServerOptions options;
-  options.log = &log;
-  Start(sandbox::Content::Minimal, options);
+  StartWithLog();
   std::mt19937 random(std::random_device{}());
   Words const resume = {"import", "--resume", File("journal")};
   auto const runOnce = [&](std::chrono::microseconds after) {
     bool const hasBegun = std::filesystem::exists(File("journal"));
-    Outcome const outcome = RunAndKill(hasBegun ? resume : import, after);
+    Outcome outcome = RunAndKill(hasBegun ? resume : import, after);
     // A journal without a plan is from a run that ended before anything was sent.
     if (outcome.code == 2 && hasBegun) std::filesystem::remove(File("journal"));
     return outcome;
@@ -272,7 +269,7 @@ TEST_F(ImportCommand, MakesTheSameTableHoweverOftenItIsKilled) {
   EXPECT_EQ(last.code, 0) << last.error;
   EXPECT_EQ(All(), undisturbed);
   std::size_t creates = 0;
-  std::string const text = log.str();
+  std::string const text = Log();
   for (std::size_t at = 0; (at = text.find("<zbt:create>", at)) != std::string::npos; ++at) {
     ++creates;
   }

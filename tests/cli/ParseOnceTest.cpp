@@ -23,15 +23,12 @@ long RequestsIn(std::string const& log) {
 }  // namespace
 
 TEST_F(CommandTest, ReadsEachReplyToAReadWhileItIsParsed) {
-  std::ostringstream log;
-  sandbox::ServerOptions serverOptions;
-  serverOptions.log = &log;
-  Start(sandbox::Content::Minimal, serverOptions);
+  StartWithLog();
   lumo::ReadOptions options;
   options.chunkSize = 1;
   int const before = ParsedTexts();
   auto const table = lumo::Client::Connect(Url()).OpenTable("ENG_MATERIALS", "Materials");
   for (lumo::Record const& record : table.All().Read({}, options)) EXPECT_NE(record.Name(), "");
-  EXPECT_GT(RequestsIn(log.str()), 5);
+  EXPECT_GT(RequestsIn(Log()), 5);
   EXPECT_EQ(ParsedTexts() - before, 0) << "a reply was parsed again, as a whole tree";
 }
