@@ -34,8 +34,9 @@ std::string WorkbookOf(lumo::Client const& client, browse::WorkbookChoice const&
   context.isQuiet = true;
   context.output.format = Format::Xlsx;
   context.output.file = file.Name();
-  using Kind = RowColumn::Kind;
-  PutOutRecords(context, table, choice, {Kind::Identity, Kind::Folder, Kind::Name, Kind::FullName},
+  PutOutRecords(context, table, choice,
+                {RowColumn::Kind::Identity, RowColumn::Kind::Folder, RowColumn::Kind::Name,
+                 RowColumn::Kind::FullName},
                 true);
   return file.Content();
 }

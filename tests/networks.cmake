@@ -1,9 +1,8 @@
 # The log-on, certificates and proxies against real counterparts, which the scripts start; without
 # their packages these tests are skipped.
 if(LUMO_BUILD_SANDBOX AND LUMO_BUILD_CLI)
-  lumo_add_tests(networks_tests support/Main.cpp support/RawServer.cpp networks/Networks.cpp
-    networks/Setups.cpp networks/KerberosTest.cpp networks/NtlmTest.cpp networks/SetupsTest.cpp
-    networks/TlsTest.cpp)
+  lumo_add_tests(networks_tests networks/Networks.cpp networks/Setups.cpp networks/KerberosTest.cpp
+    networks/NtlmTest.cpp networks/SetupsTest.cpp SECOND networks/TlsTest.cpp)
   target_link_libraries(networks_tests PRIVATE Lumo::Toolkit lumo_cli_parts)
   add_test(NAME networks.setups COMMAND networks_tests --gtest_filter=Setups.*)
   foreach(rig kerberos ntlm tls)

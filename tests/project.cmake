@@ -13,7 +13,6 @@ if(LUMO_BUILD_SANDBOX AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
 endif()
 if(LUMO_BUILD_SANDBOX)
   lumo_add_tests(sandbox_tests
-    support/EveryOperation.cpp
     sandbox/Sandbox.cpp sandbox/BrowseTest.cpp sandbox/CycleTest.cpp sandbox/NamespaceTest.cpp
     sandbox/SandboxTest.cpp
     sandbox/ServerTest.cpp)
@@ -36,11 +35,8 @@ endif()
 if(LUMO_BUILD_CLI)
   find_package(PkgConfig REQUIRED)
   pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
-  lumo_add_tests(cli_tests support/Main.cpp cli/Command.cpp cli/CommandTest.cpp cli/FormsTest.cpp
-    cli/ImportTest.cpp cli/PartsTest.cpp)
-  if(BUILD_SHARED_LIBS)  # whose parser can be counted from outside
-    target_sources(cli_tests PRIVATE support/ParseCounter.cpp cli/ParseOnceTest.cpp)
-  endif()
+  lumo_add_tests(cli_tests cli/Command.cpp cli/CommandTest.cpp cli/ImportTest.cpp cli/PartsTest.cpp
+    ${countingCliTests} SECOND cli/FormsTest.cpp APART ${parseCounter})
   target_compile_definitions(cli_tests PRIVATE LUMO_COMMAND="$<TARGET_FILE:lumo>")
   target_link_libraries(cli_tests PRIVATE lumo_cli_parts PkgConfig::HTTPLIB)
   add_dependencies(cli_tests lumo)

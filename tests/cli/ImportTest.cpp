@@ -15,9 +15,10 @@
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
-using Words = std::vector<std::string>;
 
 namespace {
+
+using Words = std::vector<std::string>;
 
 class ImportCommand : public CommandTest {
  protected:
