@@ -38,7 +38,7 @@ SmartPtr<LumoServiceLayerServices> ConnectTo(std::string const& variable,
 /// What is told of a GET, which fails for that reason; the words alone.
 SmartPtr<HttpReport> Failing(eHttpFailure why, std::string const& variable,
                              HttpTransportSettings const& settings) {
-  auto const report = Asked(*ConnectTo(variable, settings))->GetReport();
+  auto report = Asked(*ConnectTo(variable, settings))->GetReport();
   EXPECT_EQ(report->failure, why);
   return report;
 }

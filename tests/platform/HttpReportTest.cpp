@@ -103,7 +103,7 @@ TEST(Report, TellsWhatWentWrongBeforeARequestWentOut) {
   HttpTransportSettings settings;
   settings.caFile = "/nowhere";
   EXPECT_EQ(ReportOf(withTls, settings)->failure, eHttpFailure_Tls);
-  settings.caFile = std::string(9'000'000, 'x');  // libcurl takes no texts of this length
+  settings.caFile = Repeated("x", 9'000'000);  // libcurl takes no texts of this length
   auto const report = ReportOf(plain.Url(), settings);
   EXPECT_EQ(report->failure, eHttpFailure_Setup);
   EXPECT_EQ(report->phase, eHttpPhase_None);
@@ -268,6 +268,7 @@ class CountingServer {
     m_waiting = 0;
     m_atOnce = count;
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) threads.emplace_back([&client] { Post(client); });
     for (std::thread& thread : threads) thread.join();
     m_atOnce = 0;

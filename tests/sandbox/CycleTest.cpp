@@ -90,7 +90,7 @@ SmartPtr<ImportAttributeValue> Setting(std::string const& attribute,
 }
 
 SmartPtr<RangeDataType> RangeOf(double low, double high, std::string const& unit) {
-  auto const range = RangeDataType::CreateOne();
+  auto range = RangeDataType::CreateOne();
   range->SetLow(low);
   range->SetHigh(high);
   range->SetUnitSymbol(unit);

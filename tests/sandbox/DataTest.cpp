@@ -117,7 +117,7 @@ TEST(FullContent, MaterialsHoldSensibleFigures) {
         ++composed;
         double sums[2] = {0, 0};
         for (auto const& row : table->GetRows()) {
-          auto const figure = [&](int i) {
+          auto const figure = [&](std::size_t i) {
             auto const& cell = dynamic_cast<PointDataType&>(*row->At(i)->GetData());
             return cell.AccessPoints().at(0)->GetValue();
           };

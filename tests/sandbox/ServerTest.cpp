@@ -371,7 +371,8 @@ TEST(Log, TellsWhatWasSentButNoProofOfIdentity) {
   sandbox::ServerOptions options = WithLogOn(sandbox::LogOn::Basic);
   options.log = &log;
   OwnServer server(options);
-  Outcome(server.Url(), LumoSLAuth_Authenticated::CreateOne(options.user, options.password));
+  Outcome const outcome(server.Url(),
+                        LumoSLAuth_Authenticated::CreateOne(options.user, options.password));
   server.Stop();
   EXPECT_THAT(log.str(), AllOf(HasSubstr(" GetTables 401 in "), HasSubstr(" GetTables 200 in "),
                                HasSubstr(" ms, done\n"),

@@ -18,7 +18,7 @@ std::string const kAttribute =
 
 template <class Request>
 SmartPtr<Request> ForAttribute3() {
-  auto const request = Request::CreateOne();
+  auto request = Request::CreateOne();
   request->AddAttributeReference(Read<AttributeReference>("<a>" + kAttribute + "</a>"));
   return request;
 }

@@ -13,13 +13,13 @@ namespace {
 using Pseudo = AttributeReference::PseudoAttrs;
 
 SmartPtr<RecordReference> RecordOf(std::string const& dbKey) {
-  auto const record = RecordReference::CreateOne();
+  auto record = RecordReference::CreateOne();
   record->SetDBKey(dbKey);
   return record;
 }
 
 SmartPtr<AttributeReference> AttributeOf(int identity) {
-  auto const attribute = AttributeReference::CreateOne();
+  auto attribute = AttributeReference::CreateOne();
   attribute->SetAttributeID(identity);
   return attribute;
 }

@@ -12,7 +12,7 @@ using testing::SizeIs;
 namespace {
 
 SmartPtr<RecordLinkGroupReference> Group4() {
-  auto const group = RecordLinkGroupReference::CreateOne();
+  auto group = RecordLinkGroupReference::CreateOne();
   group->SetRecordLinkGroupIdentity(4);
   return group;
 }

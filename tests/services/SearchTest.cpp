@@ -14,7 +14,7 @@ std::string const kFlagsOff = "<sear:populateGUIDs>false</sear:populateGUIDs>";
 
 template <class T>
 SmartPtr<T> With(double value, std::string const& unit) {
-  auto const condition = T::CreateOne();
+  auto condition = T::CreateOne();
   condition->SetValue(value);
   condition->SetUnit(unit);
   return condition;

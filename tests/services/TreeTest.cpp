@@ -12,7 +12,7 @@ using testing::SizeIs;
 namespace {
 
 SmartPtr<RecordReference> RecordOf(std::string const& dbKey) {
-  auto const record = RecordReference::CreateOne();
+  auto record = RecordReference::CreateOne();
   record->SetDBKey(dbKey);
   return record;
 }

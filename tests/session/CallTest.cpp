@@ -213,13 +213,13 @@ namespace {
 
 struct OddReply {
   char const* name;
-  std::string bytes;         ///< what the server sends before it closes
-  int code;                  ///< 500 with "GetTables FAILED" for no reply
-  std::string text;          ///< the response's text
-  std::string fault = "";    ///< its error message
-  std::string logPart = "";  ///< part of the first error line; none is logged when empty
-  std::size_t tables = 0;    ///< tables in the response
-  bool reset = false;        ///< the server resets instead of closing
+  std::string bytes;       ///< what the server sends before it closes
+  int code;                ///< 500 with "GetTables FAILED" for no reply
+  std::string text;        ///< the response's text
+  std::string fault{};     ///< its error message
+  std::string logPart{};   ///< part of the first error line; none is logged when empty
+  std::size_t tables = 0;  ///< tables in the response
+  bool reset = false;      ///< the server resets instead of closing
 };
 
 void PrintTo(OddReply const& reply, std::ostream* out) { *out << reply.name; }
@@ -464,6 +464,7 @@ TEST(Threads, ShareOneSessionAndOneOutcome) {
   auto const outcome = AskForTables(*services, &shared);
   std::atomic<int> good{0};
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([&] {
       if (outcome->GetResponseMessage() == kTablesReply) ++good;

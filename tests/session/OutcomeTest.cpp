@@ -36,7 +36,7 @@ class Answer : public HttpTransport {
 class Server {
  public:
   Server(int status, std::string const& body, ILogger* logger = nullptr) {
-    SmartPtr<HttpTransport> const answer(new Answer(status, body));
+    SmartPtr<HttpTransport> answer(new Answer(status, body));
     HttpClient::SetTransportFactory([answer] { return answer; });
     m_services = Connect("http://x", logger);
     HttpClient::SetTransportFactory(nullptr);
@@ -58,10 +58,10 @@ struct Row {
   std::string body;
   CallOutcomes::eCallOutcome outcome;
   std::string error;
-  std::string faultCode = "";
-  std::string faultText = "";
-  std::string faultDetail = "";
-  std::string errorMessage = "";
+  std::string faultCode{};
+  std::string faultText{};
+  std::string faultDetail{};
+  std::string errorMessage{};
 };
 
 void PrintTo(Row const& row, std::ostream* out) { *out << row.name; }

@@ -21,7 +21,7 @@ std::string RawConnection::ReadRequest() {
       std::size_t const header = m_read.find("Content-Length: ");
       if (header < end) length = std::strtoul(m_read.c_str() + header + 16, nullptr, 10);
       if (m_read.size() >= end + 4 + length) {
-        std::string const request = m_read.substr(0, end + 4 + length);
+        std::string request = m_read.substr(0, end + 4 + length);
         m_read.erase(0, request.size());
         m_keep(request);
         return request;

@@ -217,6 +217,7 @@ TEST(Gate, GrowsSlowlyWhileItIsUsedUp) {
   EXPECT_EQ(gate->Width(8), 4);
   EXPECT_EQ(gate->Width(2), 2);
   std::vector<std::unique_ptr<lumo::Gate::Place>> places;
+  places.reserve(3);
   for (int i = 0; i < 3; ++i) places.push_back(gate->Enter(8));
   for (int i = 0; i < 100; ++i) gate->NoteSuccess();
   EXPECT_EQ(gate->Width(8), 4);  // nobody waited

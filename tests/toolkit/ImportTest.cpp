@@ -106,10 +106,7 @@ TEST_F(ImportTest, ReadsWhatPeopleType) {
        "Year of first use", "Hardness by condition"},
       {"A", "2.8 to 2.9", "> 3", "YES", "excellent; limited use", "2026-03-17", "1999.0", "~100"},
       {"B", "2.8 - 2.9", "<4 EUR/kg", "0", "", "", "", "7 HV"},
-      {"C",
-       "2.8\xE2\x80\x93"
-       "2.9",
-       "..5", "", "", "2026-03-17T09:30:00", "", ""},
+      {"C", "2.8\u20132.9", "..5", "", "", "2026-03-17T09:30:00", "", ""},
       {"D", "2800..2900 kg/m^3", "2..", "", "", "", "", ""}};
   ASSERT_THAT(FaultsOf(SheetOf(cells).Run(Journal("a"))), IsEmpty());
   for (char const* const name : {"A", "B", "C", "D"}) {

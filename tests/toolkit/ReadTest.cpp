@@ -34,6 +34,7 @@ std::vector<lumo::Record> AllOf(lumo::RecordStream stream) {
 
 std::vector<int> IdentitiesOf(std::vector<lumo::Record> const& records) {
   std::vector<int> identities;
+  identities.reserve(records.size());
   for (lumo::Record const& record : records) identities.push_back(record.Id().identity);
   return identities;
 }
