@@ -39,6 +39,7 @@ constexpr PseudoName kPseudoNames[] = {
 
 AttributeReference::AttributeReference(XmlNode<char> const* node) : FromXml(node) {
   lumo::NodeReader in(node);
+  in.StepOver({"dbKey"});
   in.Child("attributeIdentity", m_attributeID);
   lumo::NodeReader name = in.In("name");
   name.Attribute("isStandard", m_isStandardName);

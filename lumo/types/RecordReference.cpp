@@ -8,6 +8,7 @@
 
 RecordReference::RecordReference(XmlNode<char> const* node) : FromXml(node) {
   lumo::NodeReader in(node);
+  in.StepOver({"dbKey"});
   in.In("identity").Child("recordHistoryIdentity", m_identity);
   auto const readGuid = [this, &in](std::string_view name, std::string Guids::*guid) {
     std::string text;

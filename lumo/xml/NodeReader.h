@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cassert>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -22,11 +23,11 @@ namespace lumo {
 ///     in.Child("dbKey", m_dbKey);
 ///     in.In("tableDetails").Children("table", m_tableDetails);
 ///
-/// Names are local names. What is absent leaves its field unchanged, and a null node has nothing.
-/// Numbers and booleans that do not convert throw, see `lumo::IntegerFromText`. Enumerations pass
-/// the function that makes a value from a text as the last argument. Ask for each name once, which
-/// debug builds assert: fields read in the order of the wire cost one walk over the children in
-/// all.
+/// Names are local names, without ":". What is absent leaves its field unchanged, and a null node
+/// has nothing. Numbers and booleans that do not convert throw, see `lumo::IntegerFromText`.
+/// Enumerations pass the function that makes a value from a text as the last argument. Ask for each
+/// name once, which debug builds assert: fields read in the order of the wire cost one walk over
+/// the children in all.
 class LUMO_API NodeReader {
  public:
   explicit NodeReader(XmlNode<char> const* node)
@@ -83,6 +84,14 @@ class LUMO_API NodeReader {
     }
   }
 
+  /// Steps over the next children that have these names: a base has read them, by a reader of its
+  /// own.
+  void StepOver(std::initializer_list<std::string_view> names) {
+    for (std::string_view const name : names) {
+      if (m_next != nullptr && HasLocalName(*m_next, name)) m_next = m_next->next_sibling();
+    }
+  }
+
   /// Steps inside the first such child.
   NodeReader In(std::string_view name) { return NodeReader(Find(name, true)); }
 
@@ -116,13 +125,15 @@ class LUMO_API NodeReader {
   }
 
  private:
-  /// In the order of the wire the child is the next one.
+  /// In the order of the wire the child is the next one, or there is none left.
   XmlNode<char> const* Find(std::string_view name, bool mayGrow = false) {
     assert(!WasRead(name) && "a name is asked for once");
-    if (m_passedOver || m_next == nullptr || !HasLocalName(*m_next, name)) {
-      return Search(name, mayGrow);
+    if (m_passedOver) return Search(name, mayGrow);
+    if (m_next != nullptr && HasLocalName(*m_next, name)) {
+      return std::exchange(m_next, m_next->next_sibling());
     }
-    return std::exchange(m_next, m_next->next_sibling());
+    bool const isAtEnd = m_next == nullptr && (m_node == nullptr || !IsGrowing(*m_node));
+    return isAtEnd ? nullptr : Search(name, mayGrow);
   }
   XmlNode<char> const* Search(std::string_view name, bool mayGrow);
   bool WasRead(std::string_view name) const;

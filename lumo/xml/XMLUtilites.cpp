@@ -4,12 +4,19 @@
 #include "lumo/xml/GrowingTree.h"
 #include "lumo/xml/Make.h"
 #include "lumo/xml/Namespaces.h"
-#include "lumo/xml/NodeReader.h"
 
 namespace {
 
+/// The first with that local name, which callers may give with a ":": what lies before the first
+/// one of a document's name is its prefix.
+template <class Item>
+Item* FirstOf(Item* item, std::string_view name) {
+  while (item != nullptr && lumo::LocalName(*item) != name) item = lumo::NextOf(*item);
+  return item;
+}
+
 XmlNode<char>* FirstChild(XmlNode<char> const* parent, std::string_view name) {
-  return parent == nullptr ? nullptr : lumo::FirstNamed(lumo::FirstChild(*parent), name);
+  return parent == nullptr ? nullptr : FirstOf(lumo::FirstChild(*parent), name);
 }
 
 XmlNode<char>* MakeNode(std::string_view name, std::string_view value,
@@ -38,13 +45,12 @@ XmlNode<char>* XMLUtilites::GetNode(std::string const& name, XmlDocument<char> c
 
 void XMLUtilites::GetNodes(std::string const& name, XmlNode<char> const* parent,
                            std::vector<XmlNode<char> const*>& out) {
-  if (parent != nullptr) lumo::FirstChild(*parent);  // none is to be dropped
-  lumo::NodeReader(parent).ForEach(name,
-                                   [&out](XmlNode<char> const& child) { out.push_back(&child); });
+  auto* child = FirstChild(parent, name);
+  for (; child != nullptr; child = FirstOf(child->next_sibling(), name)) out.push_back(child);
 }
 
 XmlAttribute<char>* XMLUtilites::GetAttr(std::string const& name, XmlNode<char> const* node) {
-  return node == nullptr ? nullptr : lumo::FirstNamed(node->first_attribute(), name);
+  return node == nullptr ? nullptr : FirstOf(node->first_attribute(), name);
 }
 
 std::string XMLUtilites::GetText(XmlNode<char> const* node) {

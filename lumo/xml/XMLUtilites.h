@@ -104,13 +104,10 @@ inline bool IsSameText(char const* one, char const* other, std::size_t size) {
   return true;
 }
 
-/// Whether that is the name without its prefix. Most names that differ do so in length: they
-/// have no ":" where the prefix would end, so that nothing is compared for them.
+/// Whether that is the name without its prefix; `local` has no ":". Most names that differ do so in
+/// length: they have no ":" where the prefix would end, so that nothing is compared for them.
 inline bool HasLocalName(std::string_view name, std::string_view local) {
-  if (name.size() == local.size()) {
-    return IsSameText(name.data(), local.data(), local.size()) &&
-           local.find(':') == std::string_view::npos;  // which is known of literals
-  }
+  if (name.size() == local.size()) return IsSameText(name.data(), local.data(), local.size());
   if (name.size() < local.size()) return false;
   std::size_t const colon = name.size() - local.size() - 1;
   if (name[colon] != ':') return false;
