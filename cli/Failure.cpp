@@ -14,8 +14,6 @@ namespace {
 using lumo::ErrorCode;
 using lumo::HintCode;
 
-constexpr std::string_view kNoAttribute = "there is no attribute ";
-
 std::string AllQuoted(std::vector<std::string> const& names, std::string const& joint) {
   std::string text;
   for (std::string const& name : names) {
@@ -56,6 +54,7 @@ std::string HintText(lumo::Hint const& hint) {
     case HintCode::GivePassword: return "; set LUMO_PASSWORD or name a file with --password-file";
     case HintCode::GiveServer: return ": give --url or --server, set LUMO_URL, or try --sandbox";
     case HintCode::LookBeforeRepeating: return "; see whether it has happened before you repeat it";
+    case HintCode::NameEach: return "; name each by itself: " + AllQuoted(all, " and ");
     default: break;
   }
   std::string const step = NextStep(hint);
@@ -70,10 +69,7 @@ std::string TextOf(lumo::Error const& error) {
   bool const isSaid = error.Hint().code == HintCode::OneOf &&
                       (error.Code() == ErrorCode::Ambiguous ||
                        text.find(lumo::Joined(error.Hint().arguments)) != std::string::npos);
-  if (isSaid) return text;
-  bool const isList = error.Code() == ErrorCode::NotFound && text.find(',') != std::string::npos &&
-                      text.compare(0, kNoAttribute.size(), kNoAttribute) == 0;
-  return text + (isList ? "; give -a once for each attribute: -a density -a price" : hint);
+  return isSaid ? text : text + hint;
 }
 
 void Refuse(std::string const& text, lumo::Hint hint) {

@@ -29,7 +29,7 @@ void Raise(Error const& error) {
   details["offered_log_ons"] = error.OfferedLogOns();
   details["body_start"] = error.BodyStart();
   details["records_done"] = error.RecordsDone();
-  static_assert(static_cast<int>(HintCode::LookBeforeRepeating) == 35,
+  static_assert(static_cast<int>(HintCode::NameEach) == 36,
                 "lumo/errors.py words the hints in the order of their codes");
   details["is_retryable"] = error.IsRetryable();
   details["hint_code"] = static_cast<int>(error.Hint().code);

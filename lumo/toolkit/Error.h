@@ -40,41 +40,42 @@ LUMO_API bool IsRetryable(ErrorCode code);
 /// `--user` for one is `user=` for another.
 enum class HintCode {
   None,
-  DidYouMean,          ///< a name that is alike
-  OneOf,               ///< the names or identities that there are
-  CheckName,           ///< the host whose name has no address
-  CheckAddress,        ///< the URL that does not answer as a service layer
-  UseHttps,            ///< the URL that wants https
-  UseHttp,             ///< the URL that wants http
-  FollowRedirect,      ///< where the server sends its callers
-  TrustAuthority,      ///< the CA file or folder in use, empty for the system's; who chose it
-  CheckFile,           ///< the file that cannot be read or used; who chose it
-  RenewCertificate,    ///< the host whose certificate is out of date
-  CheckHost,           ///< the host that the certificate does not name
-  GiveCertificate,     ///< the client certificate that the server refuses, empty for none
-  CheckConnection,     ///< the URL where nothing answers
-  CheckProxy,          ///< the proxy, and the variable or option that names it
-  LogOnToProxy,        ///< the proxy that refuses the log-on, then the methods that it offers
-  AskProxy,            ///< the proxy that does not let calls through, and the host they are for
-  LogOn,               ///< a user or ticket is needed; the methods that the server offers
-  GivePassword,        ///< the user whose password nobody gave
-  GiveServer,          ///< no server is named
-  CheckPassword,       ///< the user whose log-on is refused, and by which method
-  AvoidNtlm,           ///< the user whose password has characters with which NTLM does not work
-  GetTicket,           ///< there is no ticket, or its time is over; what the ticket's library says
-  CheckServerName,     ///< the host that the tickets' realm does not know
-  CheckRealm,          ///< the realm's servers are not found; what the ticket's library says
-  SetClock,            ///< by how many seconds this machine's clock is fast, empty when unknown
-  CheckTicket,         ///< what the ticket's library says
-  AskForRights,        ///< the user, empty for none
-  WaitSeconds,         ///< how long the server wants to be left alone, in seconds
-  TryLater,            ///< the server has too much to do, or is not running behind its gate
-  WaitLonger,          ///< the limit in seconds within which the server said nothing
-  SendLess,            ///< the request is too large for the server
-  CheckNamespace,      ///< the base of namespaces that the server does not know
-  UseNamespace,        ///< the base of the server's own namespaces
-  CheckVersion,        ///< the interface version that the server speaks
-  LookBeforeRepeating  ///< see whether the change has happened
+  DidYouMean,           ///< a name that is alike
+  OneOf,                ///< the names or identities that there are
+  CheckName,            ///< the host whose name has no address
+  CheckAddress,         ///< the URL that does not answer as a service layer
+  UseHttps,             ///< the URL that wants https
+  UseHttp,              ///< the URL that wants http
+  FollowRedirect,       ///< where the server sends its callers
+  TrustAuthority,       ///< the CA file or folder in use, empty for the system's; who chose it
+  CheckFile,            ///< the file that cannot be read or used; who chose it
+  RenewCertificate,     ///< the host whose certificate is out of date
+  CheckHost,            ///< the host that the certificate does not name
+  GiveCertificate,      ///< the client certificate that the server refuses, empty for none
+  CheckConnection,      ///< the URL where nothing answers
+  CheckProxy,           ///< the proxy, and the variable or option that names it
+  LogOnToProxy,         ///< the proxy that refuses the log-on, then the methods that it offers
+  AskProxy,             ///< the proxy that does not let calls through, and the host they are for
+  LogOn,                ///< a user or ticket is needed; the methods that the server offers
+  GivePassword,         ///< the user whose password nobody gave
+  GiveServer,           ///< no server is named
+  CheckPassword,        ///< the user whose log-on is refused, and by which method
+  AvoidNtlm,            ///< the user whose password has characters with which NTLM does not work
+  GetTicket,            ///< there is no ticket, or its time is over; what the ticket's library says
+  CheckServerName,      ///< the host that the tickets' realm does not know
+  CheckRealm,           ///< the realm's servers are not found; what the ticket's library says
+  SetClock,             ///< by how many seconds this machine's clock is fast, empty when unknown
+  CheckTicket,          ///< what the ticket's library says
+  AskForRights,         ///< the user, empty for none
+  WaitSeconds,          ///< how long the server wants to be left alone, in seconds
+  TryLater,             ///< the server has too much to do, or is not running behind its gate
+  WaitLonger,           ///< the limit in seconds within which the server said nothing
+  SendLess,             ///< the request is too large for the server
+  CheckNamespace,       ///< the base of namespaces that the server does not know
+  UseNamespace,         ///< the base of the server's own namespaces
+  CheckVersion,         ///< the interface version that the server speaks
+  LookBeforeRepeating,  ///< see whether the change has happened
+  NameEach              ///< the names in a text that has several, with commas between them
 };
 
 /// What to do next, for a program to put in words of its own.

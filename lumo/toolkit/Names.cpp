@@ -63,6 +63,21 @@ std::vector<std::size_t> BestPlaces(std::vector<std::string> const& names,
   return PlacesWhere(names, [&](std::string const& one) { return HasWords(one, words); });
 }
 
+/// What stands between the commas, where one of it is a name by itself; nothing otherwise.
+std::vector<std::string> SeveralNames(std::vector<std::string> const& names,
+                                      std::string const& text) {
+  std::vector<std::string> parts;
+  bool isNamed = false;
+  for (std::size_t at = 0, end = 0; end != std::string::npos; at = end + 1) {
+    end = text.find(',', at);
+    std::string_view const part = Trimmed(std::string_view(text).substr(at, end - at));
+    if (part.empty()) continue;
+    parts.emplace_back(part);
+    isNamed = isNamed || BestPlaces(names, parts.back()).size() == 1;
+  }
+  return isNamed && parts.size() > 1 ? parts : std::vector<std::string>();
+}
+
 std::string Plural(std::string const& what) {
   return what.back() == 'y' ? what.substr(0, what.size() - 1) + "ies" : what + "s";
 }
@@ -86,7 +101,8 @@ std::string Plural(std::string const& what) {
 
 void ThrowNotFound(std::string const& what, std::string const& name,
                    std::vector<std::string> const& names) {
-  Hint hint = {HintCode::DidYouMean, Alike(name, names)};
+  Hint hint = {HintCode::NameEach, SeveralNames(names, name)};
+  if (hint.arguments.empty()) hint = {HintCode::DidYouMean, Alike(name, names)};
   if (hint.arguments.empty()) {
     hint = names.size() <= kFewNames && !names.empty() ? Hint{HintCode::OneOf, names} : Hint();
   }

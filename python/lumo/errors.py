@@ -78,6 +78,7 @@ _HINTS = (
     ("the server speaks version {0}, and this package another one", ""),
     ("see whether the change has happened before you repeat it",
      "see whether the change has happened before you repeat it"),
+    ("name each by itself: {all}", ""),
 )  # fmt: skip
 
 

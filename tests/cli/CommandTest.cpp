@@ -56,7 +56,7 @@ TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
       {{"units", kDatabase, "--from", "mPa"}, 2, "there is no unit \"mPa\"; did you mean"},
       {OnMaterials("get", {"--sort", "Colour"}), 2, "there is no attribute \"Colour\""},
       {OnMaterials("get", {"-a", "density,price"}), 2,
-       "there is no attribute \"density,price\"; give -a once for each attribute"},
+       "there is no attribute \"density,price\"; name each by itself: \"density\" and \"price\""},
       {OnMaterials("get", {"--descending"}), 2, "--sort"},
       {{"get"}, 2, "name a database and a table"},
       {{"get", "--partition", "/nowhere/part"}, 2, "neither a partition nor a file"},

@@ -47,6 +47,11 @@ TEST(Names, ThatMeanNothingOrTooMuchAreRefusedWithCandidates) {
   EXPECT_STREQ(unknown.what(), "there is no attribute \"Densty\"");
   EXPECT_EQ(unknown.Hint().code, HintCode::DidYouMean);
   EXPECT_THAT(unknown.Hint().arguments, ElementsAre("Density"));
+  lumo::Error const list = ErrorOf([] { lumo::FindName(kNames, "density, x,", "attribute"); });
+  EXPECT_EQ(list.Hint().code, HintCode::NameEach);
+  EXPECT_THAT(list.Hint().arguments, ElementsAre("density", "x"));
+  EXPECT_EQ(ErrorOf([] { lumo::FindName(kNames, "x, y", "attribute"); }).Hint().code,
+            HintCode::None);
   lumo::Error const several = ErrorOf([] { lumo::FindName(kNames, "yield", "attribute"); });
   EXPECT_EQ(several.Code(), ErrorCode::Ambiguous);
   EXPECT_STREQ(several.what(),
