@@ -129,7 +129,7 @@ Attribute const& ImportFields::Find(std::string const& name) {
 
 std::string const& ImportFields::FaultOf(Attribute const& field) {
   static std::string const kNone;
-  return KindOf(field.name) == Kind::Links ? FieldOf(field).group.fault : kNone;
+  return IsLinks(field.name) ? FieldOf(field).group.fault : kNone;
 }
 
 // ---- what is wanted

@@ -28,6 +28,7 @@ class ImportFields {
   enum class Kind { Values, Links, Subsets };
   /// Of a name that the journal keeps.
   static Kind KindOf(std::string const& name);
+  static bool IsLinks(std::string const& name) { return KindOf(name) == Kind::Links; }
   /// For people: "links: Producers", "subsets", or the attribute.
   static std::string ShownName(std::string const& name);
 

@@ -31,8 +31,7 @@ std::map<int, std::string> FullNamesOf(Connection& connection, std::vector<Step>
 
 bool HasLinks(Step const& step, std::string const& group) {
   return std::any_of(step.values.begin(), step.values.end(), [&](Step::Content const& value) {
-    return ImportFields::KindOf(value.attribute) == ImportFields::Kind::Links &&
-           (group.empty() || value.attribute == group);
+    return ImportFields::IsLinks(value.attribute) && (group.empty() || value.attribute == group);
   });
 }
 
@@ -70,7 +69,7 @@ void LookForChanges(OpenedTable& table, ImportFields& fields, Connection& connec
   for (Step const& step : steps) {
     heads.push_back({step.record, step.name, "", step.folder});
     for (Step::Content const& value : step.values) {
-      if (ImportFields::KindOf(value.attribute) == ImportFields::Kind::Links) continue;  // later
+      if (ImportFields::IsLinks(value.attribute)) continue;  // later
       attributes.insert(&fields.Find(value.attribute));
     }
   }

@@ -40,7 +40,7 @@ bool IsRefusal(Error const& error) { return error.Code() == ErrorCode::ServerFau
 bool HasLinksAlone(Step const& step) {
   return step.kind == RowVerdict::Kind::Change && step.fullName.empty() &&
          std::all_of(step.values.begin(), step.values.end(), [](Step::Content const& value) {
-           return ImportFields::KindOf(value.attribute) == ImportFields::Kind::Links;
+           return ImportFields::IsLinks(value.attribute);
          });
 }
 
@@ -243,7 +243,7 @@ void ImportRun::Finish(Steps const& steps) {
   for (Step const& step : steps) {
     if (LacksName(step)) named.push_back(step);
     for (Step::Content const& value : step.values) {
-      bool const isLink = ImportFields::KindOf(value.attribute) == ImportFields::Kind::Links;
+      bool const isLink = ImportFields::IsLinks(value.attribute);
       if (isLink) groups.insert(value.attribute);
     }
   }
