@@ -6,7 +6,6 @@
 set -euo pipefail
 kind=$1 source=$2 tests=$3 lumo=$4
 export LUMO_SANDBOX=$5
-export ASAN_OPTIONS=verify_asan_link_order=0  # with another clock, that comes first
 
 if [ -z "${RIG-}" ]; then  # not in the rig yet
   "$source/scripts/with-$kind" "$0" "$@"
@@ -25,14 +24,25 @@ expect() {
   [ "$code" -eq "$1" ] || fail "code $code instead of $1 from ${*:2}"
 }
 
+# with_fast_clock COMMAND...: runs it with a clock that is 20 minutes fast; but not a sanitized one,
+# whose allocator asks for the time with a lock held: libfaketime, which allocates when it is asked
+# for the first time, may then wait for that lock for ever.
+with_fast_clock() {
+  if grep -q __asan_init "$1"; then
+    echo "not tried with another clock: $1 is sanitized"
+  else
+    LD_PRELOAD=$(echo /usr/lib/*/faketime/libfaketime.so.1) FAKETIME=+20m "$@"
+  fi
+}
+
 run_kerberos() {
   cp "${KRB5CCNAME#FILE:}" "$RIG/fresh"  # there is no ticket for a server in it
   sed '/kdc =/d' "$KRB5_CONFIG" >"$RIG/no-realm.conf"
   # The tests between leave a ticket for the server behind.
-  faketime -f +20m "$tests" --gtest_filter='KerberosClockOff*'
+  with_fast_clock "$tests" --gtest_filter='KerberosClockOff*'
   "$tests" --gtest_filter='Kerberos.*:KerberosSetups.*'
   LUMO_TEST_LOCALE=de_DE.UTF-8 LANGUAGE=de "$tests" --gtest_filter='KerberosSetups.*'
-  faketime -f +20m "$tests" --gtest_filter='KerberosClockOff*'
+  with_fast_clock "$tests" --gtest_filter='KerberosClockOff*'
   expect 0 "$lumo" doctor --ticket --verbose
   KRB5CCNAME=FILE:/nowhere expect 3 "$lumo" doctor --ticket --json
   KRB5CCNAME=FILE:/nowhere expect 3 "$lumo" databases --ticket --verbose
