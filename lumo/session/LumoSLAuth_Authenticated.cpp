@@ -3,7 +3,7 @@
 #include "lumo/platform/core/WideText.h"
 
 SmartPtr<LumoSLAuth_Authenticated> LumoSLAuth_Authenticated::CreateOne() {
-  return {new LumoSLAuth_Authenticated("", "")};
+  return {new LumoSLAuth_Authenticated()};
 }
 
 SmartPtr<ILumoSLAuthModule> LumoSLAuth_Authenticated::CreateOne(std::string const& username,

@@ -15,6 +15,7 @@ class LUMO_API LumoSLAuth_Authenticated : public ILumoSLAuthModule {
   static SmartPtr<ILumoSLAuthModule> CreateOne(std::string const& domain,
                                                std::string const& username,
                                                std::string const& password);
+  LumoSLAuth_Authenticated() = default;
   LumoSLAuth_Authenticated(std::string const& username, std::string const& password);
   LumoSLAuth_Authenticated(std::string const& domain, std::string const& username,
                            std::string const& password);

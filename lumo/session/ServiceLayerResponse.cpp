@@ -113,8 +113,11 @@ bool ServiceLayerResponse::SetFault(std::string const& operation, XmlDocument<ch
   if (own != nullptr && !hasSuccess) {
     m_errorMessage = XMLUtilites::GetText(own->first_node("faultstring"));
   }
+  std::string said = OneLine(m_faultText);
+  if (said.empty()) said = OneLine(m_faultCode);
+  if (said.empty()) said = "status " + std::to_string(m_responseCode);
   SetOutcome(hasSuccess ? CallOutcomes::FaultInSuccess : CallOutcomes::Fault, operation,
-             "the server reports a fault: " + (m_faultText.empty() ? m_faultCode : m_faultText));
+             "the server reports a fault: " + said);
   return true;
 }
 
