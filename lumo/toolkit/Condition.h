@@ -12,8 +12,9 @@
 
 namespace lumo {
 
-/// How a condition meets a value that is a range; points and curves count as the range from their
-/// least figure to their largest. An end that is not set is without limit.
+/// How a comparison meets a value that is a range; points and curves count as the range from their
+/// least figure to their largest. An end that is not set is without limit. "!=" holds where no part
+/// of the range is the number, with either; "not" holds where what follows it does not.
 enum class Match {
   Overlap,  ///< some part of the range fulfils the condition
   All       ///< the whole range does
@@ -36,7 +37,8 @@ enum class Match {
 /// Attributes are taken by a unique beginning or by words, without regard to case; names and texts
 /// that hold such words as "and" may stand in quotation marks. A number needs a unit wherever the
 /// attribute has one, and units are converted by the server's factors alone. In a product
-/// attributes stand between "*" and "/", each with "^" and a number behind it where it has a power.
+/// attributes stand between "*" and "/", each with "^" and a number behind it where it has a power;
+/// temperatures are taken in K there, as ratios of degC say nothing.
 ///
 /// Of a record that lacks the value nothing is known but that it is missing: it fulfils neither a
 /// comparison nor its contrary. Only "lacks" holds for it.

@@ -19,8 +19,24 @@ using NodePtr = std::shared_ptr<Node const>;
 
 constexpr int kDeepest = 100;
 constexpr std::size_t kMostCombinations = 100'000;
+/// Of the units of temperature the one whose figures have ratios.
+constexpr char kAbsolute[] = "K";
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+/// How many groups of three digits follow a comma: 2 in "1,234,567". 0 when these cannot be
+/// thousands.
+std::size_t Thousands(std::string_view number) {
+  std::size_t groups = 0;
+  while (!number.empty() && IsDigit(number.front())) number.remove_prefix(1);
+  while (!number.empty() && number.front() == ',') {
+    std::size_t digits = 1;
+    while (digits < number.size() && IsDigit(number[digits])) ++digits;
+    if (digits != 4) return 0;
+    number.remove_prefix(digits);
+    ++groups;
+  }
+  return groups;
+}
 bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 bool IsPartOfWord(char c) {
   return IsDigit(c) || c == '_' || (Lower(c) >= 'a' && Lower(c) <= 'z') ||
@@ -379,7 +395,13 @@ class Parser {
     if (isNumber && hasComma) {
       std::string pointed = token;
       std::replace(pointed.begin(), pointed.end(), ',', '.');
-      Refuse(Quoted(token) + " is not a number; numbers are written as " + pointed, place);
+      std::string plain = token;
+      plain.erase(std::remove(plain.begin(), plain.end(), ','), plain.end());
+      std::size_t const groups = Thousands(token);
+      std::string const asDecimal = groups == 1 ? plain + " or " + pointed : plain;
+      Refuse(Quoted(token) + " is not a number; numbers are written as " +
+                 (groups == 0 ? pointed : asDecimal),
+             place);
     }
     if (!isNumber) {
       Refuse(token.empty() ? "a number is missing" : Quoted(token) + " is not a number", place);
@@ -434,6 +456,17 @@ class Parser {
     return {number, TakeUnit(subject, place, mayLackUnit), isIncluded};
   }
 
+  /// The end in the attribute's own unit, so that a record is found by the very figure that it
+  /// shows in another one.
+  Bound InOwnUnit(Bound bound, Subject const& subject) const {
+    if (bound.unit != subject.unit) {
+      auto const meant = m_units.Meant(bound.number, bound.unit, subject.unit);
+      bound.number = meant ? *meant : m_units.Convert(bound.number, bound.unit, subject.unit);
+      bound.unit = subject.unit;
+    }
+    return bound;
+  }
+
   NumberTest Interval(Operator const& one, Bound const& bound) const {
     bool const isEquality = one.isBelow == one.isAbove;
     NumberTest test;
@@ -445,7 +478,9 @@ class Parser {
 
   NodePtr Numbers(Subject subject, Operator const& one) {
     bool const isIncluded = one.isIncluded || one.isBelow == one.isAbove;
-    NumberTest test = Interval(one, TakeBound(subject, isIncluded));
+    NumberTest test = Interval(one, InOwnUnit(TakeBound(subject, isIncluded), subject));
+    // What is not the figure is so in no part of it, whichever part is asked for.
+    if (one.isBelow && one.isAbove) test.match = Match::Overlap;
     return Leaf(std::move(subject), std::move(test));
   }
 
@@ -456,12 +491,14 @@ class Parser {
     }
     NumberTest test;
     test.match = m_match;
-    test.low = TakeBound(subject, true, true);
+    Bound low = TakeBound(subject, true, true);
     if (!TakesWord("and")) Refuse("\"between A and B\" has no \"and\"", m_at);
-    test.high = TakeBound(subject, true);
+    Bound const high = TakeBound(subject, true);
     // "between 1 and 2 GPa" means GPa for both.
-    if (test.low->unit.empty()) test.low->unit = test.high->unit;
-    if (test.low->unit == test.high->unit && test.low->number > test.high->number) {
+    if (low.unit.empty()) low.unit = high.unit;
+    test.low = InOwnUnit(std::move(low), subject);
+    test.high = InOwnUnit(high, subject);
+    if (test.low->number > test.high->number) {
       Refuse("the first number after \"between\" is the larger one", place);
     }
     return Leaf(std::move(subject), std::move(test));
@@ -512,14 +549,33 @@ class Parser {
     });
   }
 
+  /// Those in which a factor can be multiplied. A ratio of degC says nothing, as their zero is not
+  /// that of K.
+  std::vector<std::string> UnitsInProducts(Factor& factor, std::size_t place) const {
+    std::string const& own = factor.subject.unit;
+    std::vector<std::string> targets = m_units.TargetsOf(own);
+    bool const isShifted = std::any_of(
+        targets.begin(), targets.end(),
+        [&](std::string const& target) { return m_units.Convert(0, own, target) != 0; });
+    if (!isShifted) return targets;
+    if (std::find(targets.begin(), targets.end(), kAbsolute) != targets.end()) {
+      factor.unit = kAbsolute;
+      return {factor.unit};
+    }
+    Refuse("the attribute " + Quoted(factor.subject.attribute.name) +
+               " cannot stand in a product: the server cannot convert " + own + " into " +
+               kAbsolute,
+           place);
+  }
+
   /// Finds units of the factors in which their product has the unit that is wanted, so that the
   /// server's own factors do for products too.
   void ChooseUnits(std::vector<Factor>& factors, std::string const& unit, std::size_t place) const {
     std::map<std::string, double> const wanted = FactorsOf(unit);
     std::vector<std::vector<std::string>> choices;
     std::size_t combinations = 1;
-    for (Factor const& factor : factors) {
-      choices.push_back(m_units.TargetsOf(factor.subject.unit));
+    for (Factor& factor : factors) {
+      choices.push_back(UnitsInProducts(factor, place));
       combinations *= choices.back().size();
       if (combinations > kMostCombinations) Refuse("the product has too many factors", place);
     }

@@ -39,6 +39,7 @@ std::vector<lumo::Attribute> const& Attributes() {
         AttributeNamed("Heat", AttributeType::Text),
         AttributeNamed("Not for sale", AttributeType::Logical),
         AttributeNamed("Data sheet", AttributeType::Link),
+        AttributeNamed("Melting point", AttributeType::Range, "degC"),
         AttributeNamed("Composition", AttributeType::Grid),
     };
     all[8].words = {"Excellent", "Acceptable", "Limited use", "Bad and worse"};
@@ -75,6 +76,7 @@ Value const& OfAlloy(std::string const& attribute) {
         {"Last reviewed", lumo::DateTime{"2026-03-17T09:30:00"}},
         {"Typical uses", std::string("Aircraft structures\nand frames")},
         {"Heat and cold", lumo::NotApplicable()},
+        {"Melting point", lumo::Range{582.0, 650.0, "degC"}},
         {"Data sheet", lumo::Link{"https://www.example.com/6061", "Producer"}},
         {"Composition", std::make_shared<lumo::Grid const>(std::move(grid))}};
   }();
@@ -110,6 +112,11 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"density <> 3 g/cm^3", "yes"}, Case{"density between 2.72 and 3 g/cm^3", "yes"},
         Case{"density between 2000 kg/m^3 and 2.6 g/cm^3", "no"},
         Case{"density > -1e-3 lb/in^3", "yes"},
+        // an end is found by the figure that it shows in another unit, however that is rounded
+        Case{"melting point >= 1202 degF", "yes"}, Case{"melting point > 1202 degF", "no"},
+        Case{"melting point < 855.15 K", "no"}, Case{"density >= 0.0986275 lb/in^3", "yes"},
+        Case{"density > 0.0986275 lb/in^3", "no"},
+        Case{"melting point between 1202 and 1300 degF", "yes"},
         // the contrary of some part is the whole
         Case{"not density < 2700 kg/m^3", "no"}, Case{"not density < 2600 kg/m^3", "yes"},
         // open ends, points, curves, integers
@@ -127,6 +134,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"young * density > 180 GPa.g/cm^3", "yes"},
         Case{"elastic / young > 3.4 MPa/GPa", "yes"},
         Case{"elongation / density > 1 %.m^3/kg", "unknown"},
+        Case{"melting point / melting point > 1.1", "no"},  // 2.1 in degC would be
         // words, yes and no, texts
         Case{"recyclable", "yes"}, Case{"not recyclable", "no"}, Case{"recyclable = no", "no"},
         Case{"durability = excellent|limited use", "yes"}, Case{"durability = bad and worse", "no"},
@@ -171,6 +179,8 @@ TEST(Condition, MeetsTheWholeOfARangeWhenAsked) {
                         {"density between 2 and 3 g/cm^3", "yes"},
                         {"density between 2700 and 3000 kg/m^3", "no"},
                         {"not density < 2700 kg/m^3", "yes"},
+                        {"density != 2700 kg/m^3", "no"},
+                        {"density != 2800 kg/m^3", "yes"},
                         {"yield strength (el > 200 MPa", "yes"},
                         {"yield strength (el < 900 MPa", "no"},
                         {"young / density > 0.025 GPa.m^3/kg", "no"},
@@ -198,6 +208,8 @@ TEST(Condition, IsRefusedWithThePlaceOfTheFault) {
       {"", 1, "an attribute is missing"},
       {"density", 8, "is missing"},
       {"density < 300,5 kg/m^3", 11, "\"300,5\" is not a number; numbers are written as 300.5"},
+      {"density < 3,000 kg/m^3", 11, "numbers are written as 3000 or 3.000"},
+      {"density < 1,234,567 kg/m^3", 11, "numbers are written as 1234567"},
       {"density < many kg/m^3", 11, "\"many\" is not a number"},
       {"density <", 10, "a number is missing"},
       {"yield strength (el = 300 to 400 MPa", 22, "\"between A and B\""},
@@ -213,6 +225,7 @@ TEST(Condition, IsRefusedWithThePlaceOfTheFault) {
       {"young / density > 0.025", 24, "given in GPa.m^3/kg"},
       {"young / density > 0.025 MPa", 25, "given in GPa.m^3/kg"},
       {"young / density = 0.025 GPa.m^3/kg", 17, "<, <=, > and >="},
+      {"melting point / density > 0.3 degC.m^3/kg", 31, "given in K.m^3/kg"},
       {"young / recyclable > 3", 1, "cannot stand in a product"},
       {"young ^ 0 / density > 3", 9, "must not be 0"},
       {"recyclable = perhaps", 14, "neither yes nor no"},
