@@ -372,8 +372,8 @@ class Parser {
     } else if (isEquality) {
       node = Equal(std::move(subject));
     } else {
-      Refuse("the attribute " + Quoted(subject.attribute.name) + " holds " + NameOf(subject.type) +
-                 ", which has no order; try =, contains or exists",
+      Refuse("the attribute " + Quoted(subject.attribute.name) + " (" + NameOf(subject.type) +
+                 ") has no order; try =, contains or exists",
              place);
     }
     return isEquality && one.isBelow ? Not(std::move(node)) : node;
@@ -443,8 +443,10 @@ class Parser {
     }
     if (!m_units.CanConvert(subject.unit, unit)) {
       std::string const possible = lumo::Joined(targets);
+      Hint hint = {HintCode::DidYouMean, Alike(unit, targets)};
+      if (hint.arguments.empty()) hint = {HintCode::OneOf, std::move(targets)};
       Refuse(Quoted(unit) + " is not a unit of " + name + ", which can be given in " + possible,
-             unitPlace, {HintCode::OneOf, std::move(targets)});
+             unitPlace, std::move(hint));
     }
     return unit;
   }
@@ -507,8 +509,8 @@ class Parser {
   NodePtr Product(std::vector<Factor> factors, std::size_t place) {
     for (Factor const& factor : factors) {
       if (IsNumeric(factor.subject.type)) continue;
-      Refuse("the attribute " + Quoted(factor.subject.attribute.name) + " holds " +
-                 NameOf(factor.subject.type) + " and cannot stand in a product",
+      Refuse("the attribute " + Quoted(factor.subject.attribute.name) + " (" +
+                 NameOf(factor.subject.type) + ") cannot stand in a product",
              place);
     }
     SkipBlanks();

@@ -207,7 +207,9 @@ class Doctor {
     }
     if (!first.IsReply()) return true;
     HttpLogOn const& logOn = first.Report().logOn;
-    if (logOn.used.empty()) {
+    // Without a ticket nothing was sent, and nobody had asked for it.
+    bool const isTrial = !logOn.trouble.empty() && logOn.offered.empty();
+    if (logOn.used.empty() || isTrial) {
       AddFine("log-on", "the server asks for none");
       return true;
     }

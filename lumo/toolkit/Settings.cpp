@@ -148,9 +148,8 @@ Profile ProfileOf(std::string const& server, Profiles const& profiles) {
 std::string FirstLineOf(std::string const& path) {
   std::ifstream file(ExpandHome(path));
   std::string line;
-  if (!std::getline(file, line)) {
-    Refuse("there is no password in " + path, {HintCode::CheckFile, {path}});
-  }
+  if (!file) Refuse("the password cannot be read from " + path);
+  if (!std::getline(file, line)) Refuse("there is no password in " + path);
   if (!line.empty() && line.back() == '\r') line.pop_back();
   return line;
 }

@@ -28,9 +28,13 @@ std::vector<RecordHead> HeadsOf(SimpleTextSearchResponse const& found, TableInfo
   return heads;
 }
 
-bool LooksLikeGuid(std::string const& text) {
-  return text.size() == 36 && text[8] == '-' && text[13] == '-' && text[18] == '-' &&
-         text[23] == '-';
+/// The GUID that the text is, without the braces that it may have; empty for other texts.
+std::string GuidIn(std::string const& text) {
+  bool const hasBraces = text.size() == 38 && text.front() == '{' && text.back() == '}';
+  std::string guid = hasBraces ? text.substr(1, 36) : text;
+  bool const isGuid =
+      guid.size() == 36 && guid[8] == '-' && guid[13] == '-' && guid[18] == '-' && guid[23] == '-';
+  return isGuid ? guid : "";
 }
 
 std::vector<SmartPtr<RecordReference>> ReferencesTo(std::vector<RecordHead> const& records) {
@@ -60,13 +64,21 @@ std::optional<RecordHead> FindIdentity(Connection& connection, TableInfo const& 
   return Known(connection, table, ReferenceTo({table.DatabaseKey(), identity, ""}));
 }
 
-std::optional<RecordHead> FindGuid(Connection& connection, TableInfo const& table,
-                                   std::string const& guid) {
+std::optional<RecordHead> FindWithGuid(Connection& connection, TableInfo const& table,
+                                       std::string const& guid) {
   auto reference = ReferenceTo({table.DatabaseKey(), 0, guid});
   if (auto version = Known(connection, table, reference)) return version;
   reference->SetRecordGUID("");
   reference->SetHistoryGUID(guid);
   return Known(connection, table, reference);
+}
+
+/// Other programs write GUIDs in capitals, and servers may mind.
+std::optional<RecordHead> FindGuid(Connection& connection, TableInfo const& table,
+                                   std::string const& guid) {
+  auto found = FindWithGuid(connection, table, guid);
+  std::string const lower = Lower(guid);
+  return found || lower == guid ? found : FindWithGuid(connection, table, lower);
 }
 
 [[noreturn]] void ThrowAmbiguous(Connection& connection, std::vector<RecordHead> records,
@@ -193,10 +205,11 @@ std::string IdentityText(RecordId const& id) {
 
 RecordHead FindRecord(Connection& connection, TableInfo const& table, std::string const& name) {
   bool const isIdentity = StartsIgnoringCase(name, kIdentity);
-  if (isIdentity || LooksLikeGuid(name)) {
+  std::string const guid = GuidIn(name);
+  if (isIdentity || !guid.empty()) {
     auto const found = isIdentity ? FindIdentity(connection, table,
                                                  std::string_view(name).substr(kIdentity.size()))
-                                  : FindGuid(connection, table, name);
+                                  : FindGuid(connection, table, guid);
     if (!found) ThrowNotFound("record", name, {});
     return *found;
   }
