@@ -1,15 +1,43 @@
 #include "cli/Options.h"
 
+#include <filesystem>
 #include <utility>
 
+#include "lumo/toolkit/Numbers.h"
+#include "lumo/toolkit/Text.h"
+
 namespace cli {
+namespace {
+
+/// The form that the ending of a file's name asks for, text for others.
+Format FormatOf(std::string const& file,
+                std::vector<std::pair<std::string, Format>> const& formats) {
+  std::string const ending = lumo::Lower(std::filesystem::path(file).extension().string());
+  for (auto const& [word, format] : formats) {
+    if (ending == "." + word) return format;
+  }
+  if (ending != ".xlsx") return Format::Text;
+  throw CLI::ValidationError("this command writes no spreadsheets; name a .csv file");
+}
+
+}  // namespace
 
 CLI::Validator NotEmpty() {
   return CLI::Validator(
       [](std::string const& text) { return text.empty() ? std::string("is empty") : ""; }, "");
 }
 
-CLI::Validator Between(int least, int most) { return CLI::Range(least, most).description(""); }
+CLI::Validator Between(int least, int most) {
+  return CLI::Validator(
+      [least, most](std::string const& text) {
+        int number = 0;
+        bool const isFine = lumo::ReadInteger(text, number) && number >= least && number <= most;
+        return isFine ? std::string()
+                      : "takes a whole number from " + std::to_string(least) + " to " +
+                            std::to_string(most);
+      },
+      "");
+}
 
 void AddDatabase(CLI::App& command, std::string& database) {
   command.add_option("DATABASE", database, "key or name of the database")
@@ -70,14 +98,23 @@ void AddOutput(CLI::App& command, OutputOptions& output,
                                                          {"ndjson", Format::NdJson}};
   formats.insert(formats.end(), more.begin(), more.end());
   AddWords(command, "-f,--format", output.format, formats, "form of the output (text)");
+  CLI::Option const* const format = command.get_option("--format");
+  auto const name = [&output, format, formats](std::string const& file) {
+    output.file = file == "-" ? "" : file;
+    if (format->count() == 0) output.format = FormatOf(file, formats);
+  };
   command
-      .add_option("-o,--output", output.file,
-                  "write to this file; an older one of that name is replaced at the end")
+      .add_option_function<std::string>("-o,--output", name,
+                                        "write to this file, in the format of its ending such as "
+                                        ".csv; an older one is replaced at "
+                                        "the end")
       ->type_name("FILE");
   command.add_flag("--no-headings", output.isBare, "leave the headings out");
   auto const choose = [&output](std::string const& text) {
-    if (text != "tab" && text != "\\t" && text.size() != 1) {
-      throw CLI::ValidationError("--delimiter takes one character, or \"tab\"");
+    bool const isOne = text.size() == 1 && text.find_first_of("\"\r\n") != 0;
+    if (text != "tab" && text != "\\t" && !isOne) {
+      throw CLI::ValidationError(
+          "--delimiter takes one character but no quotation mark, or \"tab\"");
     }
     output.delimiter = text.size() == 1 ? text[0] : '\t';
   };

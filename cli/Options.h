@@ -30,6 +30,8 @@ class CommandLine {
   void PrintHelp(std::string const& command);
   [[noreturn]] void RefuseCommand(std::string const& name) const;
   int Explain(CLI::ParseError const& error);
+  /// What is wrong with the line, without the words of the parser.
+  std::string PlainText(CLI::ParseError const& error) const;
 
   CLI::App m_app;
   Context m_context;

@@ -27,6 +27,14 @@ bool IsSet(char const* variable) {
   return value != nullptr && *value != '\0';
 }
 
+/// Such as /dev/stdout, to which others may write before and after.
+bool IsStandardOutput(std::string const& file) {
+  struct stat one {};
+  struct stat other {};
+  return stat(file.c_str(), &one) == 0 && fstat(STDOUT_FILENO, &other) == 0 &&
+         one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
 /// The file itself behind links; empty for what is no regular file, and is written as it is.
 std::string Target(std::string const& file) {
   std::error_code error;
@@ -34,6 +42,18 @@ std::string Target(std::string const& file) {
   if (!std::filesystem::exists(status)) return file;
   if (!std::filesystem::is_regular_file(status)) return "";
   return std::filesystem::canonical(file, error).string();
+}
+
+/// Makes a file beside `target` and gives its descriptor: the first of .part, .part2 and so on that
+/// does not exist, as such a file may be somebody's.
+int OpenBeside(std::string const& target, std::string& name) {
+  constexpr int kMost = 1000;
+  int file = -1;
+  for (int i = 1; i < kMost && file < 0 && (i == 1 || errno == EEXIST); ++i) {
+    name = target + ".part" + (i == 1 ? "" : std::to_string(i));
+    file = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  }
+  return file;
 }
 
 }  // namespace
@@ -48,19 +68,22 @@ Terminal Terminal::Of(int stream) {
 }
 
 Sink::Sink(std::string const& file) : m_name(file), m_file(STDOUT_FILENO) {
-  if (file.empty()) {
+  if (file.empty() || IsStandardOutput(file)) {
     m_name = "standard output";
     m_terminal = Terminal::Of(m_file);
     return;
   }
   std::string const target = Target(file);
-  if (!target.empty()) {
+  if (target.empty()) {
+    m_file = open(file.c_str(), O_WRONLY | O_CLOEXEC);
+  } else {
     m_name = target;
-    m_beside = target + ".part";
+    m_file = OpenBeside(target, m_beside);
   }
-  m_file = open((m_beside.empty() ? file : m_beside).c_str(),
-                O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  if (m_file < 0) Refuse("cannot write " + file + ": " + std::strerror(errno));
+  if (m_file < 0) {
+    m_beside.clear();
+    Refuse("cannot write " + file + ": " + std::strerror(errno));
+  }
   struct stat older {};
   if (!m_beside.empty() && stat(m_name.c_str(), &older) == 0) (void)fchmod(m_file, older.st_mode);
 }
