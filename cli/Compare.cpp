@@ -35,12 +35,30 @@ class Wishes {
     for (std::string const& name : choice.high) m_high.push_back(table.FindAttribute(name).name);
   }
 
+  /// Refuses what no line could show.
+  void Check(std::vector<lumo::Attribute> const& compared) const {
+    for (std::string const& name : m_low) {
+      if (IsIn(m_high, name)) Refuse(lumo::Quoted(name) + " is given with both --low and --high");
+    }
+    for (auto const* const names : {&m_low, &m_high}) {
+      for (std::string const& name : *names) {
+        auto const one = std::find_if(compared.begin(), compared.end(),
+                                      [&](auto const& other) { return other.name == name; });
+        if (one == compared.end()) {
+          Refuse(lumo::Quoted(name) + " is not compared; add -a " + lumo::Quoted(name));
+        }
+        bool const hasFigure = one->type == lumo::AttributeType::Number ||
+                               one->type == lumo::AttributeType::Integer ||
+                               one->type == lumo::AttributeType::Range;
+        if (!hasFigure)
+          Refuse(lumo::Quoted(name) + " (" + NameOf(one->type) + ") has no figure to compare");
+      }
+    }
+  }
+
   Best BestOf(std::string const& attribute) const {
-    auto const isIn = [&](std::vector<std::string> const& names) {
-      return std::find(names.begin(), names.end(), attribute) != names.end();
-    };
-    if (isIn(m_low)) return Best::Low;
-    if (isIn(m_high)) return Best::High;
+    if (IsIn(m_low, attribute)) return Best::Low;
+    if (IsIn(m_high, attribute)) return Best::High;
     std::string const name = lumo::Lower(attribute);
     auto const isOneOf = [&](auto const& words) {
       return std::any_of(std::begin(words), std::end(words),
@@ -51,6 +69,10 @@ class Wishes {
   }
 
  private:
+  static bool IsIn(std::vector<std::string> const& names, std::string const& attribute) {
+    return std::find(names.begin(), names.end(), attribute) != names.end();
+  }
+
   std::vector<std::string> m_low;
   std::vector<std::string> m_high;
 };
@@ -83,9 +105,11 @@ class Line {
     }
     return cells;
   }
-  std::vector<Json> Values() const {
+  std::vector<Json> Values(bool isJson) const {
     std::vector<Json> cells = {m_attribute.name, m_attribute.unit};
-    for (lumo::Value const& value : m_values) cells.push_back(JsonOf(value));
+    for (lumo::Value const& value : m_values) {
+      cells.push_back(isJson ? JsonOf(value) : Json(CsvCell(value, m_attribute.unit)));
+    }
     return cells;
   }
   /// Whether one figure is larger than another.
@@ -107,6 +131,20 @@ class Line {
   std::vector<lumo::Value> m_values;
 };
 
+/// The records' names; namesakes have their identity behind it.
+std::vector<std::string> HeadingsOf(std::vector<lumo::Record> const& records) {
+  std::vector<std::string> headings;
+  for (lumo::Record const& record : records) {
+    auto const isNamesake = [&](lumo::Record const& other) {
+      return other.Name() == record.Name() && other.Id().identity != record.Id().identity;
+    };
+    bool const isAlone = std::none_of(records.begin(), records.end(), isNamesake);
+    headings.push_back(record.Name() +
+                       (isAlone ? "" : " (id:" + std::to_string(record.Id().identity) + ")"));
+  }
+  return headings;
+}
+
 void Compare(Context& context, CompareChoice const& choice) {
   lumo::Table const table = context.Connect().OpenTable(choice.database, choice.table);
   Wishes const wishes(table, choice);
@@ -114,9 +152,10 @@ void Compare(Context& context, CompareChoice const& choice) {
   choice.units.Fill(options, context.output.IsForReading());
   lumo::RecordStream stream = table.All().Named(choice.records).Read(choice.attributes, options);
   std::vector<lumo::Attribute> const& attributes = stream.Attributes();
+  wishes.Check(attributes);
   std::vector<lumo::Record> records(stream.begin(), stream.end());
   std::vector<std::string> headings = {"Attribute", "Unit"};
-  for (lumo::Record const& record : records) headings.push_back(record.Name());
+  for (std::string& heading : HeadingsOf(records)) headings.push_back(std::move(heading));
   std::vector<std::string> lowMarked;
   bool isAnyMarked = false;
   bool isAnyUnmarked = false;
@@ -126,7 +165,7 @@ void Compare(Context& context, CompareChoice const& choice) {
       Line const line(attribute, records);
       if (line.IsEmpty()) continue;
       Best const best = wishes.BestOf(attribute.name);
-      out.Add(isForReading ? line.Cells(best) : line.Values());
+      out.Add(isForReading ? line.Cells(best) : line.Values(context.output.IsJson()));
       if (!line.Differs()) continue;
       isAnyMarked = isAnyMarked || best != Best::Unknown;
       isAnyUnmarked = isAnyUnmarked || best == Best::Unknown;

@@ -7,7 +7,7 @@ namespace cli {
 namespace {
 
 constexpr std::size_t kHeldRows = 500;
-constexpr std::size_t kWidest = 60;
+constexpr std::size_t kLeastWidth = 12;
 
 /// What people read above a column; its key is that of JSON.
 std::string HeadingOf(std::string const& key) { return key == "fullName" ? "full name" : key; }
@@ -63,11 +63,7 @@ void TableWriter::Add(std::vector<Json> const& cells) {
   if (m_options.format == Format::Csv) {
     return m_sink.Write(CsvLine(texts, m_options.delimiter));
   }
-  for (std::string& text : texts) {
-    bool const isLast = &text == &texts.back();  // which makes no other wider
-    text = OneLine(text);
-    if (m_sink.Screen().width > 0 && !isLast) text = Shortened(std::move(text), kWidest);
-  }
+  for (std::string& text : texts) text = OneLine(text);
   m_held.push_back(std::move(texts));
   if (m_held.size() >= kHeldRows) FlushText();
 }
@@ -80,6 +76,20 @@ void TableWriter::AddObject(Json const& object) {
   m_isBegun = true;
 }
 
+/// On a terminal the widest columns give way, as far as they can be read then.
+void TableWriter::FitScreen() {
+  std::size_t const screen = m_sink.Screen().width;
+  if (screen == 0) return;
+  std::size_t most = *std::max_element(m_widths.begin(), m_widths.end());
+  auto const isTooWide = [&] {
+    std::size_t all = 2 * (m_widths.size() - 1);
+    for (std::size_t const width : m_widths) all += std::min(width, most);
+    return all > screen;
+  };
+  while (most > kLeastWidth && isTooWide()) --most;
+  for (std::size_t& width : m_widths) width = std::min(width, most);
+}
+
 void TableWriter::FlushText() {
   m_widths.resize(m_columns.size());
   std::vector<std::string> headings;
@@ -90,10 +100,12 @@ void TableWriter::FlushText() {
   for (auto const& row : m_held) {
     for (std::size_t i = 0; i < row.size(); ++i) m_widths[i] = std::max(m_widths[i], Width(row[i]));
   }
+  FitScreen();
   auto const line = [this](std::vector<std::string> const& cells) {
     std::string text;
     for (std::size_t i = 0; i < cells.size(); ++i) {
-      text += i + 1 == cells.size() ? cells[i] : Padded(cells[i], m_widths[i]) + "  ";
+      std::string cell = Shortened(cells[i], m_widths[i]);
+      text += i + 1 == cells.size() ? cell : Padded(std::move(cell), m_widths[i]) + "  ";
     }
     return text.substr(0, text.find_last_not_of(' ') + 1);
   };

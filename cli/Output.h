@@ -84,6 +84,7 @@ class TableWriter {
 
  private:
   void FlushText();
+  void FitScreen();
 
   OutputOptions m_options;
   Sink& m_sink;

@@ -9,6 +9,7 @@
 #include "cli/Cells.h"
 #include "cli/Rows.h"
 #include "lumo/toolkit/Numbers.h"
+#include "lumo/toolkit/Text.h"
 
 namespace cli {
 namespace {
@@ -19,7 +20,9 @@ constexpr std::size_t kLeast = 30;
 constexpr std::size_t kMost = 200;
 constexpr std::size_t kUsual = 74;
 constexpr int kDigits = 4;
-constexpr char kSigns[] = "*o+x#@%&";
+constexpr std::size_t kNamed = 10;  ///< records that are named for having no curve
+/// After these signs repeat.
+constexpr char kSigns[] = "*o+x#@%&abcdefghijklmnpqrstuvwyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
 
 struct Point {
   double x;
@@ -112,14 +115,17 @@ class PlotWriter : public RowWriter {
 
   void Write(Row const& row) override {
     ++m_records;
+    bool hasCurve = false;
     for (RowColumn const& column : m_layout.columns) {
       if (column.kind != RowColumn::Kind::Value) continue;
       auto const* const curves = std::get_if<lumo::Curves>(&row.values[column.place]);
       if (curves == nullptr) continue;
       for (lumo::Curve const& curve : curves->curves) {
+        hasCurve = hasCurve || !PointsOf(curve).empty();
         m_curves[column.place].push_back({row.head.name, curve});
       }
     }
+    if (!hasCurve) m_without.push_back(row.head.name);
   }
 
   void End() override {
@@ -142,6 +148,12 @@ class PlotWriter : public RowWriter {
     if (isEmpty) {
       m_sink.Write("nothing to draw: " + Count(m_records, "record") + " without a curve in " +
                    Count(m_layout.attributes.size(), "attribute") + '\n');
+    } else if (!m_without.empty()) {
+      std::size_t const shown = std::min(m_without.size(), kNamed);
+      std::size_t const others = m_without.size() - shown;
+      m_without.resize(shown);
+      m_sink.Write("no curve: " + OneLine(lumo::Joined(m_without)) +
+                   (others == 0 ? "" : " and " + std::to_string(others) + " more") + '\n');
     }
     m_sink.Flush();
   }
@@ -150,6 +162,7 @@ class PlotWriter : public RowWriter {
   RowLayout const& m_layout;
   Sink& m_sink;
   std::size_t m_records = 0;
+  std::vector<std::string> m_without;  ///< names of records of which nothing is drawn
   std::map<std::size_t, std::vector<NamedCurve>> m_curves;  // by the place of the attribute
 };
 
@@ -177,6 +190,9 @@ std::string Plot(std::vector<NamedCurve> const& curves, std::size_t width) {
     bool const hasBoth = !name.empty() && !parameters.empty();
     std::string const label = name + (hasBoth ? ": " : "") + parameters;
     if (!label.empty()) legend += std::string(kMargin + 2, ' ') + sign + "  " + label + '\n';
+  }
+  if (curves.size() > sizeof kSigns - 1) {
+    legend += std::to_string(curves.size()) + " curves: their signs repeat\n";
   }
   lumo::Curve const& frame = curves.front().curve;
   return canvas.Text(WithUnit(frame.xName, frame.xUnit), frame.yUnit) + legend;
