@@ -41,7 +41,8 @@ void PutOutSome(Context& context, lumo::Table const& table, ReadChoice choice,
   bool const isCut = isOnTerminal && choice.IsWholeTable() && choice.ids.empty() &&
                      choice.limit == 0 && output.format != Format::Plot;
   if (isCut) choice.limit = kMostOnTerminal;
-  std::size_t const count = PutOutRecords(context, table, choice, usual, true);
+  std::size_t const count = PutOutRecords(context, table, choice, usual, true).written;
+  if (count == 0) context.Note("0 records");
   if (isCut && count == kMostOnTerminal) {
     context.Note("these are the first " + Count(count, "record") +
                  "; --limit N prints more, -o FILE writes all to a file");
@@ -61,6 +62,9 @@ void Get(Context& context, GetChoice choice) {
     choice.attributes = {choice.longOf};
   }
   bool const isForReading = output.format == Format::Text || output.format == Format::List;
+  if (output.ranges != Ranges::Text && output.format != Format::Csv) {
+    Refuse("--ranges goes with -f csv alone");
+  }
   choice.withFiles =
       !choice.withoutFiles && !isForReading && !isXlsx && output.format != Format::Plot;
   std::vector<Kind> usual = {Kind::Name};
@@ -100,9 +104,11 @@ void AddSearch(CommandLine& line) {
           Refuse("say what to search for: words, --name, --where, --folder or --subset");
         }
         lumo::Table const table = context.Connect().OpenTable(choice->database, choice->table);
-        std::size_t const count = PutOutRecords(
-            context, table, *choice, {Kind::Identity, Kind::Name, Kind::FullName}, false);
-        context.Note(Count(count, "record"));
+        Counts const counts = PutOutRecords(context, table, *choice,
+                                            {Kind::Identity, Kind::Name, Kind::FullName}, false);
+        bool const isAll = counts.written == counts.found;
+        context.Note((isAll ? "" : std::to_string(counts.written) + " of ") +
+                     Count(counts.found, "record"));
       });
   AddTable(search, *choice);
   CLI::Option* const words = search
@@ -137,7 +143,7 @@ void AddGet(CommandLine& line) {
   get.get_option("DATABASE")->required(false);
   get.get_option("TABLE")->required(false);
   AddReading(get, *choice);
-  get.add_flag("--ids", choice->withIds, "print identities and GUIDs, too");
+  get.add_flag("--ids", choice->withIds, "print identities and GUIDs, too")->excludes("--columns");
   get.add_flag("--relations", choice->withRelations,
                "print links to other records and the subsets, too; in JSON only");
   get.add_flag("--no-files", choice->withoutFiles,

@@ -77,7 +77,10 @@ struct SortKey {
   bool IsEmpty() const { return !number && text.empty(); }
 };
 
-SortKey KeyOf(Row const& row, Wanted::Column const& by, std::size_t place) {
+/// By the figures of a value, a range by its middle; words in the order in which the table has
+/// them.
+SortKey KeyOf(Row const& row, Wanted::Column const& by, lumo::Attribute const* attribute,
+              std::size_t place) {
   switch (by.kind) {
     case Kind::Identity: return {row.head.id.identity, ""};
     case Kind::Guid: return {{}, row.head.id.guid};
@@ -88,7 +91,21 @@ SortKey KeyOf(Row const& row, Wanted::Column const& by, std::size_t place) {
   }
   lumo::Value const& value = row.values[place];
   if (auto const number = lumo::NumberIn(value)) return {number, ""};
+  if (std::holds_alternative<lumo::Points>(value)) {
+    Refuse("records cannot be sorted by " + lumo::Quoted(attribute->name) +
+           ", which has several figures in a record");
+  }
+  if (auto const* const words = std::get_if<std::vector<std::string>>(&value)) {
+    auto const& known = attribute->words;
+    auto const found = std::find(known.begin(), known.end(), words->empty() ? "" : words->front());
+    return {static_cast<double>(found - known.begin()), ""};
+  }
   return {{}, lumo::Lower(CsvCell(value, ""))};
+}
+
+bool HasOrder(lumo::AttributeType type) {
+  using Type = lumo::AttributeType;
+  return type != Type::Curve && type != Type::Grid && type != Type::File && type != Type::Picture;
 }
 
 class Reading {
@@ -100,15 +117,23 @@ class Reading {
     std::optional<Wanted::Column> by;
     if (!m_choice.sort.empty()) {
       by = ColumnOf(m_choice.sort);
-      if (by->kind == Kind::Value) m_sortPlace = PlaceOf(table, by->attribute);
+      if (by->kind == Kind::Value) {
+        m_sortBy = &table.FindAttribute(by->attribute);
+        if (!HasOrder(m_sortBy->type)) {
+          Refuse("records cannot be sorted by " + lumo::Quoted(m_sortBy->name) + " (" +
+                 NameOf(m_sortBy->type) + ")");
+        }
+        m_sortPlace = PlaceOf(m_sortBy->name);
+      }
     }
     lumo::ReadOptions options = m_context.ReadOptions();
     m_choice.units.Fill(options, m_context.output.IsForReading());
     options.withFiles = m_choice.withFiles;
     auto const isGuid = [](auto const& column) { return column.kind == Kind::Guid; };
     auto const& columns = m_wanted.columns;
-    options.withGuids =
-        m_context.output.isLong || std::any_of(columns.begin(), columns.end(), isGuid);
+    // Rows of long forms have them.
+    options.withGuids = m_context.output.isLong || m_context.output.format == Format::Xlsx ||
+                        std::any_of(columns.begin(), columns.end(), isGuid);
     // GUIDs come with values alone.
     if (options.withGuids && m_wanted.attributes.empty()) {
       m_wanted.attributes.push_back(table.Attributes().at(0).name);
@@ -117,6 +142,7 @@ class Reading {
     RowLayout layout;
     if (m_wanted.attributes.empty()) {
       std::vector<lumo::RecordHead> heads = selection.Heads(options);
+      m_counts.found = heads.size();
       Write(layout, by, [&](Take const& take) {
         for (std::size_t at = 0; at < heads.size(); at += kRelatedInCall) {
           std::vector<Row> rows;
@@ -132,7 +158,10 @@ class Reading {
       return;
     }
     Progress progress("records", m_context.isQuiet);
-    options.onProgress = [&](lumo::Progress const& at) { progress.Show(at); };
+    options.onProgress = [&](lumo::Progress const& at) {
+      m_counts.found = at.recordsTotal;
+      progress.Show(at);
+    };
     lumo::RecordStream stream = selection.Read(m_wanted.attributes, options);
     layout.attributes = stream.Attributes();
     layout.units = table.Units();
@@ -164,8 +193,7 @@ class Reading {
     for (std::size_t i = 0; i < rows.size(); ++i) rows[i].relations = std::move(relations[i]);
   }
 
-  std::size_t PlaceOf(lumo::Table const& table, std::string const& name) {
-    std::string const known = table.FindAttribute(name).name;
+  std::size_t PlaceOf(std::string const& known) {
     auto& all = m_wanted.attributes;
     auto const found = std::find(all.begin(), all.end(), known);
     auto const place = static_cast<std::size_t>(found - all.begin());
@@ -211,13 +239,13 @@ class Reading {
     m_writer->End();
     sink.Finish();
     m_writer.reset();
-    m_written = count;
+    m_counts = {count, std::max(count, m_counts.found)};
   }
 
   void Sort(std::vector<Row>& rows, Wanted::Column const& by) const {
     auto const comesFirst = [&](Row const& a, Row const& b) {
-      SortKey const first = KeyOf(a, by, m_sortPlace);
-      SortKey const second = KeyOf(b, by, m_sortPlace);
+      SortKey const first = KeyOf(a, by, m_sortBy, m_sortPlace);
+      SortKey const second = KeyOf(b, by, m_sortBy, m_sortPlace);
       if (first.IsEmpty() || second.IsEmpty()) return !first.IsEmpty() && second.IsEmpty();
       auto const isLess = [](SortKey const& x, SortKey const& y) {
         return x.number && y.number ? *x.number < *y.number : x.text < y.text;
@@ -228,15 +256,16 @@ class Reading {
   }
 
  public:
-  std::size_t Written() const { return m_written; }
+  Counts const& Told() const { return m_counts; }
 
  private:
   Context& m_context;
   ReadChoice const& m_choice;
   Wanted m_wanted;
+  lumo::Attribute const* m_sortBy = nullptr;
   std::size_t m_sortPlace = 0;
   std::unique_ptr<RowWriter> m_writer;
-  std::size_t m_written = 0;
+  Counts m_counts;
 };
 
 }  // namespace
@@ -252,7 +281,9 @@ void AddReading(CLI::App& command, ReadChoice& choice) {
                   "attributes")
       ->type_name("LIST")
       ->check(NotEmpty());
-  command.add_option("--sort", choice.sort, "order by this attribute or column, missing ones last")
+  command
+      .add_option("--sort", choice.sort,
+                  "order by this attribute or column, ranges by their middle; missing ones last")
       ->type_name("NAME")
       ->check(NotEmpty());
   command.add_flag("--descending", choice.isDescending, "the largest first")->needs("--sort");
@@ -271,11 +302,11 @@ void AddWork(CLI::App& command, Context& context) {
       ->type_name("N");
 }
 
-std::size_t PutOutRecords(Context& context, lumo::Table const& table, ReadChoice const& choice,
-                          std::vector<Kind> const& usual, bool withAllAttributes) {
+Counts PutOutRecords(Context& context, lumo::Table const& table, ReadChoice const& choice,
+                     std::vector<Kind> const& usual, bool withAllAttributes) {
   Reading reading(context, choice, WantedOf(table, choice, usual, withAllAttributes));
   reading.Run(table);
-  return reading.Written();
+  return reading.Told();
 }
 
 }  // namespace cli

@@ -26,9 +26,13 @@ void AddReading(CLI::App& command, ReadChoice& choice);
 /// --jobs and --chunk.
 void AddWork(CLI::App& command, Context& context);
 
-/// Reads records and puts them out; gives how many. The columns before the
-/// values are `usual` where none are named.
-std::size_t PutOutRecords(Context& context, lumo::Table const& table, ReadChoice const& choice,
-                          std::vector<RowColumn::Kind> const& usual, bool withAllAttributes);
+struct Counts {
+  std::size_t written = 0;
+  std::size_t found = 0;  ///< more than are written when these are limited
+};
+
+/// Reads records and puts them out. The columns before the values are `usual` where none are named.
+Counts PutOutRecords(Context& context, lumo::Table const& table, ReadChoice const& choice,
+                     std::vector<RowColumn::Kind> const& usual, bool withAllAttributes);
 
 }  // namespace cli
