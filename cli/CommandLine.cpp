@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <utility>
@@ -152,6 +153,33 @@ void CommandLine::RefuseCommand(std::string const& name) const {
   Refuse("there is no command " + lumo::Quoted(name), std::move(hint));
 }
 
+std::string CommandLine::PlainText(CLI::ParseError const& error) const {
+  auto const chosen = m_app.get_subcommands();
+  std::vector<std::string> const unexpected = m_app.remaining(true);
+  if (dynamic_cast<CLI::ExtrasError const*>(&error) != nullptr && !unexpected.empty()) {
+    std::string const& text = unexpected.front();
+    if (text.empty() || text[0] != '-') return lumo::Quoted(text) + " is one argument too many";
+    std::vector<std::string> names;
+    for (CLI::App const* const app : {&m_app, chosen.empty() ? &m_app : chosen.front()}) {
+      for (CLI::Option const* const one : app->get_options()) {
+        if (!one->get_lnames().empty()) names.push_back(one->get_lnames().front());
+      }
+    }
+    std::string const name = text.substr(std::min(text.size(), text.find_first_not_of('-')));
+    lumo::Hint hint{lumo::HintCode::DidYouMean, lumo::Alike(name, names)};
+    for (std::string& one : hint.arguments) one.insert(0, "--");
+    return "there is no option " + text + HintText(hint);
+  }
+  std::string text = error.what();
+  std::string const excludes = " excludes ";
+  std::size_t const between = text.find(excludes);
+  if (dynamic_cast<CLI::ExcludesError const*>(&error) != nullptr && between != std::string::npos) {
+    return text.replace(between, excludes.size(), " does not go together with ");
+  }
+  std::size_t const tooMany = text.find(": At Most 1 required");
+  return tooMany == std::string::npos ? text : text.substr(0, tooMany) + " is given more than once";
+}
+
 int CommandLine::Explain(CLI::ParseError const& error) {
   if (error.get_exit_code() == 0) {  // help and version
     int const code = m_app.exit(error);
@@ -168,7 +196,9 @@ int CommandLine::Explain(CLI::ParseError const& error) {
     }
   }
   std::string const command = chosen.empty() ? "" : " " + chosen.front()->get_name();
-  return Told(ExitCode::Usage, std::string(error.what()) + "; see lumo" + command + " --help");
+  std::string const text = PlainText(error);
+  bool const isHelped = text.back() == '?';
+  return Told(ExitCode::Usage, text + (isHelped ? "" : "; see lumo" + command + " --help"));
 }
 
 void CommandLine::AddServerOptions() {
@@ -179,9 +209,14 @@ void CommandLine::AddServerOptions() {
   };
   m_app.option_defaults()->group("Server");
   CLI::Option* const url = text("--url", server.server, "address of the server", "URL");
-  text("--server", server.server, "a server of ~/.config/lumo/servers.ini", "NAME")->excludes(url);
-  m_app.add_flag("--sandbox", server.useSandbox,
-                 "use a server with made-up data inside this command");
+  CLI::Option* const profile =
+      text("--server", server.server, "a server of ~/.config/lumo/servers.ini", "NAME")
+          ->excludes(url);
+  m_app
+      .add_flag("--sandbox", server.useSandbox,
+                "use a server with made-up data inside this command")
+      ->excludes(url)
+      ->excludes(profile);
   m_app
       .add_option_function<std::string>(
           "--sandbox-file",

@@ -58,6 +58,18 @@ TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
       {OnMaterials("get", {"-a", "density,price"}), 2,
        "there is no attribute \"density,price\"; name each by itself: \"density\" and \"price\""},
       {OnMaterials("get", {"--descending"}), 2, "--sort"},
+      {OnMaterials("get", {"--sort", "composition"}), 2, "cannot be sorted"},
+      {OnMaterials("get", {"--ids", "--columns", "name"}), 2, "does not go together with"},
+      {OnMaterials("get", {"--ranges", "split"}), 2, "-f csv"},
+      {OnMaterials("get", {"--limit", "2.5"}), 2, "--limit: takes a whole number from 1 to"},
+      {OnMaterials("get", {"--lmit", "2"}), 2, "no option --lmit; did you mean \"--limit\"?"},
+      {OnMaterials("get", {"--folder", "a", "--folder", "b"}), 2, "--folder is given more than"},
+      {OnMaterials("get", {"--delimiter", "\""}), 2, "no quotation mark"},
+      {OnMaterials("compare", {"304", "PEEK", "-a", "density", "--low", "price"}), 2,
+       "\"Price\" is not compared"},
+      {OnMaterials("compare", {"304", "PEEK", "--low", "price", "--high", "price"}), 2, "both"},
+      {{"databases", "--sandbox", "--url", Url()}, 2, "does not go together with"},
+      {{"databases", "-o", "new.xlsx"}, 2, "writes no spreadsheets"},
       {{"get"}, 2, "name a database and a table"},
       {{"get", "--partition", "/nowhere/part"}, 2, "neither a partition nor a file"},
       {{"get", "--partition", "lumo/1 x"}, 2, "not a part of a selection"},
@@ -73,7 +85,7 @@ TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
       {OnMaterials("search", {"-w", "young = 3 GPa and x"}), 2,
        "\"young\" may be any of 2 attributes"},
       {OnMaterials("search", {"-w", "designation < 3"}), 2,
-       "holds text, which has no order; try =, contains or exists"},
+       "(text) has no order; try =, contains or exists"},
       {OnMaterials("search", {"-w", "recyclable = perhaps"}), 2, "is neither yes nor no"},
       {OnMaterials("search", {"-w", "density < 1e999"}), 2, "\"1e999\" is not a number"},
       {OnMaterials("search", {"-w", "density[x] < 1"}), 2, "has no columns"},
@@ -84,11 +96,11 @@ TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
        "dates are written as 2026-03-17"},
       {OnMaterials("search", {"-w", "durability: sea water = Good"}), 2,
        "there is no word \"Good\"; there is Excellent"},
-      {OnMaterials("search", {"-n", "304"}), 2, "not expected"},
-      {{"import", "--resume", "a.journal", "-n"}, 2, "excludes"},
-      {{"import", "--undo", "a.journal", "--dry-run"}, 2, "excludes"},
+      {OnMaterials("search", {"-n", "304"}), 2, "there is no option -n"},
+      {{"import", "--resume", "a.journal", "-n"}, 2, "does not go together with"},
+      {{"import", "--undo", "a.journal", "--dry-run"}, 2, "does not go together with"},
       {OnMaterials("get", {"-t", ""}), 2, "is empty"},
-      {OnMaterials("get", {"304", "--folder", "Polymers"}), 2, "excludes"},
+      {OnMaterials("get", {"304", "--folder", "Polymers"}), 2, "does not go together with"},
       {{"tables", "a\nb\x1b[31m"}, 2, "\"a b [31m\""},
       {OnMaterials("export", {"304", "-e", "gold"}), 2, "there is no exporter"},
       {OnMaterials("import", {"/nowhere/file"}), 2, "cannot read /nowhere/file"},
@@ -97,7 +109,7 @@ TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
       {{"databases", "--url", "ftp://127.0.0.1/"}, 2, "address"},
       {{"databases", "--sandbox-file", "/nowhere/file"}, 2, "cannot keep a sandbox in"},
       {{"databases", "--user", "ann"}, 2, "no password for \"ann\"; set LUMO_PASSWORD"},
-      {{"databases", "--user", "ann", "--password-file", "/nowhere/file"}, 2, "no password in"},
+      {{"databases", "--user", "ann", "--password-file", "/nowhere/file"}, 2, "cannot be read"},
   };
   for (Mistake const& mistake : mistakes) {
     Outcome const outcome = Run(mistake.arguments);
@@ -296,6 +308,9 @@ TEST_F(CommandTest, SortsLimitsAndChoosesColumns) {
   EXPECT_EQ(Run(OnMaterials("search", {"--name", "304", "-f", "ndjson"})).out,
             Run(OnMaterials("get", {"304", "--columns", "id,name,full name", "-f", "ndjson"})).out);
   EXPECT_EQ(LinesIn(Run(OnMaterials("get", {"--limit", "3", "-f", "csv"})).out), 4u);
+  Words const limited = {"--folder", "polymers", "--limit", "2"};
+  EXPECT_THAT(Run(OnMaterials("search", limited)).error, HasSubstr("2 of 4 records"));
+  EXPECT_THAT(Run(OnMaterials("get", {"-w", "density < 1 kg/m^3"})).error, HasSubstr("0 records"));
   std::string const all = Run(OnMaterials("search", {"-w", "density between 1.31 and 8 g/cm^3",
                                                      "--match", "all", "--columns", "name"}))
                               .out;
@@ -331,6 +346,17 @@ TEST_F(CommandTest, LeavesAnOlderFileWhenAReadFails) {
   EXPECT_THAT(Read(file), StartsWith("Folder,Name,Full name,"));
   EXPECT_EQ(Read(file + ".part"), "");
   EXPECT_EQ(Run(OnMaterials("get", {"304", "-f", "csv", "-o", "/dev/null"})).code, 0);
+  // Nor what lies beside it, nor what others write to the same output.
+  File("out.csv.part", "mine\n");
+  Outcome const byEnding = Run(OnMaterials("get", {"304", "-a", "density", "-o", file}));
+  EXPECT_EQ(byEnding.code, 0) << byEnding.error;
+  EXPECT_THAT(Read(file), StartsWith("Folder,Name,Full name,"));
+  EXPECT_EQ(Read(file + ".part"), "mine\n");
+  for (std::string const output : {"-", "/dev/stdout"}) {
+    EXPECT_THAT(Run(OnMaterials("get", {"304", "-f", "csv", "-o", output})).out,
+                StartsWith("Folder,Name,"))
+        << output;
+  }
 }
 
 TEST_F(CommandTest, FindsServersByTheirProfiles) {

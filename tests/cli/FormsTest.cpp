@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <sstream>
 
+#include "cli/Text.h"
 #include "tests/cli/Command.h"
 
 using testing::AllOf;
@@ -53,6 +54,12 @@ TEST_F(CommandTest, FitsTheTerminal) {
   std::string const plot = RunOnTerminal(60, OnMaterials("get", {"304", "Ti-6Al-4V", "-f", "plot",
                                                                  "-a", "yield strength against"}))
                                .out;
+  std::string const beside =
+      RunOnTerminal(60, OnMaterials("compare", {"304", "PEEK", "-a", "density", "-a", "typical"}))
+          .out;
+  EXPECT_THAT(beside, HasSubstr("…"));
+  std::istringstream rows(beside);
+  for (std::string row; std::getline(rows, row);) EXPECT_LE(cli::Width(row), 61u) << row;
   std::istringstream lines(plot.substr(plot.find('\n') + 1));
   for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 60u) << line;
   EXPECT_THAT(
@@ -88,6 +95,9 @@ TEST_F(CommandTest, SetsRecordsBesideEachOther) {
   EXPECT_THAT(with({"--low", "melting"}).error, HasSubstr("less is better for Melting point"));
   EXPECT_THAT(with({"--high", "melting"}).out, HasSubstr("1400 to 1450 *"));
   EXPECT_EQ(Run(OnMaterials("compare", {"304", "Unobtainium"})).code, 2);
+  Words const asCsv = {"304", "PEEK", "-a", "density", "-f", "csv"};
+  EXPECT_EQ(Run(OnMaterials("compare", asCsv)).out,
+            "Attribute,Unit,304,PEEK\nDensity,kg/m^3,7850..8000,1300..1320\n");
 }
 
 TEST_F(CommandTest, CarriesUnitsOfAxesAndParametersIntoAnySystem) {
@@ -104,6 +114,8 @@ TEST_F(CommandTest, CarriesUnitsOfAxesAndParametersIntoAnySystem) {
                                       "--unit-system", "US customary"}))
                   .out,
               HasSubstr("Temperature [degF]"));
+  EXPECT_THAT(Run(OnMaterials("get", {"304", "PEEK", "-f", "plot", "-a", "strength against"})).out,
+              HasSubstr("\nno curve: PEEK\n"));
   EXPECT_THAT(Run(OnMaterials("get", {"304", "-a", "density", "-f", "plot"})).out,
               HasSubstr("nothing to draw: 1 record without a curve"));
 }
