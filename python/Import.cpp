@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "python/Call.h"
@@ -11,6 +12,8 @@ namespace lumo::python {
 namespace {
 
 using End = std::optional<double>;
+/// The two ends are the same for a number; and whether it is estimated.
+using GivenFigure = std::tuple<End, End, bool>;
 
 /// What a cell holds: its kind, then what belongs to it.
 ImportValue ValueOf(py::tuple const& cell) {
@@ -22,10 +25,11 @@ ImportValue ValueOf(py::tuple const& cell) {
   if (kind == "typed") {
     value.content = TypedText{content.cast<std::string>(), unit, false};
   } else if (kind == "range") {
-    auto const [low, high] = content.cast<std::pair<End, End>>();
-    value.content = Value(Range{low, high, unit, false});
+    auto const [low, high, estimated] = content.cast<GivenFigure>();
+    value.content = Value(Range{low, high, unit, estimated});
   } else if (kind == "number") {
-    value.content = Value(Quantity{content.cast<double>(), unit, false});
+    auto const [low, high, estimated] = content.cast<GivenFigure>();
+    value.content = Value(Quantity{low.value(), unit, estimated});
   } else if (kind == "integer") {
     value.content = Value(content.cast<std::int64_t>());
   } else if (kind == "logical") {
@@ -41,13 +45,15 @@ ImportValue ValueOf(py::tuple const& cell) {
 }
 
 void Add(Import& import, std::size_t number, int identity, std::string folder, std::string name,
-         std::vector<py::tuple> const& cells) {
+         std::vector<py::tuple> const& cells,
+         std::vector<std::pair<std::string, std::string>> const& faults) {
   ImportRow row;
   row.number = number;
   row.id.identity = identity;
   row.folder = std::move(folder);
   row.name = std::move(name);
   for (py::tuple const& cell : cells) row.values.push_back(ValueOf(cell));
+  for (auto const& [attribute, why] : faults) row.faults.push_back({attribute, why});
   import.Add(std::move(row));
 }
 
@@ -93,7 +99,7 @@ py::dict Run(Import const& import, std::string const& journal, bool makesFolders
 void AddImport(py::module_& module) {
   py::class_<Import>(module, "Import")
       .def("add", Add, py::arg("number"), py::arg("identity"), py::arg("folder"), py::arg("name"),
-           py::arg("cells"))
+           py::arg("cells"), py::arg("faults"))
       .def("run", Run, py::arg("journal"), py::arg("make_folders"), py::arg("keep_going"));
 }
 

@@ -260,7 +260,7 @@ class Selection:
 class Import:
     def add(
         self, number: int, identity: int, folder: str, name: str,
-        cells: list[tuple[str, str, Any, str]],
+        cells: list[tuple[str, str, Any, str]], faults: list[tuple[str, str]],
     ) -> None: ...
     def run(self, journal: str, make_folders: bool, keep_going: bool) -> dict[str, Any]: ...
 

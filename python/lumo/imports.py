@@ -2,30 +2,40 @@
 
 from __future__ import annotations
 
+import datetime
 import os
-from collections.abc import Mapping
-from typing import Any
+import reprlib
+from collections.abc import Callable, Mapping
+from decimal import Decimal
+from numbers import Integral, Real
+from typing import Any, TypeVar
 
+import numpy as np
 import pandas as pd
 
 from . import _core
 from .errors import Error, ErrorCode
-from .values import NotApplicable
+from .values import NotApplicable, Quantity, Range
 
 _PARTS = (".low", ".high")
-_KINDS = {"whole number": "integer", "yes or no": "logical", "words": "words", "number": "number"}
+_FIGURES = ("number", "range of numbers")
 _REPORT = ["row", "kind", "record.identity", "record.folder", "record.name",
            "attribute", "before", "after", "why"]  # fmt: skip
 
 Cell = tuple[str, str, Any, str]
+Fault = tuple[str, str]
+T = TypeVar("T")
+
+
+class _Unfit(Exception):
+    """Why a cell cannot be taken, which is told as a fault of its row."""
+
+    def __init__(self, takes: str, value: Any) -> None:
+        super().__init__(f"takes {takes}, not {reprlib.repr(value)}")
 
 
 def _is_missing(cell: Any) -> bool:
-    return (
-        cell is None
-        or isinstance(cell, NotApplicable)
-        or (not isinstance(cell, (tuple, list)) and bool(pd.isna(cell)))
-    )
+    return isinstance(cell, NotApplicable) or (pd.api.types.is_scalar(cell) and bool(pd.isna(cell)))
 
 
 def _attribute_of(name: str, known: Mapping[str, _core.Attribute]) -> _core.Attribute:
@@ -42,25 +52,75 @@ def _attribute_of(name: str, known: Mapping[str, _core.Attribute]) -> _core.Attr
     )
 
 
+def _text(value: Any) -> str:
+    """Numbers are texts when they are whole, as designations are."""
+    if isinstance(value, bool) or not isinstance(value, (str, Integral)):
+        raise _Unfit("a text", value)
+    text = str(value)
+    try:
+        text.encode()
+    except UnicodeEncodeError:
+        raise _Unfit("characters that can be sent", value) from None
+    return text
+
+
+def _words(value: Any) -> list[str]:
+    if not isinstance(value, (tuple, list, set, frozenset, np.ndarray)):
+        raise _Unfit("words", value)
+    return [_text(one) for one in value]
+
+
+def _figure(value: Any) -> float:
+    if isinstance(value, (Real, Decimal)) and not isinstance(value, bool):
+        try:
+            return float(value)
+        except OverflowError:
+            pass
+    raise _Unfit("a number", value)
+
+
+def _whole(value: Any) -> int:
+    figure = _figure(value)
+    if not figure.is_integer() or abs(figure) > 2**31:
+        raise _Unfit("a whole number of 32 bits", value)
+    return int(figure)
+
+
+def _logical(value: Any) -> bool:
+    if not isinstance(value, (bool, np.bool_, Real)) or value not in (0, 1):
+        raise _Unfit("yes or no", value)
+    return bool(value)
+
+
+def _moment(value: Any) -> int:
+    if isinstance(value, datetime.datetime) and value.tzinfo is not None:
+        value = value.astimezone(datetime.timezone.utc).replace(tzinfo=None)
+    if not isinstance(value, (datetime.date, np.datetime64)):
+        raise _Unfit("a date", value)
+    return int(np.datetime64(value, "us").astype("int64"))
+
+
+_PLAIN: dict[str, tuple[str, Callable[[Any], Any]]] = {
+    "whole number": ("integer", _whole),
+    "yes or no": ("logical", _logical),
+    "words": ("words", _words),
+    "date": ("moment", _moment),
+}
+
+
 def _cell(attribute: _core.Attribute, value: Any, unit: str) -> Cell:
     """One value that is there."""
     if isinstance(value, str) and attribute.type not in ("text", "long text"):
-        return (attribute.name, "typed", value, unit)
-    if attribute.type == "range of numbers":
-        return (attribute.name, "range", (float(value), float(value)), unit)
-    if attribute.type == "date":
-        moment = pd.Timestamp(value).to_datetime64().astype("datetime64[us]")
-        return (attribute.name, "moment", int(moment.astype("int64")), "")
-    kind = _KINDS.get(attribute.type, "text")
-    if kind == "words":
-        value = list(value)
-    elif kind == "text":
-        value = str(value)
-    elif kind == "integer" and value != int(value):
-        return (attribute.name, "typed", str(value), "")  # is refused with its row
-    else:
-        value = {"integer": int, "logical": bool, "number": float}[kind](value)
-    return (attribute.name, kind, value, unit if kind == "number" else "")
+        return (attribute.name, "typed", _text(value), unit)
+    if attribute.type in _FIGURES:
+        one = value if isinstance(value, (Quantity, Range)) else Quantity(_figure(value))
+        ends = (one.low, one.high) if isinstance(one, Range) else (one.value, one.value)
+        low, high = (None if end is None else _figure(end) for end in ends)
+        is_range = isinstance(one, Range) or attribute.type == "range of numbers"
+        kind = "range" if is_range else "number"
+        return (attribute.name, kind, (low, high, one.estimated), one.unit or unit)
+    kind, take = _PLAIN.get(attribute.type, ("text", _text))
+    return (attribute.name, kind, take(value), "")
 
 
 class _Columns:
@@ -69,44 +129,85 @@ class _Columns:
     def __init__(
         self, frame: pd.DataFrame, known: Mapping[str, _core.Attribute], units: Mapping[str, str]
     ) -> None:
-        self._parts: dict[str, dict[str, Any]] = {}
+        self._parts: dict[str, dict[str, list[Any]]] = {}
         self._known = known
         self._units: dict[str, str] = {}
-        said = {**frame.attrs.get("units", {}), **units}
-        for name in map(str, frame.columns):
+        said = frame.attrs.get("units", {})
+        with_units: dict[str, None] = {}  # the names that `units` may give
+        for place, name in enumerate(map(str, frame.columns)):
             if name.startswith("record."):
                 continue
             attribute = _attribute_of(name, known)
             part = name.removeprefix(attribute.name)
-            self._parts.setdefault(attribute.name, {})[part] = frame[name].tolist()
-            unit = said.get(name, said.get(attribute.name, attribute.unit))
+            self._parts.setdefault(attribute.name, {})[part] = frame.iloc[:, place].tolist()
+            wishes = [given[key] for given in (units, said) for key in (name, attribute.name)
+                      if key in given]  # fmt: skip
+            unit = next(iter(wishes), attribute.unit)
             if self._units.setdefault(attribute.name, unit) != unit:
                 text = f'the ends of "{attribute.name}" have different units'
                 raise Error(ErrorCode.INVALID_ARGUMENT, text)
+            if attribute.type in _FIGURES:
+                with_units.update({name: None, attribute.name: None})
+        unknown = [name for name in units if name not in with_units]
+        if unknown:
+            text = f'units= gives one for "{unknown[0]}", which is not a column of figures here'
+            if with_units:
+                text += f"; there are {', '.join(with_units)}"
+            raise Error(ErrorCode.INVALID_ARGUMENT, text)
+        for name, parts in self._parts.items():
+            if "" not in parts and len(parts) < 2:
+                missing = next(part for part in _PARTS if part not in parts)
+                text = f'a range needs both ends: the frame has no column "{name}{missing}"'
+                raise Error(ErrorCode.INVALID_ARGUMENT, text)
 
-    def row(self, place: int) -> list[Cell]:
+    def row(self, place: int) -> tuple[list[Cell], list[Fault]]:
+        """The values of a row, and what is wrong with others."""
         cells: list[Cell] = []
+        faults: list[Fault] = []
         for name, parts in self._parts.items():
             given = {part: values[place] for part, values in parts.items()}
             there = {part: one for part, one in given.items() if not _is_missing(one)}
-            if "" in there:
-                cells.append(_cell(self._known[name], there[""], self._units[name]))
-            elif there:
-                low, high = (there.get(part) for part in _PARTS)
-                cells.append((name, "range", (low, high), self._units[name]))
-        return cells
+            try:
+                if "" in there:
+                    cells.append(_cell(self._known[name], there[""], self._units[name]))
+                elif there:
+                    low, high = (_figure(there[one]) if one in there else None for one in _PARTS)
+                    cells.append((name, "range", (low, high, False), self._units[name]))
+            except _Unfit as unfit:
+                faults.append((name, str(unfit)))
+        return cells, faults
 
 
-def _texts(frame: pd.DataFrame, name: str) -> list[str]:
-    if name not in frame:
-        return [""] * len(frame)
-    return ["" if _is_missing(one) else str(one) for one in frame[name]]
+def _identity(value: Any) -> int:
+    identity = int(value) if isinstance(value, str) and value.isdecimal() else value
+    if _whole(identity) < 0:
+        raise _Unfit("an identity", value)
+    return _whole(identity)
 
 
-def _identities(frame: pd.DataFrame) -> list[int]:
-    if "record.identity" not in frame:
-        return [0] * len(frame)
-    return [0 if _is_missing(one) else int(one) for one in frame["record.identity"]]
+class _Heads:
+    """What says which records are meant: a column of that name, or the index."""
+
+    def __init__(self, frame: pd.DataFrame) -> None:
+        self._columns = {
+            name: frame[name].tolist()
+            for name in ("record.name", "record.folder", "record.identity")
+            if name in frame
+        }
+        self._columns.setdefault("record.name", frame.index.tolist())
+
+    def take(
+        self, name: str, place: int, read: Callable[[Any], T], none: T, faults: list[Fault]
+    ) -> T:
+        """`none` where there is nothing, or something that does not fit."""
+        column = self._columns.get(name)
+        if column is None or _is_missing(column[place]):
+            return none
+        try:
+            return read(column[place])
+        except _Unfit as unfit:
+            faults.append((name, str(unfit)))
+            return none
 
 
 def _frame_of(report: dict[str, Any]) -> pd.DataFrame:
@@ -140,13 +241,17 @@ def import_frame(
         raise Error(
             ErrorCode.INVALID_ARGUMENT, "a run needs a journal=, a file that is not there yet"
         )
+    twice = frame.columns[frame.columns.duplicated()]
+    if len(twice):
+        raise Error(ErrorCode.INVALID_ARGUMENT, f'the column "{twice[0]}" comes twice')
     known = {one.name: one for one in table.attributes}
-    columns = _Columns(frame, known, units or {})
-    by_index = "record.name" not in frame
-    names = [str(one) for one in frame.index] if by_index else _texts(frame, "record.name")
-    folders, identities = _texts(frame, "record.folder"), _identities(frame)
+    columns, heads = _Columns(frame, known, units or {}), _Heads(frame)
     made = table.new_import()
-    for place, name in enumerate(names):
-        made.add(place + 1, identities[place], folders[place], name, columns.row(place))
+    for place in range(len(frame)):
+        cells, faults = columns.row(place)
+        name = heads.take("record.name", place, _text, "", faults)
+        folder = heads.take("record.folder", place, _text, "", faults)
+        identity = heads.take("record.identity", place, _identity, 0, faults)
+        made.add(place + 1, identity, folder, name, cells, faults)
     file = "" if dry_run or journal is None else os.fspath(journal)
     return _frame_of(made.run(file, make_folders, keep_going))

@@ -303,9 +303,11 @@ class Table(_Readable):
         """Makes and changes records from a frame such as `to_pandas` makes; at first only looks.
 
         The index, or the column "record.name", has the names; "record.folder" and
-        "record.identity" say more of which record is meant. Other columns are attributes, or the
-        ends of ranges; units are those of `attrs["units"]` or `units`, else the attributes' own.
-        Cells without a value leave the record as it is.
+        "record.identity" say more of which record is meant. Other columns are attributes, or both
+        ends of ranges; `units` gives units for either, else they are those of `attrs["units"]`,
+        else the attributes' own. A `Quantity` or `Range` has its own. Cells without a value leave
+        the record as it is; one end of a range without a value is open. A cell of another kind
+        than its attribute, such as a number for a date, is a fault of its row.
 
         With `dry_run` nothing is written. Without, `journal` is a file that must not exist yet: a
         run that ends early can be resumed or undone by it (`lumo import --resume`). Rows with
