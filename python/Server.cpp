@@ -40,11 +40,21 @@ class PyStream {
     std::atomic<bool>& m_isBusy;
   };
 
+  RecordStream& Open() {
+    if (!m_stream) throw Error(ErrorCode::InvalidArgument, "the stream is closed");
+    return *m_stream;
+  }
+
   template <class Work>
   auto Run(Work work) {
     Use const use(m_isBusy);
-    if (!m_stream) throw Error(ErrorCode::InvalidArgument, "the stream is closed");
-    return Unlocked([&] { return work(*m_stream); });
+    RecordStream& stream = Open();
+    return Unlocked([&] { return work(stream); });
+  }
+
+  void Forget() {
+    m_chunk.clear();
+    m_next = 0;
   }
 
  public:
@@ -63,27 +73,42 @@ class PyStream {
     py::gil_scoped_release const release;
     Use const use(m_isBusy);
     m_stream.reset();
+    Forget();
   }
 
-  std::optional<std::vector<PyRecord>> NextChunk() {
-    std::vector<Record> records;
-    bool const isThere = Run([&](RecordStream& stream) { return stream.NextChunk(records); });
-    if (!isThere) return std::nullopt;
+  /// Nothing at the end.
+  std::optional<PyRecord> Next() {
+    Use const use(m_isBusy);
+    RecordStream& stream = Open();
+    while (m_next == m_chunk.size()) {
+      Forget();
+      if (!Unlocked([&] { return stream.NextChunk(m_chunk); })) return std::nullopt;
+    }
     py::object const units = UnitsOf();
-    std::vector<PyRecord> chunk;
-    chunk.reserve(records.size());
-    for (Record& record : records) chunk.push_back({std::move(record), units});
-    return chunk;
+    return PyRecord{std::move(m_chunk[m_next++]), units};
   }
 
+  /// The rest of a chunk of which some records were handed over one by one, then whole chunks.
   std::shared_ptr<Chunks> NextColumns() {
     return Run([&](RecordStream& stream) -> std::shared_ptr<Chunks> {
+      auto table = std::make_shared<Chunks>();
+      table->units = m_table.Units();
+      auto const add = [&](std::shared_ptr<Columns const> columns) {
+        for (Column const& column : columns->columns) table->fields.push_back(column.field);
+        table->chunks.push_back(std::move(columns));
+      };
+      if (m_next < m_chunk.size()) {
+        ColumnBuilder builder = ColumnBuilder::Wide(stream.Attributes(), table->units);
+        while (m_next < m_chunk.size()) {
+          Record const& record = m_chunk[m_next++];
+          builder.Add(record.Head(), record.Values());
+        }
+        add(builder.Take());
+        return table;
+      }
       auto columns = stream.NextColumns();
       if (!columns) return nullptr;
-      auto table = std::make_shared<Chunks>();
-      for (Column const& column : columns->columns) table->fields.push_back(column.field);
-      table->chunks.push_back(std::move(columns));
-      table->units = m_table.Units();
+      add(std::move(columns));
       return table;
     });
   }
@@ -97,17 +122,18 @@ class PyStream {
       std::size_t place = 0;
       ColumnBuilder builder = BuilderFor(stream, longForm, place);
       table->fields = builder.Fields();
-      std::vector<Record> records;
-      while (stream.NextChunk(records)) {
-        for (Record const& record : records) {
+      do {
+        for (; m_next < m_chunk.size(); ++m_next) {
+          Record const& record = m_chunk[m_next];
           if (longForm.empty()) {
             builder.Add(record.Head(), record.Values());
           } else {
             builder.Add(record.Head(), {record.Values().at(place)});
           }
         }
+        Forget();
         if (builder.LongestBytes() > kMostBytes) table->chunks.push_back(builder.Take());
-      }
+      } while (stream.NextChunk(m_chunk));
       if (builder.Rows() > 0 || table->chunks.empty()) table->chunks.push_back(builder.Take());
       return table;
     });
@@ -140,6 +166,8 @@ class PyStream {
 
   std::atomic<bool> m_isBusy{false};
   std::optional<RecordStream> m_stream;
+  std::vector<Record> m_chunk;  ///< being handed over one by one
+  std::size_t m_next = 0;       ///< the first of it that is still to come
   Table m_table;
   py::object m_units;
 };
@@ -181,7 +209,7 @@ void AddRecord(py::module_& module) {
           },
           py::arg("attribute"), py::arg("unit"));
   py::class_<PyStream>(module, "RecordStream")
-      .def("next_chunk", &PyStream::NextChunk)
+      .def("next_record", &PyStream::Next)
       .def("next_columns", &PyStream::NextColumns)
       .def("columns", &PyStream::ReadAll, py::arg("long") = "")
       .def("close", &PyStream::Close)

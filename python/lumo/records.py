@@ -81,7 +81,6 @@ class RecordStream(Iterator[Record]):
     def __init__(self, core: _core.RecordStream, reporter: _progress.Reporter) -> None:
         self._core = core
         self._reporter = reporter
-        self._chunk: Iterator[_core.Record] = iter(())
 
     @property
     def attributes(self) -> dict[str, _core.Attribute]:
@@ -111,18 +110,15 @@ class RecordStream(Iterator[Record]):
         self._core.close()
 
     def __next__(self) -> Record:
-        for record in self._chunk:
-            return Record(record)
         try:
-            chunk = self._core.next_chunk()
+            record = self._core.next_record()
         except BaseException:
             self._reporter.close()
             raise
-        if chunk is None:
+        if record is None:
             self._reporter.close()
             raise StopIteration
-        self._chunk = iter(chunk)
-        return self.__next__()
+        return Record(record)
 
     def __enter__(self) -> RecordStream:
         return self

@@ -6,6 +6,7 @@ import datetime
 import threading
 
 import numpy as np
+import pandas as pd
 import pytest
 
 import lumo
@@ -148,6 +149,27 @@ def test_a_partition_is_read_from_a_line_of_text(
     assert list(read[0]) == ["Density"]
 
 
+def test_the_rest_of_a_stream_is_all_that_was_not_handed_over(materials: lumo.Table) -> None:
+    expected = [str(one.name) for one in materials.read(["Density"])]
+    for count in (1, 7, 20, 21):
+        taken, rest = [], []
+        for way in (taken, rest):
+            stream = materials.read(["Density"], chunk_size=20)
+            way += [next(stream).name for _ in range(count)]
+            if way is taken:
+                way += stream.to_columns()["record.name"].objects.tolist()
+                continue
+            chunks = stream.chunks()
+            way += next(chunks)["record.name"].objects.tolist()
+            way += [next(stream).name for _ in range(3)]
+            way += [name for one in chunks for name in one["record.name"].objects]
+        assert taken == rest == expected
+    stream = materials.read(long := "Hardness by condition", chunk_size=100)
+    assert [next(stream).name for _ in range(2)] == ["S235JR", "C45"]  # the first without a value
+    expected_long = materials.to_pandas(long=long).drop(index="C45")
+    pd.testing.assert_frame_equal(stream.to_columns(long=long).to_pandas(), expected_long)
+
+
 def test_a_stream_is_closed_and_not_shared(materials: lumo.Table) -> None:
     def again(_: lumo.Progress) -> None:
         stream.close()
@@ -157,7 +179,8 @@ def test_a_stream_is_closed_and_not_shared(materials: lumo.Table) -> None:
         stream.to_columns()
     with materials.read(["Density"], chunk_size=5) as stream:
         next(stream)
-    with pytest.raises(lumo.Error, match="closed"):
-        stream.to_columns()
+    for use in (stream.to_columns, lambda: next(stream)):
+        with pytest.raises(lumo.Error, match="closed"):
+            use()
     with pytest.raises(TypeError, match="chunks_size"):
         materials.read(["Density"], chunks_size=5)  # type: ignore[call-arg]
