@@ -20,6 +20,7 @@ py::list AttemptsOf(Error const& error) {
 
 /// Raises the package's own exception.
 void Raise(Error const& error) {
+  AtWork const work;
   py::dict details;
   details["operation"] = error.Operation();
   details["http_status"] = error.HttpStatus();
@@ -57,6 +58,9 @@ PYBIND11_MODULE(_core, module) {
       }
     }
   });
+  py::module_::import("atexit").attr("register")(py::cpp_function(&AtWork::End));
+  py::module_::import("os").attr("register_at_fork")(py::arg("after_in_child") =
+                                                         py::cpp_function(&AtWork::BeginAnew));
   AddOptions(module);
   AddValues(module);
   AddColumn(module);

@@ -55,12 +55,17 @@ std::function<void(py::handle)> Into(std::size_t& field) {
   };
 }
 
+void Check(Acquire const& lock) {
+  if (!lock) throw Error(ErrorCode::Cancelled, "the interpreter ends");
+}
+
 /// A function of Python for the toolkit, which calls it without the lock.
 template <class Event>
 std::function<void(Event const&)> Callback(py::handle function) {
   Held const held = Hold(py::reinterpret_borrow<py::object>(function));
   return [held](Event const& event) {
-    py::gil_scoped_acquire const lock;
+    Acquire const lock;
+    Check(lock);
     (*held)(event);
   };
 }
@@ -71,7 +76,8 @@ double SecondsOf(std::chrono::microseconds time) {
 
 /// Looks for signals, too: a read waits on the caller's thread.
 void LookForSignals() {
-  py::gil_scoped_acquire const lock;
+  Acquire const lock;
+  Check(lock);
   if (PyErr_CheckSignals() != 0) throw py::error_already_set();
 }
 

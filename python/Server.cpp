@@ -62,7 +62,7 @@ class PyStream {
       : m_stream(std::move(stream)), m_table(std::move(table)) {}
   // NOLINTNEXTLINE(bugprone-exception-escape): the lock throws only without an interpreter
   ~PyStream() {
-    py::gil_scoped_release const release;
+    Release const release;
     m_stream.reset();
   }
   PyStream(PyStream const&) = delete;
@@ -70,7 +70,7 @@ class PyStream {
 
   /// Ends the work that is under way; waits for it without the lock.
   void Close() {
-    py::gil_scoped_release const release;
+    Release const release;
     Use const use(m_isBusy);
     m_stream.reset();
     Forget();

@@ -184,6 +184,7 @@ py::object Convert(Units const& units, py::object const& figures, std::string co
 }  // namespace
 
 py::object ToPython(Value const& value, py::object const& units) {
+  AtWork const work;  // the package's own classes are of Python
   return std::visit(Maker(units), value);
 }
 

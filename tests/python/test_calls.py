@@ -150,6 +150,44 @@ def test_a_sandbox_ends_with_the_process_that_started_it() -> None:
         assert not Path(f"/proc/{pid}").exists()
 
 
+AT_THE_END = """
+import atexit, sys, threading, time
+atexit.register(lambda: print(table[name].name, flush=True))  # behind the package's own
+import lumo
+
+name, way = "AW-6061-T6", sys.argv[2]
+client = lumo.connect(sys.argv[1], auth="anonymous", max_attempts=1, on_call=lambda event: None)
+table = client["ENG_MATERIALS"]["Materials"]
+table.attributes
+
+def read():
+    while True:
+        try:
+            if way == "errors":
+                table["no such record"]
+            for record in table.read(["Density", "Price"], progress=lambda progress: None):
+                record["Density"]
+        except lumo.Error:
+            pass
+
+for _ in range(3):
+    threading.Thread(target=read, daemon=True).start()
+time.sleep(0.5)
+"""
+
+
+@pytest.mark.parametrize("way", ["reads", "errors", "stalled"])
+def test_a_program_ends_while_its_threads_are_in_calls(small: lumo.Sandbox, way: str) -> None:
+    if way == "stalled":
+        ask_for_faults(small, "GetRecordAttributesByRef stall 60 x3")
+    begin = time.monotonic()
+    ended = subprocess.run(
+        [sys.executable, "-c", AT_THE_END, small.url, way], capture_output=True, text=True
+    )
+    assert (ended.returncode, ended.stdout, ended.stderr) == (0, "AW-6061-T6\n", "")
+    assert time.monotonic() - begin < 8
+
+
 def test_a_progress_bar_shows_itself_when_asked(
     small: lumo.Sandbox, capsys: pytest.CaptureFixture[str]
 ) -> None:
