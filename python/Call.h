@@ -69,7 +69,10 @@ class Release : AtWork {
 class Acquire : AtWork {
  public:
   Acquire() : AtWork(WithoutLock{}) {
-    if (!IsOver() && Py_IsInitialized() != 0) m_lock.emplace();
+    // While the interpreter is taken down, its thread has the lock.
+    bool const isThere =
+        Py_IsInitialized() != 0 || py::detail::get_thread_state_unchecked() != nullptr;
+    if (isThere && !IsOver()) m_lock.emplace();
   }
   /// Whether objects of Python may be touched.
   explicit operator bool() const { return m_lock.has_value(); }

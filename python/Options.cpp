@@ -87,28 +87,31 @@ ConnectOptions ConnectOptionsOf(py::kwargs const& given) {
   ConnectOptions options;
   std::string logOn;
   Password password;
+  Held kept;
   auto& retry = options.retry;
-  Apply(given,
-        {{"log_on", Into(logOn)},
-         {"user", Into(password.user)},
-         {"password", Into(password.password)},
-         {"domain", Into(password.domain)},
-         {"namespace", Into(options.vendorNamespace)},
-         {"application_name", Into(options.applicationName)},
-         {"ca_file", Into(options.caFile)},
-         {"ca_folder", Into(options.caFolder)},
-         {"certificate_file", Into(options.certificateFile)},
-         {"key_file", Into(options.keyFile)},
-         {"proxy", Into(options.proxy)},
-         {"proxy_user", Into(options.proxyUser)},
-         {"proxy_password", Into(options.proxyPassword)},
-         {"resolve_timeout", Into(options.resolve)},
-         {"connect_timeout", Into(options.connect)},
-         {"stall_timeout", Into(options.stall)},
-         {"max_concurrency", Into(options.maxConcurrency)},
-         {"max_attempts", Into(retry.maxAttempts)},
-         {"max_retry_time", Into(retry.maxElapsed)},
-         {"on_call", [&](py::handle value) { options.onCall = Callback<CallEvent>(value); }}});
+  Apply(
+      given,
+      {{"log_on", Into(logOn)},
+       {"user", Into(password.user)},
+       {"password", Into(password.password)},
+       {"domain", Into(password.domain)},
+       {"namespace", Into(options.vendorNamespace)},
+       {"application_name", Into(options.applicationName)},
+       {"ca_file", Into(options.caFile)},
+       {"ca_folder", Into(options.caFolder)},
+       {"certificate_file", Into(options.certificateFile)},
+       {"key_file", Into(options.keyFile)},
+       {"proxy", Into(options.proxy)},
+       {"proxy_user", Into(options.proxyUser)},
+       {"proxy_password", Into(options.proxyPassword)},
+       {"resolve_timeout", Into(options.resolve)},
+       {"connect_timeout", Into(options.connect)},
+       {"stall_timeout", Into(options.stall)},
+       {"max_concurrency", Into(options.maxConcurrency)},
+       {"max_attempts", Into(retry.maxAttempts)},
+       {"max_retry_time", Into(retry.maxElapsed)},
+       {"kept", [&](py::handle value) { kept = Hold(py::reinterpret_borrow<py::object>(value)); }},
+       {"on_call", [&](py::handle value) { options.onCall = Callback<CallEvent>(value); }}});
   if (logOn == "ticket") {
     options.credentials = Ticket{};
   } else if (logOn == "anonymous") {
@@ -122,7 +125,8 @@ ConnectOptions ConnectOptionsOf(py::kwargs const& given) {
     std::replace(setting.begin(), setting.end(), '_', '-');
     if (!value.is_none()) options.origins[setting] = name + "=";
   }
-  options.isInterrupted = Interrupts::Current;
+  // All that uses the connections has this function, and keeps what they need.
+  options.isInterrupted = [kept] { return Interrupts::Current(); };
   return options;
 }
 

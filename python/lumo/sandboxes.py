@@ -38,22 +38,44 @@ def _program() -> str:
     return found
 
 
-class Sandbox(Server):
-    """A server with made-up data on this machine, which ends with `close`, with its `with`, or at
-    the latest with the process that started it."""
+class _Process:
+    """Ends its process when nothing uses its server any more."""
 
-    def __init__(self, process: subprocess.Popen[str], client: _core.Client) -> None:
+    def __init__(self, process: subprocess.Popen[str]) -> None:
+        self.popen = process
+
+    def end(self) -> None:
+        """The server ends when its standard input does; one that does not is ended."""
+        for pipe in (self.popen.stdin, self.popen.stdout):
+            if pipe is not None:
+                pipe.close()
+        try:
+            self.popen.wait(_STOP)
+        except subprocess.TimeoutExpired:
+            self.popen.kill()
+            self.popen.wait()
+
+    def __del__(self) -> None:
+        self.end()
+
+
+class Sandbox(Server):
+    """A server with made-up data on this machine, which ends with `close`, with its `with`, when
+    neither it nor a table of it is of use any more, or at the latest with the process that started
+    it."""
+
+    def __init__(self, process: _Process, client: _core.Client) -> None:
         super().__init__(client)
         self._process = process
 
     @property
     def pid(self) -> int:
         """Of the server's process."""
-        return self._process.pid
+        return self._process.popen.pid
 
     def close(self) -> None:
         """Ends the server."""
-        _end(self._process)
+        self._process.end()
 
     def __enter__(self) -> Sandbox:
         return self
@@ -61,24 +83,8 @@ class Sandbox(Server):
     def __exit__(self, *exception: object) -> None:
         self.close()
 
-    def __del__(self) -> None:
-        if hasattr(self, "_process"):
-            _end(self._process)
-
     def __repr__(self) -> str:
         return f"<lumo.Sandbox {self.url}>"
-
-
-def _end(process: subprocess.Popen[str]) -> None:
-    """The server ends when its standard input does; one that does not is ended."""
-    for pipe in (process.stdin, process.stdout):
-        if pipe is not None:
-            pipe.close()
-    try:
-        process.wait(_STOP)
-    except subprocess.TimeoutExpired:
-        process.kill()
-        process.wait()
 
 
 def sandbox(
@@ -105,20 +111,22 @@ def sandbox(
     if log_file is not None:
         command.append(f"--log={os.fspath(log_file)}")
     # A session of its own, so that Ctrl-C in a terminal reaches Python alone.
-    process = subprocess.Popen(
+    popen = subprocess.Popen(
         command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, start_new_session=True
     )
+    process = _Process(popen)
     try:
-        assert process.stdout is not None
-        ready, _, _ = select.select([process.stdout], [], [], _START)
-        line = process.stdout.readline() if ready else ""
+        assert popen.stdout is not None
+        ready, _, _ = select.select([popen.stdout], [], [], _START)
+        line = popen.stdout.readline() if ready else ""
         if not line:
             raise Error(ErrorCode.UNAVAILABLE, f"{command[0]} did not start")
         if not {"auth", "user"} & options.keys():
             options["auth"] = "anonymous"
+        options["kept"] = process  # by the connections, and these by whatever uses them
         client = connect(json.loads(line)["url"], **options)._client
         return Sandbox(process, client)
     except BaseException:
-        process.kill()
-        _end(process)
+        popen.kill()
+        process.end()
         raise

@@ -135,6 +135,17 @@ def test_threads_read_at_once(small: lumo.Sandbox) -> None:
     assert all(frame.equals(expected) for frame in frames)
 
 
+def test_a_sandbox_lives_as_long_as_something_of_it() -> None:
+    server = lumo.sandbox(seed="minimal")
+    process = Path(f"/proc/{server.pid}")
+    stream = server["ENG_MATERIALS"]["Materials"].where("density > 0 kg/m^3").read(["Density"])
+    del server
+    assert len(stream.to_columns()) > 0
+    stream.close()
+    del stream
+    assert not process.exists()
+
+
 def test_a_sandbox_ends_with_the_process_that_started_it() -> None:
     code = "import lumo, os, signal; s = lumo.sandbox(seed='minimal'); print(s.pid, flush=True);"
     code += "os.kill(os.getpid(), signal.SIGKILL)"
