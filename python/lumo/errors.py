@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import enum
-from collections.abc import Mapping
+from collections.abc import Callable, Mapping
 from typing import Any, NamedTuple
 
 
@@ -185,3 +185,17 @@ class Error(Exception):
     def is_retryable(self) -> bool:
         """Whether a read that failed so may succeed when it is repeated."""
         return bool(self._details.get("is_retryable", False))
+
+
+def is_found(name: object, look_up: Callable[[str], object], *others: ErrorCode) -> bool:
+    """Whether the look-up finds that name, and not several things. Its errors come out, but for
+    those that say so, of which it may have others."""
+    if not isinstance(name, str):
+        return False
+    try:
+        look_up(name)
+    except Error as error:
+        if error.code not in (ErrorCode.NOT_FOUND, ErrorCode.AMBIGUOUS, *others):
+            raise
+        return False
+    return True

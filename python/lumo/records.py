@@ -3,10 +3,14 @@
 from __future__ import annotations
 
 from collections.abc import Iterator, Mapping
+from typing import Any, TypeVar, overload
 
 from . import _core, _html, _progress
 from .columns import Columns
+from .errors import ErrorCode, is_found
 from .values import Value
+
+T = TypeVar("T")
 
 
 class Record(Mapping[str, Value]):
@@ -55,7 +59,19 @@ class Record(Mapping[str, Value]):
         return len(self.attributes)
 
     def __contains__(self, attribute: object) -> bool:
-        return attribute in self.attributes
+        return is_found(attribute, self._core.get, ErrorCode.INVALID_ARGUMENT)
+
+    @overload
+    def get(self, attribute: str, /) -> Value:
+        ...
+
+    @overload
+    def get(self, attribute: str, /, default: Value | T) -> Value | T:
+        ...
+
+    def get(self, attribute: str, /, default: Any = None) -> Any:
+        """The value; `default` for an attribute that was not read."""
+        return self[attribute] if attribute in self else default
 
     def __eq__(self, other: object) -> bool:
         return self is other

@@ -8,7 +8,7 @@ from typing import TYPE_CHECKING, Any, Literal
 
 from . import _core, _html, _progress
 from .columns import Columns
-from .errors import Error, ErrorCode
+from .errors import Error, ErrorCode, is_found
 from .options import Attributes, Auth, ConnectOptions, ReadOptions, names_of
 from .records import Record, RecordStream
 
@@ -69,6 +69,9 @@ class Server:
         """By key or name, in whatever case, or by a beginning that no other has."""
         return Database(self._client, *self._client.find_database(database))
 
+    def __contains__(self, database: object) -> bool:
+        return is_found(database, self._client.find_database)
+
     def __iter__(self) -> Iterator[str]:
         return iter(self.databases)
 
@@ -109,6 +112,9 @@ class Database:
     def __getitem__(self, table: str) -> Table:
         """By a name in whatever case, or by a beginning that no other has."""
         return Table(self._client.open_table(self.key, table))
+
+    def __contains__(self, table: object) -> bool:
+        return is_found(table, self.__getitem__)
 
     def __iter__(self) -> Iterator[str]:
         return iter(self.tables)
@@ -289,6 +295,10 @@ class Table(_Readable):
 
     def __getitem__(self, name: str) -> Record:
         return self.get(name)
+
+    def __contains__(self, name: object) -> bool:
+        any_one = [one.name for one in self._core.attributes[:1]]
+        return is_found(name, lambda text: self.get(text, any_one))
 
     def import_frame(
         self,

@@ -29,6 +29,21 @@ def test_a_server_is_a_mapping_of_databases_and_tables(server: lumo.Sandbox) -> 
     assert server["eng_mat"].key == "ENG_MATERIALS"  # whatever case, a beginning is enough
     assert server["Chemical Elements"].tables == ["Elements"]
     assert "Material Producers" in list(server["ENG_MATERIALS"])
+    database = server["ENG_MATERIALS"]
+    table = database["Materials"]
+    record = table.get("AW-6061-T6", ["Density"])
+    for place, names in (
+        (server, ("ENG_MATERIALS", "Engineering Materials", "chemical")),
+        (database, ("Materials", "material producers")),
+        (table, ("AW-6061-T6", "Metals and alloys/Aluminium alloys/AW-6061-T6", "id:69")),
+        (record, ("Density", "density")),
+    ):
+        for name in names:  # whatever is found by [] is in it
+            assert place[name] is not None and name in place  # type: ignore[index, operator]
+        assert not [one for one in ("Nope", 5, None) if one in place]  # type: ignore[operator]
+    assert "m" not in database  # several tables begin so
+    assert record.get("density") == record["Density"] and record.get("Nope", 5) == 5
+    assert record.get("Price") is None
 
 
 def test_a_record_has_each_kind_of_value(materials: lumo.Table) -> None:
