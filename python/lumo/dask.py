@@ -20,7 +20,7 @@ from typing import TYPE_CHECKING, Any, Union
 
 from . import _core
 from .errors import Error, ErrorCode
-from .options import Attributes
+from .options import Attributes, names_of
 from .server import Selection, Table, connect
 
 if TYPE_CHECKING:
@@ -42,13 +42,13 @@ def _semaphore(server: str, max_calls: int) -> Any:
 
 
 def _read_part(
-    part: str, server: str, long: str | None, connection: Mapping[str, Any],
-    options: Mapping[str, Any], semaphore: Any
+    part: str, server: str, long: str | None, units: Mapping[str, str],
+    connection: Mapping[str, Any], options: Mapping[str, Any], semaphore: Any
 ) -> pd.DataFrame:  # fmt: skip
     """On a worker, one call at a time, all of them under a lease of the semaphore."""
     with semaphore if semaphore is not None else nullcontext():
         stream = connect(server, **connection).read(part, **options)
-        return stream.to_columns(long=long).to_pandas(marks=True)
+        return stream.to_columns(long=long).in_units(units).to_pandas(marks=True)
 
 
 def read(
@@ -58,6 +58,7 @@ def read(
     records_each: int = 1000,
     max_calls: int = 4,
     long: str | None = None,
+    units: Mapping[str, str] | None = None,
     connection: Mapping[str, Any] | None = None,
     **options: Any,
 ) -> dask.dataframe.DataFrame:
@@ -68,7 +69,7 @@ def read(
     one at a time. The first read of a server in a cluster sets it. Without a cluster the process's
     own limit holds. `connection` has options of `connect` for the workers, such as
     {"auth": "ticket"}, but no password: workers take theirs from LUMO_PASSWORD_FILE or their
-    profile. `long` and `options` are those of `to_pandas`. Partitions always have the columns
+    profile. `long`, `units` and `options` are those of `to_pandas`. Partitions always have the columns
     "record.notApplicable" and "record.estimated". A worker that dies loses nothing but time: its
     parts are read again.
     """
@@ -76,20 +77,22 @@ def read(
     import dask.dataframe
 
     connection = dict(connection or {})
-    if any(name in connection for name in _SECRET) or isinstance(connection.get("auth"), tuple):
+    is_secret = any(name in connection for name in _SECRET)
+    if is_secret or not isinstance(connection.get("auth"), (str, type(None))):
         raise Error(
             ErrorCode.INVALID_ARGUMENT,
             "a password does not go to other machines; set LUMO_PASSWORD_FILE there",
         )
-    names = [long] if long is not None and attributes is None else attributes
+    names = [long] if long is not None and attributes is None else names_of(attributes)
     options = {**options, "concurrency": 1, "progress": False}
-    nothing = records.with_ids([]).to_columns(names, long=long, **options)
+    units = dict(units or {})
+    nothing = records.with_ids([]).to_columns(names, long=long, units=units, **options)
     lines = records.partitions(records_each, names)
     if not lines:
         return dask.dataframe.from_pandas(nothing.to_pandas(marks=True), npartitions=1)
     server = _core.Partition(lines[0]).server
     semaphore = _semaphore(server, max_calls)
     task = dask.delayed(_read_part, pure=True)
-    parts = [task(line, server, long, connection, options, semaphore) for line in lines]
+    parts = [task(line, server, long, units, connection, options, semaphore) for line in lines]
     meta = nothing.to_pandas(marks=True)
     return dask.dataframe.from_delayed(parts, meta=meta, prefix="lumo", verify_meta=False)

@@ -75,13 +75,18 @@ def test_a_worker_that_is_killed_loses_no_rows_and_no_limit_is_passed(tmp_path: 
     assert 1 < most <= MAX_CALLS
 
 
-def test_no_password_goes_to_other_machines() -> None:
+def test_parts_are_read_as_the_whole_is_and_no_password_goes_to_other_machines() -> None:
     import lumo.dask
 
     with lumo.sandbox(seed="minimal") as server:
         table = server["ENG_MATERIALS"]["Materials"]
-        with pytest.raises(lumo.Error, match="password"):
-            lumo.dask.read(table, ["Density"], connection={"auth": ("lumo", "secret")})
-        frame = lumo.dask.read(table, ["Density"], records_each=5, connection={"auth": "anonymous"})
-        here = table.to_columns(["Density"]).to_pandas(marks=True)
+        for pair in (("lumo", "secret"), ["lumo", "secret"]):
+            with pytest.raises(lumo.Error, match="password"):
+                lumo.dask.read(table, ["Density"], connection={"auth": pair})
+        units = {"Density": "g/cm^3"}
+        frame = lumo.dask.read(
+            table, (name for name in ["Density"]), records_each=5, units=units,
+            connection={"auth": "anonymous"},
+        )  # fmt: skip
+        here = table.to_columns(["Density"], units=units).to_pandas(marks=True)
         pd.testing.assert_frame_equal(frame.compute(scheduler="synchronous"), here)
