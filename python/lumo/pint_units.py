@@ -7,10 +7,13 @@ own, and one with an unknown word in it is refused::
     symbol = product ("/" product)*        the first product over all the others
     product = factor ("." factor)*
     factor = word ("^" number)?  |  number "^" number  |  "1"
+
+Other numbers are refused: whoever writes "MPa.m^1/2" means a root.
 """
 
 from __future__ import annotations
 
+import math
 import re
 
 from .errors import Error, ErrorCode
@@ -76,8 +79,8 @@ _TEMPERATURES = {
     "K": ("kelvin", "kelvin"),
 }
 
-_FACTOR = re.compile(r"(?P<word>[A-Za-z%]+)(\^(?P<power>-?\d+(\.\d+)?))?")
-_NUMBER = re.compile(r"(?P<base>\d+)(\^(?P<power>-?\d+))?")
+_FACTOR = re.compile(r"(?P<word>[A-Za-z%]+)(\^(?P<power>-?\d+(\.\d+)?))?", re.ASCII)
+_NUMBER = re.compile(r"(?P<base>\d+)\^(?P<power>-?\d+)", re.ASCII)
 
 
 def _refuse(symbol: str, why: str) -> Error:
@@ -104,11 +107,22 @@ def _word(symbol: str, word: str) -> str:
     raise _refuse(symbol, f'has the unknown word "{word}"')
 
 
+def _power(symbol: str, text: str, base: float, power: int) -> str:
+    try:
+        figure = base**power
+    except (OverflowError, ZeroDivisionError):
+        figure = 0.0
+    if figure == 0 or math.isinf(figure):
+        raise _refuse(symbol, f'has "{text}", which is too large or too small')
+    return repr(figure)
+
+
 def _factor(symbol: str, text: str) -> str:
+    if text == "1":
+        return "1.0"
     number = _NUMBER.fullmatch(text)
     if number:
-        power = int(number["power"] or 1)
-        return f"{float(number['base']) ** power!r}"
+        return _power(symbol, text, float(number["base"]), int(number["power"]))
     match = _FACTOR.fullmatch(text)
     if not match:
         raise _refuse(symbol, f'has "{text}", which is not a unit')
@@ -129,7 +143,7 @@ def pint_unit(symbol: str) -> str:
         return "dimensionless"
     if symbol in _TEMPERATURES:
         return _TEMPERATURES[symbol][0]
-    products = re.sub(r" +", ".", symbol.strip()).split("/")
+    products = re.sub(r" +", ".", symbol.strip(" ")).split("/")
     made = [
         "*".join(_factor(symbol, factor) for factor in _factors(symbol, product))
         for product in products

@@ -64,6 +64,7 @@ def test_every_symbol_of_the_sandbox_is_right_or_refused(server: lumo.Sandbox) -
         ("W/m.degC", "(watt) / ((meter)*(delta_degree_Celsius))"),
         ("MPa.m^0.5", "(megapascal)*(meter)**0.5"),
         ("10^6 psi", "1000000.0*(pound_force_per_square_inch)"),
+        ("1/K", "1.0 / ((kelvin))"),
         ("degF", "degree_Fahrenheit"),
         ("", "dimensionless"),
     ],
@@ -73,8 +74,10 @@ def test_a_dot_binds_closer_than_a_slash(symbol: str, expression: str) -> None:
 
 
 @pytest.mark.parametrize(
-    "symbol", ["HRC", "W//m", "W/", ".m", "kg*m", "m^", "EUR/kg", "kdegC", "m2", "-"]
-)
+    "symbol",
+    ["HRC", "W//m", "W/", ".m", "kg*m", "m^", "EUR/kg", "kdegC", "m2", "-", "MPa.m^1/2", "ohm/2.m",
+     "2.m", "m\n", "m^\u0662", "10^400", "10^-400", "0^-1", f"{10**400}^1"],
+)  # fmt: skip
 def test_what_is_not_known_is_refused(symbol: str) -> None:
     with pytest.raises(lumo.Error):
         lumo.pint_unit(symbol)
