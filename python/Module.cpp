@@ -50,6 +50,8 @@ PYBIND11_MODULE(_core, module) {
   py::register_exception_translator([](std::exception_ptr thrown) {
     try {
       if (thrown) std::rethrow_exception(thrown);
+    } catch (py::cast_error const&) {
+      PyErr_SetString(PyExc_TypeError, "an argument holds something of a wrong type");
     } catch (Error const& error) {
       try {
         Raise(error);

@@ -17,14 +17,22 @@ using std::chrono::milliseconds;
 
 using Setters = std::map<std::string, std::function<void(py::handle)>>;
 
-/// Hands each argument that is not None to its setter.
+/// Hands each argument that is not None to its setter. An error does not show the value, which may
+/// be a password.
 void Apply(py::kwargs const& given, Setters const& setters) {
   for (auto const& [key, value] : given) {
-    auto const setter = setters.find(py::cast<std::string>(key));
+    auto const name = py::cast<std::string>(key);
+    auto const setter = setters.find(name);
     if (setter == setters.end()) {
-      throw py::type_error("unexpected keyword argument '" + py::cast<std::string>(key) + "'");
+      throw py::type_error("unexpected keyword argument '" + name + "'");
     }
-    if (!value.is_none()) setter->second(value);
+    if (value.is_none()) continue;
+    try {
+      setter->second(value);
+    } catch (py::cast_error const&) {
+      auto const type = py::cast<std::string>(py::type::handle_of(value).attr("__name__"));
+      throw py::type_error(name + "= does not take this value of type " + type);
+    }
   }
 }
 
@@ -33,7 +41,25 @@ std::function<void(py::handle)> Into(Field& field) {
   return [&field](py::handle value) { field = py::cast<Field>(value); };
 }
 
-/// Seconds, as Python counts time.
+/// A path is taken where a text is.
+template <>
+std::function<void(py::handle)> Into(std::string& field) {
+  return [&field](py::handle value) {
+    bool const isPath = py::hasattr(value, "__fspath__");
+    field = py::cast<std::string>(isPath ? value.attr("__fspath__")() : value);
+  };
+}
+
+/// Calls at once, or tries.
+template <>
+std::function<void(py::handle)> Into(int& field) {
+  return [&field](py::handle value) {
+    field = py::cast<int>(value);
+    if (field < 0) throw Error(ErrorCode::InvalidArgument, "a number of calls is not negative");
+  };
+}
+
+/// Seconds, as Python counts time. Up to the next millisecond, for 0 is without a limit.
 template <>
 std::function<void(py::handle)> Into(milliseconds& field) {
   return [&field](py::handle value) {
@@ -42,7 +68,7 @@ std::function<void(py::handle)> Into(milliseconds& field) {
     if (!(seconds >= 0 && seconds <= kMost)) {
       throw Error(ErrorCode::InvalidArgument, "a time is a number of seconds from 0 to 1e9");
     }
-    field = milliseconds(std::llround(seconds * 1000));
+    field = milliseconds(static_cast<std::int64_t>(std::ceil(seconds * 1000)));
   };
 }
 

@@ -3,6 +3,7 @@
 #include <ctime>
 #include <utility>
 
+#include "lumo/toolkit/Numbers.h"
 #include "lumo/toolkit/Text.h"
 #include "lumo/toolkit/Url.h"
 #include "lumo/toolkit/Verdict.h"
@@ -110,7 +111,8 @@ Hint TimeoutHint(HttpReport const& report, std::string const& url, ConnectOption
     case eHttpPhase_None:
     case eHttpPhase_Resolving: return {HintCode::CheckName, {HostOf(url)}};
     case eHttpPhase_Connecting: return {HintCode::CheckConnection, {url}};
-    default: return {HintCode::WaitLonger, {std::to_string((options.stall.count() + 999) / 1000)}};
+    default:
+      return {HintCode::WaitLonger, {TextOf(std::chrono::duration<double>(options.stall).count())}};
   }
 }
 

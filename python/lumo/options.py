@@ -2,12 +2,14 @@
 
 from __future__ import annotations
 
+import os
 from collections.abc import Callable, Iterable
 from typing import Literal, TypedDict, Union
 
 from . import _core
 
 Attributes = Union[str, Iterable[str], None]
+Path = Union[str, "os.PathLike[str]", None]
 Auth = Union[None, Literal["ticket", "password", "anonymous"], tuple[str, str]]
 
 
@@ -20,10 +22,10 @@ class ConnectOptions(TypedDict, total=False):
     domain: str | None
     namespace: str | None  #: base of the vendor's namespace
     application_name: str | None
-    ca_file: str | None  #: certificates of authorities, PEM
-    ca_folder: str | None  #: the same as a folder of files under their hashed names
-    certificate_file: str | None  #: the client's own, PEM
-    key_file: str | None
+    ca_file: Path  #: certificates of authorities, PEM
+    ca_folder: Path  #: the same as a folder of files under their hashed names
+    certificate_file: Path  #: the client's own, PEM
+    key_file: Path
     proxy: str | None
     proxy_user: str | None
     proxy_password: str | None

@@ -117,6 +117,36 @@ def test_ctrl_c_ends_a_stalled_call_while_other_threads_go_on(
     assert small.url and len(lumo.connect(small.url, auth="anonymous")) == 2
 
 
+def test_options_of_a_wrong_type_are_named_and_short_times_are_limits(
+    small: lumo.Sandbox, tmp_path: Path
+) -> None:
+    table = small["ENG_MATERIALS"]["Materials"]
+    wrong: list[tuple[Callable[..., object], str, object]] = [
+        (table.read, "chunk_size", "100"), (table.read, "chunk_size", 2.5),
+        (table.read, "time_limit", "x"), (lumo.connect, "stall_timeout", "5"),
+        (lumo.connect, "ca_file", 5), (lumo.connect, "password", 5),
+    ]  # fmt: skip
+    for function, name, value in wrong:
+        with pytest.raises(TypeError, match=f"{name}= .*{type(value).__name__}$"):
+            function(**{name: value, "server": small.url} if function is lumo.connect
+                     else {name: value})  # fmt: skip
+    with pytest.raises(lumo.Error, match="not negative"):
+        table.read(concurrency=-3)
+    with pytest.raises(lumo.Error, match="nowhere.pem"):
+        list(lumo.connect(
+            small.url.replace("http:", "https:"), auth="anonymous", max_attempts=1,
+            ca_file=tmp_path / "nowhere.pem",
+        ))  # fmt: skip
+    ask_for_faults(small, "GetRecordAttributesByRef stall 5 x2")
+    with pytest.raises(lumo.Error) as caught:
+        table.read(["Density"], time_limit=0.0004).to_columns()
+    assert caught.value.code is lumo.ErrorCode.TIMEOUT
+    ask_for_faults(small, "GetDatabases stall 5")
+    client = lumo.connect(small.url, auth="anonymous", max_attempts=1, stall_timeout=0.5)
+    with pytest.raises(lumo.Error, match="than 0.5$"):
+        list(client)
+
+
 def test_threads_read_at_once(small: lumo.Sandbox) -> None:
     table = small["ENG_MATERIALS"]["Materials"]
     expected = table.to_pandas(["Density"])

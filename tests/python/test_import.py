@@ -132,6 +132,8 @@ def test_what_a_frame_cannot_bring_is_refused(table: lumo.Table) -> None:
     for wrong in ("density", "Densty.low", "Density ", "Number of suppliers"):
         with pytest.raises(lumo.Error, match=f'"{wrong}".* there are Density.low, Density'):
             table.import_frame(ends, units={wrong: "g/cm^3"})
+    with pytest.raises(TypeError):
+        table.import_frame(ends, units={"Density": 5})  # type: ignore[dict-item]
     for columns in (["Density.low"], ["Density.high"]):  # one end would make the other open
         with pytest.raises(lumo.Error, match="both ends"):
             table.import_frame(ends[columns])
