@@ -173,12 +173,14 @@ py::object Convert(Units const& units, py::object const& figures, std::string co
     return py::float_(units.Convert(figures.cast<double>(), from, to));
   }
   units.Convert(0, from, to);  // says what is wrong even for no figures
-  auto const in = py::array_t<double, py::array::c_style | py::array::forcecast>::ensure(figures);
-  if (!in) throw py::error_already_set();
-  py::array_t<double> out(in.request().shape);
-  double* const made = out.mutable_data();
-  for (py::ssize_t i = 0; i < in.size(); ++i) made[i] = units.Convert(in.data()[i], from, to);
-  return std::move(out);
+  using Figures = py::array_t<double, py::array::c_style | py::array::forcecast>;
+  py::cpp_function const convert([&](Figures const& in) {
+    py::array_t<double> out(in.request().shape);
+    double* const made = out.mutable_data();
+    for (py::ssize_t i = 0; i < in.size(); ++i) made[i] = units.Convert(in.data()[i], from, to);
+    return out;
+  });
+  return FromPackage(kValues, "converted")(convert, figures);
 }
 
 }  // namespace

@@ -121,7 +121,9 @@ class Units:
     def can_convert(self, source: str, target: str) -> bool:
         """Whether it told how one becomes the other."""
     def convert(self, figures: Any, source: str, target: str) -> Any:
-        """A figure, or an array of them. Raises `Error` (INVALID_ARGUMENT)."""
+        """A figure, or an array of them: numpy's, masked, or of pandas, where NA becomes NaN.
+
+        Raises `Error` (INVALID_ARGUMENT), and numpy's own errors for what is not figures."""
 
 class Parameter:
     """What figures and curves depend on."""

@@ -7,7 +7,7 @@ a record is `lumo.NOT_APPLICABLE`. Words are tuples of texts, dates are `datetim
 from __future__ import annotations
 
 import datetime
-from collections.abc import Iterator, Mapping, Sequence
+from collections.abc import Callable, Iterator, Mapping, Sequence
 from dataclasses import dataclass, field
 from typing import TYPE_CHECKING, Any, Union, overload
 
@@ -61,6 +61,19 @@ def _convert(units: _core.Units | None, figure: float, source: str, target: str)
     if units is None:
         raise Error(ErrorCode.INVALID_ARGUMENT, "a value that was not read has no server's factors")
     return float(units.convert(figure, source, target))
+
+
+def converted(convert: Callable[[Figures], Figures], figures: Any) -> Any:
+    """What `Units.convert` makes of more than a plain figure."""
+    if isinstance(figures, (Quantity, Range, Points)):
+        raise TypeError("a value with a unit of its own is converted by its in_units")
+    if isinstance(figures, np.ma.MaskedArray):
+        array: Any = np.ma.array
+        return array(convert(np.asarray(figures, dtype=float)), mask=figures.mask)
+    if hasattr(figures, "isna"):  # of pandas
+        figures = figures.to_numpy(dtype=float, na_value=np.nan)
+    made = convert(np.asarray(figures, dtype=float))
+    return made if made.ndim else float(made)
 
 
 @dataclass(frozen=True)

@@ -4,6 +4,8 @@ from __future__ import annotations
 
 from typing import Any
 
+import numpy as np
+import pandas as pd
 import pytest
 
 import lumo
@@ -55,6 +57,23 @@ def test_every_symbol_of_the_sandbox_is_right_or_refused(server: lumo.Sandbox) -
     assert compared == {symbol for pair in ours for symbol in pair} - REFUSED
     assert len(compared) > 40
     print(f"{len(compared)} symbols are right, {len(refused)} refused, {len(ours)} conversions")
+
+
+def test_figures_of_all_kinds_are_converted(materials: lumo.Table) -> None:
+    def kelvin(figures: Any) -> Any:
+        return materials.units.convert(figures, "degC", "K")
+
+    for figure in (25, 25.0, np.int64(25), np.float32(25), np.array(25)):
+        assert kelvin(figure) == 298.15 and type(kelvin(figure)) is float
+    for dtype in ("Int64", "Float64"):
+        column = pd.Series([25, None], dtype=dtype)
+        for figures in (column, column.array, [25, np.nan], (25, None)):
+            np.testing.assert_array_equal(kelvin(figures), [298.15, np.nan])
+    masked = kelvin(np.ma.array([25.0, 1.0], mask=[False, True]))
+    assert masked.tolist() == [298.15, None]
+    for wrong in ("abc", [1, [2, 3]], object(), lumo.Quantity(25, "degC")):
+        with pytest.raises((TypeError, ValueError)):
+            kelvin(wrong)
 
 
 @pytest.mark.parametrize(
