@@ -2,7 +2,9 @@
 #include <pybind11/stl.h>
 
 #include <cmath>
+#include <map>
 #include <string>
+#include <tuple>
 #include <variant>
 
 #include "python/Call.h"
@@ -141,6 +143,62 @@ std::shared_ptr<Curve> InUnit(Curve const& curve, Units const& units, std::strin
   return std::make_shared<Curve>(std::get<Curves>(converted).curves.at(0));
 }
 
+using ParameterState = std::tuple<std::string, decltype(Parameter::value), std::string>;
+
+py::tuple CurveState(Curve const& one) {
+  std::vector<ParameterState> parameters;
+  for (Parameter const& parameter : one.parameters) {
+    parameters.emplace_back(parameter.name, parameter.value, parameter.unit);
+  }
+  return py::make_tuple(one.xName, one.xUnit, one.yUnit, one.x, one.y, one.yHigh, one.xWords,
+                        one.estimated, parameters, static_cast<int>(one.interpolation),
+                        one.xIsLogarithmic);
+}
+
+std::shared_ptr<Curve> CurveFrom(py::tuple const& state) {
+  auto one = std::make_shared<Curve>();
+  std::size_t at = 0;
+  auto const take = [&](auto& field) {
+    field = state[at++].template cast<std::decay_t<decltype(field)>>();
+  };
+  take(one->xName);
+  take(one->xUnit);
+  take(one->yUnit);
+  take(one->x);
+  take(one->y);
+  take(one->yHigh);
+  take(one->xWords);
+  take(one->estimated);
+  for (auto const& [name, value, unit] : state[at++].cast<std::vector<ParameterState>>()) {
+    one->parameters.push_back({name, value, unit});
+  }
+  one->interpolation = static_cast<Interpolation>(state[at++].cast<int>());
+  take(one->xIsLogarithmic);
+  return one;
+}
+
+using StepState = std::tuple<std::string, double, double>;
+using UnitsState = std::map<std::string, std::vector<StepState>>;
+
+UnitsState StateOf(Units const& units) {
+  UnitsState state;
+  for (auto const& [unit, steps] : units.Steps()) {
+    for (UnitStep const& step : steps) {
+      state[unit].emplace_back(step.target, step.factor, step.offset);
+    }
+  }
+  return state;
+}
+
+Units UnitsFrom(UnitsState const& state) {
+  std::map<std::string, std::vector<UnitStep>> all;
+  for (auto const& [unit, steps] : state) {
+    for (auto const& [target, factor, offset] : steps)
+      all[unit].push_back({target, factor, offset});
+  }
+  return Units(std::move(all));
+}
+
 void AddCurve(py::module_& module) {
   py::class_<Curve, std::shared_ptr<Curve>> curve(module, "Curve");
   curve.def_readonly("x_name", &Curve::xName)
@@ -155,6 +213,7 @@ void AddCurve(py::module_& module) {
                              [](Curve const& one) { return ParametersOf(one.parameters); })
       .def_property_readonly("parameter_units",
                              [](Curve const& one) { return ParameterUnitsOf(one.parameters); })
+      .def(py::pickle(&CurveState, &CurveFrom))
       .def("at", At, py::arg("places"))
       .def("in_units", InUnit, py::arg("units"), py::arg("unit"));
   using Figures = std::vector<double> Curve::*;
@@ -220,6 +279,8 @@ void AddValues(py::module_& module) {
           }));
   AddCurve(module);
   py::class_<Units>(module, "Units")
+      .def(py::pickle(&StateOf, &UnitsFrom))
+      .def("__deepcopy__", [](py::object const& self, py::dict const&) { return self; })
       .def("knows", &Units::Knows, py::arg("unit"))
       .def("targets", &Units::TargetsOf, py::arg("unit"))
       .def("can_convert", &Units::CanConvert, py::arg("source"), py::arg("target"))

@@ -198,6 +198,8 @@ Units::Units(std::map<std::string, std::vector<UnitStep>> steps) {
   m_steps = std::make_shared<std::map<std::string, std::vector<UnitStep>> const>(std::move(steps));
 }
 
+std::map<std::string, std::vector<UnitStep>> const& Units::Steps() const { return *m_steps; }
+
 bool Units::Knows(std::string const& unit) const { return m_steps->count(unit) != 0; }
 
 std::vector<std::string> Units::TargetsOf(std::string const& unit) const {

@@ -60,6 +60,8 @@ class LUMO_API Units {
   Units();
   explicit Units(std::map<std::string, std::vector<UnitStep>> steps);
 
+  /// What the server told: for each unit the others that its figures become.
+  std::map<std::string, std::vector<UnitStep>> const& Steps() const;
   /// Whether the server told of this unit.
   bool Knows(std::string const& unit) const;
   /// What figures of that unit can be converted into, itself included, in the server's order.

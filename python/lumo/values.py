@@ -132,7 +132,7 @@ class Point:
     """One figure among several, and what it depends on."""
 
     value: float
-    parameters: Mapping[str, float | str] = field(default_factory=dict)
+    parameters: Mapping[str, float | str] = field(default_factory=dict, hash=False)
 
 
 @dataclass(frozen=True)
@@ -142,7 +142,7 @@ class Points(Sequence[Point]):
     points: tuple[Point, ...]
     unit: str = ""
     estimated: bool = False
-    parameter_units: Mapping[str, str] = field(default_factory=dict)
+    parameter_units: Mapping[str, str] = field(default_factory=dict, hash=False)
     _units: _core.Units | None = field(default=None, repr=False, compare=False)
 
     @overload
@@ -378,7 +378,8 @@ class Grid:
 
     columns: tuple[str, ...]
     rows: tuple[tuple[Value, ...], ...]
-    units: Mapping[str, str] = field(default_factory=dict)  #: of the columns that have one
+    #: of the columns that have one
+    units: Mapping[str, str] = field(default_factory=dict, hash=False)
 
     def to_pandas(self) -> pd.DataFrame:
         """The table with figures as numbers, and with `attrs["units"]`."""

@@ -2,7 +2,10 @@
 
 from __future__ import annotations
 
+import copy
+import dataclasses
 import datetime
+import pickle
 import threading
 
 import numpy as np
@@ -66,6 +69,29 @@ def test_a_record_has_each_kind_of_value(materials: lumo.Table) -> None:
     picture = materials.get("AW-6061-T6", "Photo", with_files=True)["Photo"]
     assert isinstance(picture, lumo.File)
     assert picture.data.startswith(b"\x89PNG")
+
+
+def test_values_travel_and_are_keys(materials: lumo.Table) -> None:
+    record = materials["AW-6061-T6"]
+    for value in record.values():
+        for copied in (pickle.loads(pickle.dumps(value)), copy.deepcopy(value)):
+            if isinstance(value, lumo.Curves):
+                for one, other in zip(value, copied):
+                    np.testing.assert_array_equal(one.x, other.x)
+                    np.testing.assert_array_equal(one.at(one.x), other.at(one.x))
+                    assert one.parameters == other.parameters
+                    assert one.parameter_units == other.parameter_units
+                    assert repr(one.in_units("GPa")) == repr(other.in_units("GPa"))
+                continue
+            assert copied == value and hash(copied) == hash(value)
+            if isinstance(value, lumo.Range):  # by the server's factors still
+                other_units = materials.units.targets(value.unit)
+                assert [copied.in_units(one) for one in other_units] == [
+                    value.in_units(one) for one in other_units
+                ]
+    density = record["Density"]
+    assert isinstance(density, lumo.Range)
+    assert dataclasses.asdict(density)["low"] == 2690
 
 
 def test_missing_and_not_applicable_are_kept_apart(marked_materials: lumo.Table) -> None:
