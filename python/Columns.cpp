@@ -23,13 +23,24 @@ std::size_t PlaceOf(Chunks const& table, std::string const& name) {
   return static_cast<std::size_t>(found - table.fields.begin());
 }
 
-/// The columns that a name means: itself, or all figures of the attribute of that name.
+/// The columns of figures that a name means: itself; else those of the attribute of that name, but
+/// not of its parameters, unless it is a table, which has other names alone.
 std::vector<std::size_t> FiguresOf(Chunks const& table, std::string const& name) {
-  std::vector<std::size_t> places;
-  for (std::size_t i = 0; i < table.fields.size(); ++i) {
-    Field const& field = table.fields[i];
-    bool const isMeant = field.name == name || (field.attribute == name && !field.unit.empty());
-    if (isMeant && field.type == ColumnType::Number) places.push_back(i);
+  auto const find = [&](auto isMeant) {
+    std::vector<std::size_t> places;
+    for (std::size_t i = 0; i < table.fields.size(); ++i) {
+      Field const& field = table.fields[i];
+      if (field.type == ColumnType::Number && isMeant(field)) places.push_back(i);
+    }
+    return places;
+  };
+  std::vector<std::size_t> places = find([&](Field const& field) {
+    bool const isEnd = field.name == name + ".low" || field.name == name + ".high";
+    return field.name == name || (isEnd && field.attribute == name);
+  });
+  if (places.empty()) {
+    places =
+        find([&](Field const& field) { return field.attribute == name && !field.unit.empty(); });
   }
   if (places.empty()) {
     Field const& field = table.fields[PlaceOf(table, name)];

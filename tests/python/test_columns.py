@@ -118,6 +118,15 @@ def test_long_forms_have_a_row_for_each_point(
         materials.to_pandas(long="Density")
 
 
+def test_units_of_a_long_form_leave_its_parameters(materials: lumo.Table) -> None:
+    name = "Yield strength against temperature"
+    columns = materials.to_columns(long=name, units={name: "ksi", "Temperature": "K"})
+    assert columns.units == {"Temperature": "K", name: "ksi", f"{name}.low": "ksi",
+                             f"{name}.high": "ksi"}  # fmt: skip
+    grid = materials.to_columns(long="Composition")
+    assert grid.in_units({"Composition": grid.units["Most"]}).units == grid.units
+
+
 def test_an_empty_table_keeps_its_types(materials: lumo.Table) -> None:
     nothing = materials.where("density < 1e-6 kg/m^3").to_columns(["Density", "Recyclable"])
     assert len(nothing) == 0
