@@ -220,6 +220,9 @@ int Guarded(ArrowArrayStream* stream, Work work) {
   } catch (std::exception const& error) {
     content.error = error.what();
     return EIO;
+  } catch (...) {
+    content.error = "an exception of an unknown kind";
+    return EIO;
   }
 }
 

@@ -402,8 +402,10 @@ TEST(Arrow, GivesNoRowsAndFaultsAsTheInterfaceWants) {
 
   int calls = 0;
   auto const next = [&calls]() -> std::shared_ptr<lumo::Columns const> {
-    if (calls++ == 0) throw lumo::Error(ErrorCode::Cancelled, "cancelled after 3 records");
-    throw std::runtime_error("lost");
+    ++calls;
+    if (calls == 1) throw lumo::Error(ErrorCode::Cancelled, "cancelled after 3 records");
+    if (calls == 2) throw std::runtime_error("lost");
+    throw calls;
   };
   ArrowArrayStream stream;
   lumo::ExportStream(builder.Fields(), next, &stream);
@@ -412,6 +414,8 @@ TEST(Arrow, GivesNoRowsAndFaultsAsTheInterfaceWants) {
   EXPECT_STREQ(stream.get_last_error(&stream), "cancelled after 3 records");
   EXPECT_EQ(stream.get_next(&stream, &array), EIO);
   EXPECT_STREQ(stream.get_last_error(&stream), "lost");
+  EXPECT_EQ(stream.get_next(&stream, &array), EIO);
+  EXPECT_STREQ(stream.get_last_error(&stream), "an exception of an unknown kind");
   stream.release(&stream);
 }
 
