@@ -121,14 +121,32 @@ std::optional<RecordHead> FindPath(Connection& connection, TableInfo const& tabl
   return FindIn(connection, table, tree.Find(connection, folder), name);
 }
 
-/// By a beginning or by words; a text search has the candidates.
-RecordHead FindForgiving(Connection& connection, TableInfo const& table, std::string const& name) {
-  std::vector<RecordHead> found;
+std::vector<RecordHead> Candidates(Connection& connection, TableInfo const& table,
+                                   std::string const& text) {
   try {
-    found = FindByText(connection, table, name, "");
+    return FindByText(connection, table, text, "");
   } catch (Error const& error) {
     if (error.Code() != ErrorCode::ServerFault) throw;  // the text holds no word, perhaps
+    return {};
   }
+}
+
+/// Names for "did you mean": those that begin as most of this one does.
+std::vector<std::string> NamesNear(Connection& connection, TableInfo const& table,
+                                   std::string const& name) {
+  std::size_t size = (name.size() * 3 + 2) / 4;
+  while (size > 0 && (static_cast<unsigned char>(name[size]) & 0xC0U) == 0x80U) --size;
+  std::vector<std::string> names;
+  if (size == 0) return names;
+  for (auto const& record : Candidates(connection, table, name.substr(0, size))) {
+    names.push_back(record.name);
+  }
+  return Alike(name, names);
+}
+
+/// By a beginning or by words; a text search has the candidates.
+RecordHead FindForgiving(Connection& connection, TableInfo const& table, std::string const& name) {
+  std::vector<RecordHead> found = Candidates(connection, table, name);
   std::vector<std::string> names;
   names.reserve(found.size());
   for (RecordHead const& record : found) names.push_back(record.name);
@@ -145,6 +163,10 @@ RecordHead FindForgiving(Connection& connection, TableInfo const& table, std::st
                                }),
                 found.end());
     ThrowAmbiguous(connection, found, name);
+  }
+  if (Alike(name, names).empty()) {
+    auto near = NamesNear(connection, table, name);
+    if (!near.empty()) names = std::move(near);
   }
   if (names.size() > kFewRecords) names.resize(kFewRecords);
   ThrowNotFound("record", name, names);

@@ -149,6 +149,20 @@ TEST_F(NamesOnTheSandbox, TellNoRecordFromSeveral) {
   }
 }
 
+TEST_F(NamesOnTheSandbox, ProposeRecordsThatAreAlike) {
+  for (auto const& [typed, meant] : {std::pair{"AW-6061-T7", "AW-6061-T6"},
+                                     {"AW-6061T6", "AW-6061-T6"},
+                                     {"C46", "C45"},
+                                     {"304x", "304"},
+                                     {"42CrMo5", "42CrMo4"},
+                                     {"S235J\u00e4", "S235JR"}}) {
+    lumo::Error const error = ErrorOf([&, name = typed] { Find(name); });
+    EXPECT_EQ(error.Code(), ErrorCode::NotFound) << typed;
+    EXPECT_EQ(error.Hint().code, HintCode::DidYouMean) << typed;
+    EXPECT_THAT(error.Hint().arguments, testing::Contains(meant)) << typed;
+  }
+}
+
 TEST_F(NamesOnTheSandbox, FindFoldersLevelByLevel) {
   lumo::FolderTree tree(Materials());
   std::size_t const before = Calls();
