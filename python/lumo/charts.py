@@ -99,7 +99,11 @@ def _ranges(frame: pd.DataFrame, name: str) -> _Bubbles:
     if missing:
         text = f'the frame has no column "{missing[0]}"'
         raise Error(ErrorCode.NOT_FOUND, text)
-    low, high = (frame[end].to_numpy(dtype=float, na_value=np.nan) for end in ends)
+    try:
+        low, high = (frame[end].to_numpy(dtype=float, na_value=np.nan) for end in ends)
+    except (TypeError, ValueError):
+        text = f'the column "{ends[0]}" does not hold figures'
+        raise Error(ErrorCode.INVALID_ARGUMENT, text) from None
     # An open end is drawn as a figure.
     low, high = np.where(np.isnan(low), high, low), np.where(np.isnan(high), low, high)
     return _Bubbles(low, high, frame.attrs.get("units", {}).get(ends[0], ""), name)
@@ -109,11 +113,10 @@ def _families(frame: pd.DataFrame, by: str | Sequence[str] | None) -> Sequence[s
     if by is None:
         return [""] * len(frame)
     if isinstance(by, str):
-        if by == "folder":
-            return [str(folder).split("/")[0] for folder in frame["record.folder"]]
-        if by not in frame:
-            raise Error(ErrorCode.NOT_FOUND, f'the frame has no column "{by}"')
-        return [str(one) for one in frame[by]]
+        column = "record.folder" if by == "folder" else by
+        if column not in frame:
+            raise Error(ErrorCode.NOT_FOUND, f'the frame has no column "{column}" for by="{by}"')
+        return [str(one).split("/")[0] if by == "folder" else str(one) for one in frame[column]]
     if len(by) != len(frame):
         raise Error(ErrorCode.INVALID_ARGUMENT, "by= needs a family for each row of the frame")
     return [str(one) for one in by]
@@ -195,6 +198,9 @@ def ashby(
         frame = materials.to_pandas(["Density", "Young's modulus"])
         lumo.ashby(frame, "Density", "Young's modulus", index=1 / 2)
     """
+    wanted = index if index is None or isinstance(index, Index) else Index(float(index))
+    if wanted is not None and (wanted.power == 0 or not math.isfinite(wanted.power)):
+        raise Error(ErrorCode.INVALID_ARGUMENT, "the power of an index is a number other than 0")
     figures_x, figures_y = _ranges(frame, x), _ranges(frame, y)
     families = _families(frame, by)
     with np.errstate(invalid="ignore"):
@@ -225,8 +231,7 @@ def ashby(
                     color,
                 )
     ax.autoscale_view()
-    if index is not None:
-        wanted = index if isinstance(index, Index) else Index(float(index))
+    if wanted is not None:
         _index_lines(ax, wanted, figures_x, figures_y, shown)
     ax.set_xlabel(_label(x, figures_x.unit))
     ax.set_ylabel(_label(y, figures_y.unit))

@@ -84,7 +84,8 @@ def test_charts_take_families_by_column_or_row_and_refuse_what_is_not_there() ->
     assert len(lumo.ashby(frame, "a", "b", by="kind").patches) == 2
     assert len(lumo.ashby(frame, "a", "b", by=None).patches) == 2
     assert len(lumo.ashby(frame, "a", "b", by=["p", "q", "r", "s"], index=1).patches) == 2
-    for wrong in ({"x": "c"}, {"by": "c"}, {"by": ["p"]}):
+    for wrong in ({"x": "c"}, {"by": "c"}, {"by": ["p"]}, {"x": "kind"}, {"by": "folder"},
+                  {"index": 0}, {"index": math.nan}):  # fmt: skip
         arguments: dict[str, Any] = {"x": "a", "y": "b", "by": None, **wrong}
         with pytest.raises(lumo.Error):
             lumo.ashby(frame, **arguments)
