@@ -83,7 +83,7 @@ def read(
             ErrorCode.INVALID_ARGUMENT,
             "a password does not go to other machines; set LUMO_PASSWORD_FILE there",
         )
-    names = [long] if long is not None and attributes is None else names_of(attributes)
+    names = names_of(long if attributes is None else attributes) or None
     options = {**options, "concurrency": 1, "progress": False}
     units = dict(units or {})
     nothing = records.with_ids([]).to_columns(names, long=long, units=units, **options)

@@ -7,6 +7,7 @@ from collections.abc import Callable, Iterable
 from typing import Literal, TypedDict, Union
 
 from . import _core
+from .errors import Error, ErrorCode
 
 Attributes = Union[str, Iterable[str], None]
 Path = Union[str, "os.PathLike[str]", None]
@@ -54,6 +55,12 @@ class ReadOptions(TypedDict, total=False):
 
 
 def names_of(attributes: Attributes) -> list[str]:
+    """Empty for all. An empty list, which nobody means to be all, is refused."""
     if attributes is None:
         return []
-    return [attributes] if isinstance(attributes, str) else list(attributes)
+    names = [attributes] if isinstance(attributes, str) else list(attributes)
+    if not names:
+        raise Error(
+            ErrorCode.INVALID_ARGUMENT, "there is no attribute to read; leave the list out for all"
+        )
+    return names

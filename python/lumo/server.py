@@ -28,7 +28,7 @@ def connect(server: str = "", *, auth: Auth = None, **options: Unpack[ConnectOpt
         server = lumo.connect("https://server/service_layer", auth="ticket")
     """
     given: dict[str, Any] = dict(options)
-    if isinstance(auth, tuple):
+    if isinstance(auth, tuple) and len(auth) == 2:
         given["user"], given["password"] = auth
         auth = "password"
     elif auth is None and given.get("user"):
@@ -83,7 +83,7 @@ class Server:
         `Selection.partitions`; its address is of no matter."""
         part = _core.Partition(partition)
         table = Table(self._client.open_table(part.database, part.table))
-        return table.with_ids(part.records).read(part.attributes, **options)
+        return table.with_ids(part.records).read(part.attributes or None, **options)
 
     def _ipython_key_completions_(self) -> list[str]:
         return list(self.databases)
@@ -154,9 +154,10 @@ class _Readable:
         """Those in that subset."""
         return Selection(self._selection().in_subset(subset))
 
-    def named(self, names: Iterable[str]) -> Selection:
-        """Just these, by name, path, "id:69" or GUID, in their order."""
-        return Selection(self._selection().named(list(names)))
+    def named(self, names: str | Iterable[str]) -> Selection:
+        """Just these, or this one, by name, path, "id:69" or GUID, in their order."""
+        given = [names] if isinstance(names, str) else list(names)
+        return Selection(self._selection().named(given))
 
     def with_ids(self, ids: Iterable[_core.RecordId]) -> Selection:
         """Just these, in their order."""
@@ -195,7 +196,7 @@ class _Readable:
         `long` names an attribute of points, curves or a table, of which each point or row becomes
         a row. `units` gives units for attributes or columns: {"Density": "g/cm^3"}.
         """
-        names = [long] if long is not None and attributes is None else names_of(attributes)
+        names = long if attributes is None else attributes
         with self.read(names, **options) as stream:
             columns = stream.to_columns(long=long)
         return columns.in_units(units) if units else columns
@@ -297,7 +298,7 @@ class Table(_Readable):
         return self.get(name)
 
     def __contains__(self, name: object) -> bool:
-        any_one = [one.name for one in self._core.attributes[:1]]
+        any_one = next((one.name for one in self._core.attributes), None)
         return is_found(name, lambda text: self.get(text, any_one))
 
     def import_frame(

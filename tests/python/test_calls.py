@@ -130,6 +130,8 @@ def test_options_of_a_wrong_type_are_named_and_short_times_are_limits(
         with pytest.raises(TypeError, match=f"{name}= .*{type(value).__name__}$"):
             function(**{name: value, "server": small.url} if function is lumo.connect
                      else {name: value})  # fmt: skip
+    with pytest.raises(lumo.Error, match="a tuple of user and password"):
+        lumo.connect(small.url, auth=("lumo",))  # type: ignore[arg-type]
     with pytest.raises(lumo.Error, match="not negative"):
         table.read(concurrency=-3)
     with pytest.raises(lumo.Error, match="nowhere.pem"):

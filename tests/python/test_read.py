@@ -123,6 +123,9 @@ def test_selections_narrow_and_name(materials: lumo.Table) -> None:
     assert [one.id for one in light.read("Density")] == light.ids()
     pair = ["304", "AW-6061-T6"]
     assert [one.name for one in materials.named(pair).read("Density")] == pair
+    assert len(materials.named("AW-6061-T6").ids()) == 1
+    with pytest.raises(lumo.Error, match="leave the list out"):
+        materials.to_columns([])
     assert materials.in_subset("Polymers").ids()
     assert materials.text("weld").ids()
 
