@@ -69,9 +69,9 @@ def read(
     one at a time. The first read of a server in a cluster sets it. Without a cluster the process's
     own limit holds. `connection` has options of `connect` for the workers, such as
     {"auth": "ticket"}, but no password: workers take theirs from LUMO_PASSWORD_FILE or their
-    profile. `long`, `units` and `options` are those of `to_pandas`. Partitions always have the columns
-    "record.notApplicable" and "record.estimated". A worker that dies loses nothing but time: its
-    parts are read again.
+    profile. `long`, `units` and `options` are those of `to_pandas`. Partitions always have the
+    columns "record.notApplicable" and "record.estimated". A worker that dies loses nothing but
+    time: its parts are read again.
     """
     import dask
     import dask.dataframe

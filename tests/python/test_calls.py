@@ -195,7 +195,8 @@ def test_a_sandbox_ends_with_the_process_that_started_it() -> None:
 
 AT_THE_END = """
 import atexit, sys, threading, time
-atexit.register(lambda: print(table[name].name, flush=True))  # behind the package's own
+# Behind the package's own, so that calls go out that are made later still.
+atexit.register(lambda: print(time.monotonic() - begin < 5, table[name].name, flush=True))
 import lumo
 
 name, way = "AW-6061-T6", sys.argv[2]
@@ -216,6 +217,7 @@ def read():
 for _ in range(3):
     threading.Thread(target=read, daemon=True).start()
 time.sleep(0.5)
+begin = time.monotonic()
 """
 
 
@@ -223,12 +225,10 @@ time.sleep(0.5)
 def test_a_program_ends_while_its_threads_are_in_calls(small: lumo.Sandbox, way: str) -> None:
     if way == "stalled":
         ask_for_faults(small, "GetRecordAttributesByRef stall 60 x3")
-    begin = time.monotonic()
     ended = subprocess.run(
         [sys.executable, "-c", AT_THE_END, small.url, way], capture_output=True, text=True
     )
-    assert (ended.returncode, ended.stdout, ended.stderr) == (0, "AW-6061-T6\n", "")
-    assert time.monotonic() - begin < 8
+    assert (ended.returncode, ended.stdout, ended.stderr) == (0, "True AW-6061-T6\n", "")
 
 
 def test_a_progress_bar_shows_itself_when_asked(
