@@ -232,6 +232,11 @@ class Selection(_Readable):
     def _selection(self) -> _core.Selection:
         return self._core
 
+    def __contains__(self, name: object) -> bool:
+        found: list[_core.RecordId] = []
+        is_there = is_found(name, lambda text: found.extend(self._core.named([text]).ids()))
+        return is_there and found[0].identity in {one.identity for one in self.ids()}
+
     def __repr__(self) -> str:
         return "<lumo.Selection>"
 

@@ -117,7 +117,8 @@ def test_missing_and_not_applicable_are_kept_apart(marked_materials: lumo.Table)
 def test_selections_narrow_and_name(materials: lumo.Table) -> None:
     light = materials.where("density < 3000 kg/m^3").below("Metals and alloys")
     names = [one.name for one in light.read("Density")]
-    assert "AW-6061-T6" in names
+    assert "AW-6061-T6" in names and "AW-6061-T6" in light
+    assert "304" not in light and "Nope" not in light  # one is a record of the table
     assert all(one.folder.startswith("Metals and alloys") for one in light.read("Density"))
     assert len(light.where("density < 3000 kg/m^3", match="all").ids()) <= len(names)
     assert [one.id for one in light.read("Density")] == light.ids()
