@@ -65,9 +65,10 @@ def _text(value: Any) -> str:
 
 
 def _words(value: Any) -> list[str]:
-    if not isinstance(value, (tuple, list, set, frozenset, np.ndarray)):
+    words = value.tolist() if isinstance(value, np.ndarray) else value
+    if not isinstance(words, (tuple, list, set, frozenset)):
         raise _Unfit("words", value)
-    return [_text(one) for one in value]
+    return [_text(one) for one in words]
 
 
 def _figure(value: Any) -> float:
@@ -94,7 +95,10 @@ def _logical(value: Any) -> bool:
 
 def _moment(value: Any) -> int:
     if isinstance(value, datetime.datetime) and value.tzinfo is not None:
-        value = value.astimezone(datetime.timezone.utc).replace(tzinfo=None)
+        try:
+            value = value.astimezone(datetime.timezone.utc).replace(tzinfo=None)
+        except OverflowError:
+            raise _Unfit("a date", value) from None
     if not isinstance(value, (datetime.date, np.datetime64)):
         raise _Unfit("a date", value)
     return int(np.datetime64(value, "us").astype("int64"))
@@ -114,11 +118,13 @@ def _cell(attribute: _core.Attribute, value: Any, unit: str) -> Cell:
         return (attribute.name, "typed", _text(value), unit)
     if attribute.type in _FIGURES:
         one = value if isinstance(value, (Quantity, Range)) else Quantity(_figure(value))
-        ends = (one.low, one.high) if isinstance(one, Range) else (one.value, one.value)
-        low, high = (None if end is None else _figure(end) for end in ends)
+        if isinstance(one, Range):
+            low, high = (None if end is None else _figure(end) for end in (one.low, one.high))
+        else:
+            low = high = _figure(one.value)
         is_range = isinstance(one, Range) or attribute.type == "range of numbers"
         kind = "range" if is_range else "number"
-        return (attribute.name, kind, (low, high, one.estimated), one.unit or unit)
+        return (attribute.name, kind, (low, high, one.estimated), _text(one.unit or unit))
     kind, take = _PLAIN.get(attribute.type, ("text", _text))
     return (attribute.name, kind, take(value), "")
 

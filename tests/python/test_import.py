@@ -106,7 +106,7 @@ def test_a_cell_of_another_kind_is_a_fault_of_its_row(table: lumo.Table) -> None
         "Designation": (["a"], b"abc", 304.0, "\ud800"),
         "Year of first use": (float("inf"), 2**70, 0.5, True),
         "Durability: sea water": (5, (None,), b"ab"),
-        "Density": (b"2700", True, lumo.Points(())),
+        "Density": (b"2700", True, lumo.Points(()), lumo.Quantity(None)),  # type: ignore[arg-type]
     }.items():
         for value in values:
             assert told(table, name, value).startswith("takes "), (name, value)
