@@ -162,7 +162,8 @@ std::string const& ConditionHelp() {
       "  ATTRIBUTE is missing          has none\n"
       "  X and Y, X or Y, not X, (X)   joined conditions; names with \"and\" in them in quotes\n"
       "A range meets a condition when some part of it does; --match all asks it of the whole\n"
-      "range. Of a value that is missing nothing is known: only \"lacks\" and \"is missing\" hold.";
+      "range. != is met when no part of the range is the number. In products temperatures are\n"
+      "in K. Of a value that is missing nothing is known: only \"lacks\" and \"is missing\" hold.";
   return help;
 }
 

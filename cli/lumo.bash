@@ -5,10 +5,10 @@ _lumo_help() { lumo "$@" --help 2>/dev/null; }
 
 # What the line says of the server, for calls of our own. Words are no help: they break at colons.
 _lumo_server() {
-  local option
+  local option quotes=\'\"
   _lumo_options=()
   for option in url server sandbox-file namespace ca-file ca-folder; do
-    [[ $COMP_LINE =~ --$option[\ =]+([^\ ]+) ]] && _lumo_options+=("--$option" "${BASH_REMATCH[1]}")
+    [[ $COMP_LINE =~ --$option[\ =$quotes]+([^\ $quotes]+) ]] && _lumo_options+=("--$option" "${BASH_REMATCH[1]}")
   done
   for option in sandbox ticket; do
     [[ "$COMP_LINE " == *" --$option "* ]] && _lumo_options+=("--$option")
@@ -42,6 +42,7 @@ _lumo() {
         -e | --exporter | -p | --parameter | --port | --idle | --journal | --resume | \
         --undo)
         ((++i))
+        [ "${COMP_WORDS[i]}" != = ] || ((++i))
         # A value that broke at colons goes on.
         while [[ ${COMP_WORDS[i + 1]-} == : || ${COMP_WORDS[i]} == : ]] && ((i + 1 < COMP_CWORD)); do ((++i)); done ;;
       -*) ;;
@@ -56,6 +57,9 @@ _lumo() {
     --match) choices=$'overlap\nall' ;;
     --ranges) choices=$'text\nsplit\nmean' ;;
     -a | --attribute | --sort | --low | --high | --long) choices=$(_lumo_names attributes "${places[@]:0:2}") ;;
+    --columns)
+      choices=$(printf '%s\n' id guid folder name 'full name'; _lumo_names attributes "${places[@]:0:2}") ;;
+    --from) choices=$(_lumo_names units "${places[0]-}") ;;
     --subset) choices=$(_lumo_names subsets "${places[@]:0:2}") ;;
     --folder)
       choices=$(_lumo_lines tree "${places[@]:0:2}" --depth 4 |

@@ -42,6 +42,8 @@ on_table() {
 [ "$(on_table --subset "Poly")" = Polymers ] || fail "subsets are not completed"
 [ "$(on_table --folder "Polymers/Thermop")" = Polymers/Thermoplastics ] || fail "folders are not completed"
 [ "$(on_table PEE)" = PEEK ] || fail "records are not completed"
+[ "$(on_table --columns fold)" = folder ] || fail "columns are not completed"
+[ "$(on_table --columns Dens)" = Density ] || fail "columns are not completed by attributes"
 [ "$(on_table --currency US)" = USD ] || fail "currencies are not completed"
 COMP_LINE='lumo export ENG_MATERIALS Materials --sandbox -e card'
 exporters=$(complete_words lumo export ENG_MATERIALS Materials --sandbox -e card-)
@@ -55,6 +57,10 @@ exporters=$(complete_words lumo export ENG_MATERIALS Materials --sandbox -e card
     export LUMO_URL=http://127.0.0.1:1
     COMP_LINE="lumo tables --url $2 ENG"
     COMP_WORDS=(lumo tables --url http : "${2#http:}" ENG) COMP_CWORD=6 COMPREPLY=()
+    _lumo
+    [ "${COMPREPLY[*]}" = ENG_MATERIALS ] || exit 1
+    COMP_LINE="lumo tables --url='\''$2'\'' ENG"
+    COMP_WORDS=(lumo tables --url = http : "${2#http:}" ENG) COMP_CWORD=7 COMPREPLY=()
     _lumo
     [ "${COMPREPLY[*]}" = ENG_MATERIALS ]' bash "$source"
 ) || fail "--url on the line is not asked"
