@@ -38,15 +38,32 @@ Wanted::Column ColumnOf(std::string const& text) {
   return {Kind::Value, text};
 }
 
+/// The names of a list with commas between them; one that has a comma stands in quotation marks.
+std::vector<std::string> NamesIn(std::string const& list) {
+  std::vector<std::string> names;
+  if (list.empty()) return names;
+  names.emplace_back();
+  bool isQuoted = false;
+  for (char const c : list) {
+    if (c == '"') {
+      isQuoted = !isQuoted;
+    } else if (c == ',' && !isQuoted) {
+      names.emplace_back();
+    } else {
+      names.back() += c;
+    }
+  }
+  for (std::string& name : names) {
+    name = std::string(lumo::Trimmed(name));
+    if (name.empty()) Refuse("a name is missing in --columns " + lumo::Quoted(list));
+  }
+  return names;
+}
+
 Wanted WantedOf(lumo::Table const& table, ReadChoice const& choice, std::vector<Kind> const& usual,
                 bool withAllAttributes) {
   Wanted wanted;
-  std::vector<std::string> texts;
-  for (std::size_t at = 0; at < choice.columns.size();) {
-    std::size_t const end = std::min(choice.columns.find(',', at), choice.columns.size());
-    texts.emplace_back(lumo::Trimmed(choice.columns.substr(at, end - at)));
-    at = end + 1;
-  }
+  std::vector<std::string> const texts = NamesIn(choice.columns);
   for (std::string const& text : texts) wanted.columns.push_back(ColumnOf(text));
   if (texts.empty()) {
     for (Kind const kind : usual) wanted.columns.push_back({kind, ""});
@@ -278,7 +295,7 @@ void AddReading(CLI::App& command, ReadChoice& choice) {
   command
       .add_option("--columns", choice.columns,
                   "what to print, with commas between: id, guid, folder, name, full name, and "
-                  "attributes")
+                  "attributes, in quotation marks where they have a comma")
       ->type_name("LIST")
       ->check(NotEmpty());
   command

@@ -60,6 +60,7 @@ TEST_F(CommandTest, TellsOfEveryMistakeInOneLineAndByItsCode) {
       {OnMaterials("get", {"--descending"}), 2, "--sort"},
       {OnMaterials("get", {"--sort", "composition"}), 2, "cannot be sorted"},
       {OnMaterials("get", {"--ids", "--columns", "name"}), 2, "does not go together with"},
+      {OnMaterials("get", {"--columns", "name,"}), 2, "a name is missing in --columns"},
       {OnMaterials("get", {"--ranges", "split"}), 2, "-f csv"},
       {OnMaterials("get", {"--limit", "2.5"}), 2, "--limit: takes a whole number from 1 to"},
       {OnMaterials("get", {"--lmit", "2"}), 2, "no option --lmit; did you mean \"--limit\"?"},
@@ -297,10 +298,11 @@ TEST_F(CommandTest, PrintsValuesInEveryFormat) {
 
 TEST_F(CommandTest, SortsLimitsAndChoosesColumns) {
   Start();
-  EXPECT_EQ(Run(OnMaterials("search", {"--folder", "polymers", "--sort", "density", "--descending",
-                                       "--limit", "2", "--columns", "name, density", "-f", "csv"}))
-                .out,
-            "Name,Density [kg/m^3]\nPEEK,1300..1320\nEpoxy,1110..1400\n");
+  EXPECT_EQ(
+      Run(OnMaterials("search", {"--folder", "polymers", "--sort", "density", "--descending",
+                                 "--limit", "2", "--columns", "name, \"density\"", "-f", "csv"}))
+          .out,
+      "Name,Density [kg/m^3]\nPEEK,1300..1320\nEpoxy,1110..1400\n");
   std::string const by = Run(OnMaterials("get", {"--subset", "Polymers", "--sort", "density", "-f",
                                                  "csv", "--columns", "name,id"}))
                              .out;
