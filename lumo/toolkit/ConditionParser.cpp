@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "lumo/toolkit/ConditionNode.h"
+#include "lumo/toolkit/Digits.h"
 #include "lumo/toolkit/Error.h"
 #include "lumo/toolkit/Names.h"
 #include "lumo/toolkit/Numbers.h"
@@ -19,6 +20,8 @@ using NodePtr = std::shared_ptr<Node const>;
 
 constexpr int kDeepest = 100;
 constexpr std::size_t kMostCombinations = 100'000;
+/// What a conversion by factors of fifteen digits leaves.
+constexpr int kExactDigits = 12;
 /// Of the units of temperature the one whose figures have ratios.
 constexpr char kAbsolute[] = "K";
 
@@ -463,7 +466,8 @@ class Parser {
   Bound InOwnUnit(Bound bound, Subject const& subject) const {
     if (bound.unit != subject.unit) {
       auto const meant = m_units.Meant(bound.number, bound.unit, subject.unit);
-      bound.number = meant ? *meant : m_units.Convert(bound.number, bound.unit, subject.unit);
+      double const converted = m_units.Convert(bound.number, bound.unit, subject.unit);
+      bound.number = meant ? *meant : Rounded(converted, kExactDigits);
       bound.unit = subject.unit;
     }
     return bound;

@@ -114,8 +114,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"density > -1e-3 lb/in^3", "yes"},
         // an end is found by the figure that it shows in another unit, however that is rounded
         Case{"melting point >= 1202 degF", "yes"}, Case{"melting point > 1202 degF", "no"},
-        Case{"melting point < 855.15 K", "no"}, Case{"density >= 0.0986275 lb/in^3", "yes"},
-        Case{"density > 0.0986275 lb/in^3", "no"},
+        Case{"melting point >= 923.15 K", "yes"}, Case{"melting point < 855.15 K", "no"},
+        Case{"density >= 0.0986275 lb/in^3", "yes"}, Case{"density > 0.0986275 lb/in^3", "no"},
         Case{"melting point between 1202 and 1300 degF", "yes"},
         // the contrary of some part is the whole
         Case{"not density < 2700 kg/m^3", "no"}, Case{"not density < 2600 kg/m^3", "yes"},
