@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
 
 namespace cli::browse {
 namespace {
+
+constexpr double kOpen = std::numeric_limits<double>::infinity();
 
 /// Figures that hold for some values of parameters.
 struct Sample {
@@ -97,8 +100,7 @@ struct Reading {
   }
   std::optional<Cell> operator()(lumo::Range const& range) const {
     if (!range.low && !range.high) return {};
-    double const low = range.low ? *range.low : *range.high;
-    return Cell{low, range.high ? *range.high : low};
+    return Cell{range.low.value_or(-kOpen), range.high.value_or(kOpen)};
   }
   std::optional<Cell> operator()(lumo::Points const& value) const {
     std::vector<Sample> samples;

@@ -13,7 +13,7 @@ namespace cli::browse {
 /// What holds when a value is read, by the parameter's name: 100 in its unit, or a word.
 using Conditions = std::map<std::string, std::variant<double, std::string>>;
 
-/// What a chart shows of a value: a figure, or a range of figures.
+/// What a chart shows of a value: a figure, or a range of figures. An open end is infinite.
 struct Cell {
   double low = 0;
   double high = 0;
@@ -21,8 +21,8 @@ struct Cell {
 
 /// The figures of a value under these conditions. A condition on a number is met by interpolation
 /// between the points, or curves, to both sides of it; a value that has none on one of the sides
-/// has no figure there. What no condition settles widens the range. An end of a range that is open
-/// is taken as the other one. Nothing for a value without figures.
+/// has no figure there. What no condition settles widens the range. Nothing for a value without
+/// figures.
 std::optional<Cell> CellOf(lumo::Value const& value, Conditions const& conditions);
 
 /// A parameter on which the figures of some values depend.

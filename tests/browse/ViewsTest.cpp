@@ -18,6 +18,7 @@ using testing::HasSubstr;
 
 namespace {
 
+constexpr double kOpen = std::numeric_limits<double>::infinity();
 constexpr char kMaterials[] = "db=ENG_MATERIALS&table=Materials";
 
 /// Low and high of a value; empty when it has no place in a chart.
@@ -32,8 +33,8 @@ lumo::Parameter Condition(std::string const& word) { return {"Condition", word, 
 TEST(Cell, HasTheEndsOfFiguresAndRanges) {
   EXPECT_THAT(Ends(lumo::Quantity{5, "m"}), ElementsAre(5, 5));
   EXPECT_THAT(Ends(lumo::Range{2, 3, "m"}), ElementsAre(2, 3));
-  EXPECT_THAT(Ends(lumo::Range{{}, 3, "m"}), ElementsAre(3, 3));
-  EXPECT_THAT(Ends(lumo::Range{2, {}, "m"}), ElementsAre(2, 2));
+  EXPECT_THAT(Ends(lumo::Range{{}, 3, "m"}), ElementsAre(-kOpen, 3));
+  EXPECT_THAT(Ends(lumo::Range{2, {}, "m"}), ElementsAre(2, kOpen));
   EXPECT_THAT(Ends(lumo::Range{}), ElementsAre());
   EXPECT_THAT(Ends(std::string("5")), ElementsAre());
   EXPECT_THAT(Ends(lumo::NotApplicable()), ElementsAre());

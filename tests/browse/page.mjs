@@ -34,7 +34,7 @@ const pageOver = (url, options = [], environment = {}) => start(lumo, ['browse',
 
 const url = await sandbox();
 const hostile = '<img src=x onerror=window.broken=1>';
-writeFileSync(join(folder, 'hostile.csv'), `Folder,Name,Density [kg/m^3],Young's modulus [GPa],Typical uses\n"Metals and alloys","${hostile}",1000..1100,20..21,"<script>window.broken=1</script>"\n`);
+writeFileSync(join(folder, 'hostile.csv'), `Folder,Name,Density [kg/m^3],Young's modulus [GPa],Typical uses\n"Metals and alloys","${hostile}",..900,20..,"<script>window.broken=1</script>"\n`);
 execFileSync(lumo, ['import', '--url', url, 'ENG_MATERIALS', 'Materials', join(folder, 'hostile.csv')], {stdio: 'inherit'});
 const address = await pageOver(url);
 
@@ -128,6 +128,17 @@ const steps = {
     const [last, most] = await slider.evaluate((one) => [one.value, one.max]);
     assert.ok(Math.abs(last - most) < 1e-6, `${last} of ${most}`);
     assert.doesNotMatch(await slider.evaluate((one) => one.closest('figcaption').textContent), /none here.*none here/);
+  },
+  async 'keeps the true ends of ranges that an axis cannot show'() {
+    const places = await page.evaluate(async () => {
+      const {place} = await import('/page/chartview.js');
+      const column = (low, high) => ({low: [low], high: [high]});
+      return [[column(0, 4), null, 0, true], [column(20, null), null, 0, true], [column(20, null), column(4, 5), 0, false],
+        [column(1, 3), column(0, 4), 0, false], [column(1, 3), column(-4, 8), 0, true], [column(-4, 0), null, 0, true],
+        [column(null, null), null, 0, false]].map((given) => { const one = place(...given); return one && [one.low, one.middle, one.high, one.from, one.to]; });
+    });
+    assert.deepEqual(places, [[0, 2, 4, 2, 4], [20, 20, null, 20, 20], [4, 20 / 4.5, null, 4, 20 / 4.5],
+      [0.25, 1, null, 0.25, 1], [null, 1, null, 1, 1], null, null]);
   },
   async 'switches units, and leads back'() {
     await page.selectOption('#units', 'US customary');
@@ -234,6 +245,7 @@ const steps = {
   async 'downloads the chart'() {
     const csv = String(await download('Download CSV'));
     assert.equal(csv.trim().split('\r\n').length, 287);
+    assert.match(csv, /onerror=window.broken=1>,Metals and alloys,,,900,,20,\r\n/, 'open ends');
     const sheet = await download('Download xlsx');
     assert.equal(sheet.subarray(0, 2).toString(), 'PK');
     assert.ok(sheet.length > 15000, `${sheet.length} bytes`);

@@ -11,7 +11,8 @@ const SMALLEST = 4;
 /**
  * `host` gets the drawing. `told` has what it tells: open(id), keep(id), box(ids), zoom([x0, x1, y0,
  * y1]), index(merit). `draw` takes {points, xName, yName, xLog, yLog, zoom, families, kept, index,
- * shape}; a point is {id, name, family, x, y, xLow, xHigh, yLow, yHigh, text}.
+ * shape}; a point is {id, name, family, x, y, xLow, xHigh, yLow, yHigh, text},
+ * with the ends of the mark, which are above 0 on a logarithmic axis.
  */
 export class Chart {
   constructor(host, told) {

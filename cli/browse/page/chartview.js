@@ -19,21 +19,34 @@ function unitOf(column, per) {
   return [column.unit, per.unit].some(Boolean) ? `${unit(column.unit) || '1'} / (${unit(per.unit) || '1'})` : '';
 }
 
-/** Low, middle and high of a record on an axis; null where it has no place there. */
-function place(column, per, i, isLog) {
-  let low = column.low[i], high = column.high[i];
-  if (low === null || high === null) return null;
-  let middle = (low + high) / 2;
+const middleOf = (low, high) => (Number.isFinite(low) && Number.isFinite(high) ? (low + high) / 2 : Number.isFinite(low) ? low : high);
+
+/** The ends of a range that is divided by another, which may hold 0. */
+function quotient([low, high], [a, b]) {
+  if (a < 0 && b > 0) return [-Infinity, Infinity];
+  const ends = [a || 0, b || -0].flatMap((end) => [low / end, high / end]).map((one) => one || 0);  // 0 / 0, too
+  return [Math.min(...ends), Math.max(...ends)];
+}
+
+/**
+ * A record on an axis: low and high, null where open, the middle by which it is drawn (of an open range
+ * the end that is known), and from and to, the ends of the mark. Null where it has no place there.
+ */
+export function place(column, per, i, isLog) {
+  const rangeOf = ({low, high}) => [low[i] ?? -Infinity, high[i] ?? Infinity];
+  const isNone = ({low, high}) => low[i] === null && high[i] === null;
+  if (isNone(column) || (per && isNone(per))) return null;
+  let ends = rangeOf(column), middle = middleOf(...ends);
   if (per) {
-    const [a, b] = [per.low[i], per.high[i]];
-    if (a === null || a + b === 0) return null;
-    middle /= (a + b) / 2;
-    const ends = a * b > 0 ? [low / a, low / b, high / a, high / b] : [middle];
-    low = Math.min(...ends);
-    high = Math.max(...ends);
+    const divisor = rangeOf(per), by = middleOf(...divisor);
+    if (by === 0) return null;
+    middle /= by;
+    ends = quotient(ends, divisor);
   }
   if (isLog && middle <= 0) return null;
-  return {low: isLog && low <= 0 ? middle : low, middle, high};
+  const drawn = (end) => (Number.isFinite(end) && !(isLog && end <= 0) ? end : middle);
+  const [low, high] = ends.map((end) => (Number.isFinite(end) ? end : null));
+  return {low, middle, high, from: drawn(ends[0]), to: drawn(ends[1])};
 }
 
 function pointsOf(data, now, only) {
@@ -51,7 +64,7 @@ function pointsOf(data, now, only) {
     const family = placeOf[folder];
     ++counts[family];
     if (now.hidden.includes(names[family])) return;
-    points.push({id, name, family, folder: data.folders[folder], x: a.middle, y: b.middle, xLow: a.low, xHigh: a.high, yLow: b.low, yHigh: b.high,
+    points.push({id, name, family, folder: data.folders[folder], x: a.middle, y: b.middle, xLow: a.from, xHigh: a.to, yLow: b.from, yHigh: b.to, ends: [a, b],
       get text() {
         return [`${nameOf(now.x, now.xPer)}: ${rangeText(a.low, a.high, 4)} ${xUnit}`, `${nameOf(now.y, now.yPer)}: ${rangeText(b.low, b.high, 4)} ${yUnit}`];
       }});
@@ -61,8 +74,10 @@ function pointsOf(data, now, only) {
     xName: label(nameOf(now.x, now.xPer), xUnit), yName: label(nameOf(now.y, now.yPer), yUnit)};
 }
 
+/** The middle, which an open range lacks, low and high. */
+const cells = ({low, middle, high}) => [low === null || high === null ? '' : middle, low, high];
 const csv = (made) => csvOf([['Identity', 'Name', 'Folder', ...[made.xName, made.yName].flatMap((one) => [one, `${one} low`, `${one} high`])],
-  ...made.points.map((one) => [one.id, one.name, one.folder, one.x, one.xLow, one.xHigh, one.y, one.yLow, one.yHigh])]);
+  ...made.points.map((one) => [one.id, one.name, one.folder, ...one.ends.flatMap(cells)])]);
 
 /** Sliders and choices for what the figures depend on. */
 function conditions(parameters) {

@@ -23,6 +23,7 @@ export function unit(symbol) {
 export const withUnit = (text, symbol) => (symbol ? `${text} ${unit(symbol)}` : text);
 
 export function rangeText(low, high, digits = 5) {
+  if (low === null && high === null) return 'any figure';
   if (low === null) return `≤ ${figure(high, digits)}`;
   if (high === null) return `≥ ${figure(low, digits)}`;
   return low === high ? figure(low, digits) : `${figure(low, digits)} – ${figure(high, digits)}`;
