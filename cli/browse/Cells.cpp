@@ -36,31 +36,40 @@ bool HasOtherWord(std::vector<lumo::Parameter> const& parameters, Conditions con
   });
 }
 
-/// What the samples come to at that place of a parameter.
-std::optional<Cell> At(std::vector<Sample> const& samples, std::string const& name, double place) {
-  std::map<double, std::optional<Cell>> steps;
-  for (Sample const& sample : samples) {
-    if (double const* const at = NumberOf(sample, name)) Widen(steps[*at], sample.cell);
+using Samples = std::vector<Sample>;
+
+std::optional<Cell> Reduce(Samples const& samples, Conditions::const_iterator condition,
+                           Conditions::const_iterator end);
+
+/// What the samples come to at that place of a parameter, each step of which is reduced by the
+/// conditions that follow. Steps without a figure under these are left out.
+std::optional<Cell> At(std::map<double, Samples> const& steps, double place,
+                       Conditions::const_iterator condition, Conditions::const_iterator end) {
+  std::map<double, Cell> cells;
+  for (auto const& [at, samples] : steps) {
+    if (auto const cell = Reduce(samples, condition, end)) cells.emplace(at, *cell);
   }
-  auto const next = steps.lower_bound(place);
-  if (next == steps.end()) return {};
+  auto const next = cells.lower_bound(place);
+  if (next == cells.end()) return {};
   if (next->first == place) return next->second;
-  if (next == steps.begin()) return {};
+  if (next == cells.begin()) return {};
   auto const before = std::prev(next);
   double const part = (place - before->first) / (next->first - before->first);
   auto const between = [part](double a, double b) { return a + part * (b - a); };
-  return Cell{between(before->second->low, next->second->low),
-              between(before->second->high, next->second->high)};
+  return Cell{between(before->second.low, next->second.low),
+              between(before->second.high, next->second.high)};
 }
 
-std::optional<Cell> Reduce(std::vector<Sample> const& samples, Conditions const& conditions) {
-  for (auto const& condition : conditions) {
-    std::string const& name = condition.first;
-    double const* const place = std::get_if<double>(&condition.second);
-    bool const isNamed = place && std::any_of(samples.begin(), samples.end(), [&](auto const& one) {
-                           return NumberOf(one, name) != nullptr;
-                         });
-    if (isNamed) return At(samples, name, *place);
+std::optional<Cell> Reduce(Samples const& samples, Conditions::const_iterator condition,
+                           Conditions::const_iterator end) {
+  for (; condition != end; ++condition) {
+    double const* const place = std::get_if<double>(&condition->second);
+    if (!place) continue;
+    std::map<double, Samples> steps;
+    for (Sample const& sample : samples) {
+      if (double const* const at = NumberOf(sample, condition->first)) steps[*at].push_back(sample);
+    }
+    if (!steps.empty()) return At(steps, *place, std::next(condition), end);
   }
   std::optional<Cell> all;
   for (Sample const& sample : samples) Widen(all, sample.cell);
@@ -103,22 +112,22 @@ struct Reading {
     return Cell{range.low.value_or(-kOpen), range.high.value_or(kOpen)};
   }
   std::optional<Cell> operator()(lumo::Points const& value) const {
-    std::vector<Sample> samples;
+    Samples samples;
     for (lumo::Point const& point : value.points) {
       if (HasOtherWord(point.parameters, conditions)) continue;
       samples.push_back({{point.value, point.value}, &point.parameters});
     }
-    return Reduce(samples, conditions);
+    return Reduce(samples, conditions.begin(), conditions.end());
   }
   std::optional<Cell> operator()(lumo::Curves const& value) const {
-    std::vector<Sample> samples;
+    Samples samples;
     for (lumo::Curve const& curve : value.curves) {
       if (HasOtherWord(curve.parameters, conditions)) continue;
       if (auto const cell = CellOfCurve(curve, conditions)) {
         samples.push_back({*cell, &curve.parameters});
       }
     }
-    return Reduce(samples, conditions);
+    return Reduce(samples, conditions.begin(), conditions.end());
   }
 };
 

@@ -54,6 +54,34 @@ TEST(Cell, OfPointsIsFoundBetweenThoseThatFulfilTheConditions) {
   EXPECT_THAT(Ends(points, {{"Humidity", 3.0}}), ElementsAre(30, 100));
 }
 
+TEST(Cell, MeetsAllConditionsOnNumbers) {
+  lumo::Points points{{}, "MPa"};
+  lumo::Curves curves;
+  for (double const degrees : {20.0, 100.0}) {
+    for (double const hours : {1.0, 1000.0}) {
+      std::vector<lumo::Parameter> const both = {Degrees(degrees), {"Time", hours, "h"}};
+      points.points.push_back({1000 * degrees + hours, both});
+      lumo::Curve curve;
+      curve.x = {0, 10};
+      curve.y = {0, 1000 * degrees + hours};
+      curve.parameters = both;
+      curves.curves.push_back(curve);
+    }
+  }
+  points.points.push_back({5, {Degrees(60), {"Time", 1.0, "h"}}});
+  for (lumo::Value const& value : {lumo::Value(points), lumo::Value(curves)}) {
+    bool const isCurves = value.index() == lumo::Value(curves).index();
+    auto const at = [&](double degrees, double hours) {
+      return Ends(value, {{"Temperature", degrees}, {"Time", hours}}).back();
+    };
+    EXPECT_EQ(at(20, 1000), 21000) << isCurves;
+    EXPECT_EQ(at(60, 1000), 61000) << isCurves;
+    EXPECT_EQ(at(100, 500.5), 100500.5) << isCurves;
+  }
+  EXPECT_THAT(Ends(points, {{"Temperature", 60.0}, {"Time", 1.0}}), ElementsAre(5, 5));
+  EXPECT_THAT(Ends(points, {{"Temperature", 20.0}, {"Time", 1001.0}}), ElementsAre());
+}
+
 TEST(Cell, OfCurvesIsReadOnTheAxisAndBetweenCurves) {
   auto const curve = [](double degrees, std::vector<double> y) {
     lumo::Curve one;
