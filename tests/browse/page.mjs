@@ -164,6 +164,10 @@ const steps = {
     assert.equal(await page.locator('table.compare > thead th').count(), 3);
     await checkAccess('compare');
     await picture('compare');
+    const csv = String(await download('Download CSV'));
+    assert.match(csv, /Attribute,AW-6061-T6,AW-6061-T6 low,AW-6061-T6 high,AW-6061-T6 unit,AZ31B-H24,/);
+    assert.match(csv, /\nDensity,,2690,2730,kg\/m\^3,,1765,1785,kg\/m\^3\r\n/);
+    assert.doesNotMatch(csv, /[⁰-⁹²³×]/, 'a figure for people');
     await page.goBack();
     await page.getByRole('heading', {name: 'AZ31B-H24'}).waitFor();
   },

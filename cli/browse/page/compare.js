@@ -4,7 +4,7 @@ import {show} from './api.js';
 import {curveChart} from './curves.js';
 import {button, h} from './dom.js';
 import {copyLines, csvOf, save, saveWorkbook} from './export.js';
-import {facts, plain, records, valueView} from './sheet.js';
+import {dataCells, facts, records, valueView} from './sheet.js';
 import {go, leads, state} from './state.js';
 
 const same = (list) => list.every((one) => one && JSON.stringify(one) === JSON.stringify(list[0]));
@@ -30,9 +30,9 @@ function cells(attribute, found) {
   return values.map((value, i) => h('td', {}, value ? valueView(attribute, value, found[i].id) : h('span', {class: 'note'}, '–')));
 }
 
-const csv = (found, attributes) => csvOf([['Attribute', ...found.map((one) => one.name)],
+const csv = (found, attributes) => csvOf([['Attribute', ...found.flatMap(({name}) => [name, `${name} low`, `${name} high`, `${name} unit`])],
   ...attributes.filter((one) => found.some((record) => record.values[one.name]))
-    .map((one) => [one.name, ...found.map((record) => (record.values[one.name] ? plain(record.values[one.name]) : ''))])]);
+    .map((one) => [one.name, ...found.flatMap((record) => dataCells(record.values[one.name]))])]);
 
 export async function compare(place, now) {
   document.title = 'Compare – lumo browse';

@@ -1,13 +1,13 @@
 // Draws curves over a common axis.
 
 import {h, s} from './dom.js';
-import {figure, unit, withUnit} from './numbers.js';
+import {figure, forPeople, unit, withUnit} from './numbers.js';
 import {axes, colours, room, scale} from './scale.js';
 
 const dashes = ['', '6 3', '2 3', '8 3 2 3'];
 
-const parameterText = (list) =>
-  list.map((one) => `${one.name} ${withUnit(typeof one.value === 'number' ? figure(one.value) : one.value, one.unit)}`).join(', ');
+const parameterText = (list, {number, measure} = forPeople) =>
+  list.map((one) => `${one.name} ${measure(typeof one.value === 'number' ? number(one.value) : one.value, one.unit)}`).join(', ');
 
 function pathOf(curve, x, y) {
   return curve.x.map((place, i) => `${i && curve.y[i] !== null && curve.y[i - 1] !== null ? 'L' : 'M'}` +

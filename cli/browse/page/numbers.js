@@ -22,6 +22,10 @@ export function unit(symbol) {
 
 export const withUnit = (text, symbol) => (symbol ? `${text} ${unit(symbol)}` : text);
 
+/** How texts show figures and their units: rounded and with raised digits, or as they came. */
+export const forPeople = {number: figure, measure: withUnit};
+export const forPrograms = {number: (one) => String(one ?? ''), measure: (text, symbol) => (symbol ? `${text} ${symbol}` : text)};
+
 export function rangeText(low, high, digits = 5) {
   if (low === null && high === null) return 'any figure';
   if (low === null) return `≤ ${figure(high, digits)}`;

@@ -4,7 +4,7 @@ import {address, ask, askOnce, show} from './api.js';
 import {curveChart, parameterText} from './curves.js';
 import {button, h} from './dom.js';
 import {copyLines, csvOf, save, saveWorkbook} from './export.js';
-import {figure, many, rangeText, unit, withUnit} from './numbers.js';
+import {figure, forPeople, forPrograms, many, rangeText, unit, withUnit} from './numbers.js';
 import {go, leads, state} from './state.js';
 
 const estimated = (value) => (value.isEstimated ? h('abbr', {class: 'note', title: 'an estimate'}, ' est.') : null);
@@ -33,19 +33,20 @@ const pointsTable = (value) => h('table', {class: 'grid'}, h('tbody', {}, value.
   h('th', {scope: 'row'}, parameterText(one.parameters)), h('td', {}, withUnit(figure(one.value), value.unit))))));
 
 /** The value as one line of text. */
-export function plain(value) {
+export function plain(value, words = forPeople) {
+  const {number, measure} = words;
   switch (value.kind) {
     case 'text': return value.text;
     case 'date': return value.text.replace('T', ' ').replace(/ 00:00(:00)?$/, '');
     case 'logical': return value.value ? 'yes' : 'no';
-    case 'number': return withUnit(figure(value.value), value.unit);
+    case 'number': return measure(number(value.value), value.unit);
     case 'range': return withUnit(rangeText(value.low, value.high), value.unit);
-    case 'points': return value.points.map((one) => `${withUnit(figure(one.value), value.unit)} (${parameterText(one.parameters)})`).join('; ');
+    case 'points': return value.points.map((one) => `${measure(number(one.value), value.unit)} (${parameterText(one.parameters, words)})`).join('; ');
     case 'words': return value.words.join(', ');
     case 'curves': return many(value.curves.length, 'curve');
     case 'link': return value.text;
     case 'file': return value.name || value.description || 'file';
-    case 'list': return value.items.map(plain).join(', ');
+    case 'list': return value.items.map((one) => plain(one, words)).join(', ');
     case 'grid': return many(value.rows.length, 'row');
     default: return 'not applicable';
   }
@@ -98,13 +99,17 @@ function around(found) {
   return [list.length ? h('h2', {}, 'Linked records') : null, ...list, ...versions].filter(Boolean);
 }
 
+/** A value in columns for programs: figure or text, low, high, unit. */
+export function dataCells(value) {
+  if (!value) return ['', '', '', ''];
+  const single = value.kind === 'number' ? value.value : value.kind === 'range' ? '' : plain(value, forPrograms);
+  return [single, value.low ?? '', value.high ?? '', value.unit || ''];
+}
+
 function sheetCsv(record, attributes) {
   const rows = [['Attribute', 'Value', 'Low', 'High', 'Unit']];
   for (const attribute of attributes) {
-    const value = record.values[attribute.name];
-    if (!value) continue;
-    const single = value.kind === 'number' ? value.value : value.kind === 'range' ? '' : plain(value);
-    rows.push([attribute.name, single, value.low ?? '', value.high ?? '', value.unit || '']);
+    rows.push([attribute.name, ...dataCells(record.values[attribute.name])]);
   }
   return csvOf(rows);
 }
