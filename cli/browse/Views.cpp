@@ -321,7 +321,8 @@ Json Views::Progress(Query const& query) const {
 
 Bytes Views::File(Query const& query) const {
   auto const table = TableOf(query);
-  lumo::RecordId const id = {table->Info().DatabaseKey(), IdentityIn(Needed(query, "id")), ""};
+  lumo::RecordId const id = {table->Info().DatabaseKey(), IdentityIn(Needed(query, "id")),
+                             Optional(query, "version")};
   auto const& attribute = table->Table().FindAttribute(Needed(query, "attribute"));
   lumo::ReadOptions options;
   options.withFiles = true;

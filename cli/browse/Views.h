@@ -57,7 +57,7 @@ class Views {
   WorkbookChoice Workbook(Query const& query) const;
   /// How far the reading of a table has come: db, table.
   Json Progress(Query const& query) const;
-  /// db, table, id, attribute.
+  /// db, table, id, version (a GUID), attribute.
   Bytes File(Query const& query) const;
 
  private:

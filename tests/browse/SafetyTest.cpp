@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/browse/Guard.h"
 #include "cli/browse/Page.h"
 #include "cli/browse/ValueJson.h"
@@ -145,6 +147,17 @@ TEST(Server, SendsFilesOnlyToBeSaved) {
   ASSERT_EQ(note->status, 200);
   EXPECT_EQ(note->get_header_value("Content-Type"), "application/octet-stream");
   EXPECT_THAT(note->get_header_value("Content-Disposition"), HasSubstr("attachment"));
+}
+
+TEST(Server, SendsTheFilesOfAVersion) {
+  Page page;
+  std::string const record = "id=69&db=ENG_MATERIALS&table=Materials";
+  auto const around = nlohmann::json::parse(page.Get("/api/around?" + record)->body);
+  for (auto const& version : around["versions"]) {
+    auto const reply = page.Get("/api/file?attribute=Photo&" + record +
+                                "&version=" + version["guid"].get<std::string>());
+    EXPECT_EQ(reply->status, version["state"] == "released" ? 200 : 404) << version;
+  }
 }
 
 }  // namespace

@@ -52,9 +52,10 @@ export function plain(value, words = forPeople) {
   }
 }
 
-export function valueView(attribute, value, id) {
+/** A value of a record, or of that version of it, as elements. */
+export function valueView(attribute, value, id, version = '') {
   const {db, table} = state();
-  const file = () => address('file', {db, table, id, attribute: attribute.name});
+  const file = () => address('file', {db, table, id, version, attribute: attribute.name});
   switch (value.kind) {
     case 'number': return [h('span', {class: 'figure'}, plain(value), estimated(value)), bar(attribute, value.value, value.value)];
     case 'range': return [h('span', {class: 'figure'}, plain(value), estimated(value)), bar(attribute, value.low, value.high)];
@@ -137,8 +138,8 @@ export async function sheet(place, now) {
       now.version ? h('p', {class: 'note'}, 'This is one of several versions. ', h('a', {...leads({view: 'record', id: now.id})}, 'Show the current one')) : null,
       h('p', {class: 'note'}, 'The bars show where a value lies between the least and the most of the table.'),
       h('table', {class: 'values'}, h('caption', {class: 'unseen'}, `Values of ${record.name}`), h('tbody', {}, small.map((one) => h('tr', {},
-        h('th', {scope: 'row'}, one.name), h('td', {}, valueView(one, record.values[one.name], record.id)))))),
-      h('div', {class: 'cards'}, large.map((one) => h('section', {class: 'card'}, h('h2', {}, one.name), valueView(one, record.values[one.name], record.id)))),
+        h('th', {scope: 'row'}, one.name), h('td', {}, valueView(one, record.values[one.name], record.id, now.version)))))),
+      h('div', {class: 'cards'}, large.map((one) => h('section', {class: 'card'}, h('h2', {}, one.name), valueView(one, record.values[one.name], record.id, now.version)))),
       given.length < table.attributes.length ? h('p', {class: 'note'}, `${many(table.attributes.length - given.length, 'attribute')} without a value.`) : null,
       beside,
       copyLines(now, {ids: [record.id], attributes: []}))];
