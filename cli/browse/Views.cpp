@@ -1,12 +1,15 @@
 #include "cli/browse/Views.h"
 
 #include <algorithm>
+#include <string_view>
+#include <tuple>
 #include <unordered_map>
 
 #include "cli/browse/Cells.h"
 #include "lumo/toolkit/Catalogue.h"
 #include "lumo/toolkit/Numbers.h"
 #include "lumo/toolkit/Source.h"
+#include "lumo/toolkit/Text.h"
 
 namespace cli::browse {
 namespace {
@@ -23,13 +26,30 @@ Json HeadJson(lumo::RecordHead const& head) {
           {"folder", head.folder}};
 }
 
-/// Whether what somebody typed reads as a condition, not as words to look for.
-bool IsCondition(std::string const& text) {
-  if (text.find_first_of("<>=") != std::string::npos) return true;
-  for (char const* const word : {" exists", " is missing", " contains ", " lacks ", " between "}) {
-    if (text.find(word) != std::string::npos) return true;
+/// Where the operator of what may be a condition begins and ends; {npos, npos} in mere words.
+std::pair<std::size_t, std::size_t> OperatorIn(std::string const& text) {
+  std::size_t begin = text.find_first_of("<>=");
+  std::size_t end = text.find_first_not_of("<>=", begin);
+  for (std::string const word : {" exists", " is missing", " contains ", " lacks ", " between "}) {
+    std::size_t const at = text.find(word);
+    if (at < begin) std::tie(begin, end) = std::pair(at, at + word.size());
   }
-  return false;
+  return {begin, end};
+}
+
+/// Whether what looks like a condition is meant as one: it begins with the whole name of an
+/// attribute, or compares a name with a figure.
+bool IsMeantAsCondition(std::string const& text, std::vector<lumo::Attribute> const& attributes) {
+  auto const [begin, end] = OperatorIn(text);
+  std::string name = text.substr(0, begin);
+  name.erase(name.find_last_not_of(" !") + 1);
+  bool const isKnown = std::any_of(attributes.begin(), attributes.end(), [&](auto const& one) {
+    return lumo::EqualIgnoringCase(one.name, name);
+  });
+  std::size_t const next = text.find_first_not_of(' ', std::min(end, text.size()));
+  bool const isFigure =
+      next != std::string::npos && std::string_view("0123456789-.").find(text[next]) < 12;
+  return isKnown || (isFigure && name.find_first_not_of(" ") != std::string::npos);
 }
 
 Json EndJson(lumo::Value const& end, lumo::UnitSystem const& system) {
@@ -209,24 +229,38 @@ Json Views::Tree(Query const& query) const {
 Json Views::Search(Query const& query) const {
   auto const table = TableOf(query);
   std::string const text = Needed(query, "text");
-  auto const what = std::make_shared<lumo::SelectionParts>();
-  what->table = std::make_shared<lumo::OpenedTable>(m_client.Pool(), table->Info().DatabaseKey(),
-                                                    table->Info().Name());
-  if (IsCondition(text)) {
-    what->conditions.emplace_back(text, lumo::Match::Overlap);
-  } else {
-    what->text = text;
+  auto const find = [&](bool isCondition) -> Json {
+    auto const what = std::make_shared<lumo::SelectionParts>();
+    what->table = std::make_shared<lumo::OpenedTable>(m_client.Pool(), table->Info().DatabaseKey(),
+                                                      table->Info().Name());
+    if (isCondition) {
+      what->conditions.emplace_back(text, lumo::Match::Overlap);
+    } else {
+      what->text = text;
+    }
+    auto const link = table->Link();
+    link->Scope().cancel = m_cancel;
+    lumo::RecordSource source(what, [] { return kMostFound; });
+    bool const isWhole = Optional(query, "all") == "1";
+    Json found = Json::array();
+    while (auto const chunk = source.Next(*link)) {
+      for (auto const& head : *chunk) found.push_back(HeadJson(head));
+      if (!isWhole) break;
+    }
+    return {{"isCondition", isCondition}, {"total", source.Total()}, {"records", found}};
+  };
+  if (OperatorIn(text).first == std::string::npos) return find(false);
+  try {
+    return find(true);
+  } catch (lumo::Error const& error) {
+    bool const isOfText = error.Code() == lumo::ErrorCode::InvalidArgument ||
+                          error.Code() == lumo::ErrorCode::NotFound ||
+                          error.Code() == lumo::ErrorCode::Ambiguous;
+    if (!isOfText || IsMeantAsCondition(text, table->Table().Attributes())) throw;
+    Json const found = find(false);
+    if (found["total"] == 0) throw;
+    return found;
   }
-  auto const link = table->Link();
-  link->Scope().cancel = m_cancel;
-  lumo::RecordSource source(what, [] { return kMostFound; });
-  bool const isWhole = Optional(query, "all") == "1";
-  Json found = Json::array();
-  while (auto const chunk = source.Next(*link)) {
-    for (auto const& head : *chunk) found.push_back(HeadJson(head));
-    if (!isWhole) break;
-  }
-  return {{"isCondition", IsCondition(text)}, {"total", source.Total()}, {"records", found}};
 }
 
 Json Views::Heads(Query const& query) const {
@@ -306,8 +340,8 @@ WorkbookChoice Views::Workbook(Query const& query) const {
   choice.database = table->Info().DatabaseKey();
   choice.table = table->Info().Name();
   choice.records = IdsIn(query, *table);
-  std::string const text = Optional(query, "text");
-  (IsCondition(text) ? choice.where : choice.text) = text;
+  choice.where = Optional(query, "where");
+  choice.text = Optional(query, "text");
   choice.attributes = All(query, "attribute");
   choice.unitSystem = Optional(query, "units");
   choice.currency = Optional(query, "currency");

@@ -40,7 +40,9 @@ class Views {
   Json Table(Query const& query) const;
   /// What is in a folder: db, table, folder (an identity; the top without it).
   Json Tree(Query const& query) const;
-  /// Records that hold the words, or meet the condition, of "text": db, table.
+  /// Records that hold the words, or meet the condition, of "text": db, table. What looks like a
+  /// condition, but is none, is looked for as words; when these find nothing, or it can only be
+  /// meant as a condition, its fault is told.
   Json Search(Query const& query) const;
   /// Sheets of records: db, table, id (again for each), version (a GUID, of a single record),
   /// units, currency.
@@ -52,8 +54,8 @@ class Views {
   /// Figures of all records: db, table, attribute (again for each), units, currency, at (an object
   /// with what parameters shall be), anew.
   Json Columns(Query const& query) const;
-  /// What a spreadsheet is to hold: db, table, id (again for each) or text (words or a condition),
-  /// attribute (again for each), units, currency.
+  /// What a spreadsheet is to hold: db, table, id (again for each), where (a condition) or text
+  /// (words), attribute (again for each), units, currency.
   WorkbookChoice Workbook(Query const& query) const;
   /// How far the reading of a table has come: db, table.
   Json Progress(Query const& query) const;

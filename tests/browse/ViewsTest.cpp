@@ -137,6 +137,19 @@ TEST_F(Views, ShowTablesTreeAndWhatIsFound) {
   EXPECT_GT(light["total"], 0);
 }
 
+TEST_F(Views, TakeForWordsWhatIsNoCondition) {
+  auto const ask = [](std::string const& text, int status = 200) {
+    return Ask("search?text=" + text + "&" + kMaterials, status);
+  };
+  json const found = Ask("search?text=anneal%20between%20passes&db=ENG_MATERIALS&table=Processes");
+  EXPECT_EQ(found["isCondition"], false);
+  EXPECT_EQ(found["total"], 1);
+  for (char const* const text : {"Joint%20between%20plates", "densty%20%3C%206061%20kg/m%5E3"}) {
+    EXPECT_THAT(ask(text, 404)["error"]["text"], HasSubstr("no attribute")) << text;
+  }
+  EXPECT_THAT(ask("price%20%3E%20wrought", 400)["error"]["text"], HasSubstr("number"));
+}
+
 TEST_F(Views, ShowARecordInTheUnitsThatAreAskedFor) {
   std::string const query = std::string("records?id=69&") + kMaterials;
   json const stored = Ask(query)["records"][0]["values"]["Density"];

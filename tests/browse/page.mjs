@@ -107,7 +107,9 @@ const steps = {
     assert.equal(await versions.count(), 3);
     await versions.getByText('superseded').click();
     await page.getByText('This is one of several versions').waitFor();
-    assert.match(page.url(), /version=[0-9a-f-]{36}/);
+    const version = page.url().match(/version=([0-9a-f-]{36})/)[1];
+    assert.ok((await page.textContent('.lines')).includes(`.with_ids([lumo.RecordId("ENG_MATERIALS", 69, "${version}")])`));
+    assert.doesNotMatch(await page.textContent('.lines pre'), /lumo get/);
     await page.waitForFunction(() => document.querySelector('.versions [aria-current]')?.textContent === 'superseded');
     await page.getByRole('link', {name: 'Show the current one'}).click();
     await page.waitForFunction(() => /2690 – 2730/.test(document.querySelector('.values')?.textContent || ''));
@@ -158,6 +160,11 @@ const steps = {
     await page.getByRole('link', {name: 'AZ31B-H24'}).click();
     await page.getByRole('button', {name: 'Add to the selection: AZ31B-H24'}).click();
   },
+  async 'finds words that look like a condition'() {
+    await search(hostile);
+    assert.match(await page.textContent('#found'), /^1 record found/);
+    await search('AZ31B');
+  },
   async 'compares side by side'() {
     await page.getByRole('link', {name: 'Compare (2)'}).click();
     await page.getByRole('columnheader', {name: /AZ31B-H24/}).waitFor();
@@ -185,9 +192,17 @@ const steps = {
     await drawn(226);
     await page.goBack();
     await drawn(286);
+    await page.fill('#where', 'Extrusions');
+    await page.press('#where', 'Enter');
+    await drawn(1);
+    await page.getByText('The same without this page').click();
+    assert.match(await page.textContent('.copy pre'), /-t Extrusions -a Density/);
+    assert.match(await page.textContent('.copy:nth-of-type(2) pre'), /\.text\("Extrusions"\)/);
+    assert.equal((await download('Download xlsx')).subarray(0, 2).toString(), 'PK');
     await page.fill('#where', 'price < 1 EUR/kg');
     await page.press('#where', 'Enter');
     await page.waitForFunction(() => { const n = Number(document.querySelector('.plot').dataset.drawn); return n > 0 && n < 100; });
+    await page.goBack();
     await page.goBack();
     await drawn(286);
   },

@@ -79,6 +79,9 @@ const cells = ({low, middle, high}) => [low === null || high === null ? '' : mid
 const csv = (made) => csvOf([['Identity', 'Name', 'Folder', ...[made.xName, made.yName].flatMap((one) => [one, `${one} low`, `${one} high`])],
   ...made.points.map((one) => [one.id, one.name, one.folder, ...one.ends.flatMap(cells)])]);
 
+/** Which records are drawn, as the search has read what was typed. */
+const recordsOf = (now) => (view.isCondition ? {where: now.where} : {text: now.where});
+
 /** Sliders and choices for what the figures depend on. */
 function conditions(parameters) {
   const {at} = state();
@@ -145,7 +148,7 @@ function toolbar() {
     button('CSV', () => save(`${name()}.csv`, 'text/csv', csv(view.made)), {'aria-label': 'Download CSV'}),
     button('xlsx', () => {
       const now = state();
-      saveWorkbook(`${name()}.xlsx`, now, {attributes: axesOf(now), where: now.where});
+      saveWorkbook(`${name()}.xlsx`, now, {attributes: axesOf(now), ...recordsOf(now)});
     }, {'aria-label': 'Download xlsx'}),
     button('SVG', () => save(`${name()}.svg`, 'image/svg+xml', svgText(view.chart.drawing(), ground())), {'aria-label': 'Download SVG'}),
     button('PNG', async () => save(`${name()}.png`, 'image/png', await pngOf(view.chart.drawing(), ground())), {'aria-label': 'Download PNG'}),
@@ -214,6 +217,7 @@ async function refresh(now) {
     const [data, found] = await read(now);
     if (view !== own || view.turn !== turn) return [];
     view.data = data;
+    view.isCondition = !found || found.isCondition;
     view.only = found ? new Set(found.records.map((one) => one.id)) : null;
     draw(state());
     return [];
@@ -231,8 +235,7 @@ function draw(now) {
   view.index.replaceChildren(...indexTools(view));
   view.chart.draw(view.model);
   indexList(view);
-  const attributes = axesOf(now);
-  view.lines.replaceChildren(copyLines(now, {attributes, where: now.where}));
+  view.lines.replaceChildren(copyLines(now, {attributes: axesOf(now), ...recordsOf(now)}));
   view.note.textContent = `${many(made.points.length, 'record')} drawn` +
     (made.without ? `, ${count(made.without)} without both figures${made.xLog || made.yLog ? ' (or not above 0)' : ''}` : '');
 }

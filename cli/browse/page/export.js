@@ -14,10 +14,10 @@ export function save(name, type, content) {
 }
 
 /** A spreadsheet that the command makes, of records by their identities or of a condition. */
-export async function saveWorkbook(name, {db, table, units, currency, version}, {ids = [], attributes = [], where = ''}) {
+export async function saveWorkbook(name, {db, table, units, currency, version}, {ids = [], attributes = [], where = '', text = ''}) {
   say(`${name} is made`);
   try {
-    const sheet = await bytes('workbook', {db, table, units, currency, id: ids, version, attribute: attributes, text: where});
+    const sheet = await bytes('workbook', {db, table, units, currency, id: ids, version, attribute: attributes, where, text});
     save(name, sheet.type, sheet);
   } catch (error) {
     say(error.told?.text || String(error));
@@ -39,16 +39,17 @@ export function csvOf(rows) {
 const shell = (text) => (/^[\w@%+=:,./-]+$/.test(text) ? text : `'${text.replaceAll("'", "'\\''")}'`);
 const python = (text) => JSON.stringify(text);
 
-/** What is shown: records by identity, or all of a condition, with some attributes or all. */
-function commandLine({db, table, units, currency}, {ids = [], attributes = [], where = ''}) {
-  return ['lumo get', shell(db), shell(table), ...ids.map((id) => `id:${id}`), ...(where ? ['-w', shell(where)] : []),
+/** What is shown: records by identity, or all of a condition or with some words; some attributes or all. */
+function commandLine({db, table, units, currency}, {ids = [], attributes = [], where = '', text = ''}) {
+  return ['lumo get', shell(db), shell(table), ...ids.map((id) => `id:${id}`), ...(where ? ['-w', shell(where)] : []), ...(text ? ['-t', shell(text)] : []),
     ...attributes.flatMap((one) => ['-a', shell(one)]), ...(units ? ['--unit-system', shell(units)] : []),
     ...(currency ? ['--currency', shell(currency)] : []), '-f csv'].join(' ');
 }
 
-function pythonLines({db, table, units, currency}, {ids = [], attributes = [], where = ''}) {
+function pythonLines({db, table, units, currency, version}, {ids = [], attributes = [], where = '', text = ''}) {
   const list = (texts) => `[${texts.map(python).join(', ')}]`;
-  const chosen = (ids.length ? `.named(${list(ids.map((id) => `id:${id}`))})` : '') + (where ? `.where(${python(where)})` : '');
+  const records = version ? `.with_ids([lumo.RecordId(${python(db)}, ${ids[0]}, ${python(version)})])` : `.named(${list(ids.map((id) => `id:${id}`))})`;
+  const chosen = (ids.length ? records : '') + (where ? `.where(${python(where)})` : '') + (text ? `.text(${python(text)})` : '');
   const given = [...(attributes.length ? [list(attributes)] : []), ...(units ? [`unit_system=${python(units)}`] : []),
     ...(currency ? [`currency=${python(currency)}`] : [])];
   return ['import lumo', `table = lumo.connect()[${python(db)}][${python(table)}]`,
@@ -63,8 +64,8 @@ export function copyLines(now, what) {
       say(`The lines for ${title} were copied`);
     }, {'aria-label': `Copy the lines for ${title}`}));
   return h('details', {class: 'lines'}, h('summary', {}, 'The same without this page'), 
-    block('a terminal', commandLine(now, what)), block('Python', pythonLines(now, what)),
-    h('p', {class: 'note'}, 'Both take the server from LUMO_URL, or from options of theirs.'));
+    now.version ? h('p', {class: 'note'}, 'In a terminal `lumo get` prints the current version alone.') : block('a terminal', commandLine(now, what)), block('Python', pythonLines(now, what)),
+    h('p', {class: 'note'}, `${now.version ? 'It takes' : 'Both take'} the server from LUMO_URL, or from ${now.version ? 'an option' : 'options of theirs'}.`));
 }
 
 /** A drawing with its ground, as text of SVG. */
