@@ -368,6 +368,15 @@ const steps = {
     await other.waitForFunction(() => Number(document.querySelector('.plot')?.dataset.drawn) > 20000, null, {timeout: 300000});
     console.log(`  a chart of 20,285 records after ${Date.now() - begin} ms`);
     if (pictures) await other.screenshot({path: join(pictures, 'many.png')});
+    const selected = Array.from({length: 3000}, (unused, i) => 1000 + i).join();
+    await other.goto(`${many.split('?')[0]}#/compare?db=ENG_MATERIALS&table=Materials&kept=${selected}`);
+    await other.getByText('The first 100 of the 3,000 records').waitFor();
+    await other.getByText('and 2,800 more').waitFor();
+    assert.equal(await other.locator('table.compare > thead th').count(), 101);
+    await other.goto(`${many.split('?')[0]}#/chart?db=ENG_MATERIALS&table=Materials&kept=2147483000`);
+    await other.locator('#kept').getByRole('alert').waitFor();
+    await other.getByRole('button', {name: 'Clear', exact: true}).click();
+    await other.getByText('Add records from their sheets').waitFor();
     await other.close();
   },
 };

@@ -4,7 +4,7 @@ import {askOnce, failureBox, forget, show} from './api.js';
 import {chartView} from './chartview.js';
 import {compare} from './compare.js';
 import {find, h} from './dom.js';
-import {many, rangeText, withUnit} from './numbers.js';
+import {count, many, rangeText, withUnit} from './numbers.js';
 import {facts, sheet} from './sheet.js';
 import {go, leads, onChange, state} from './state.js';
 import {selection, tree} from './tree.js';
@@ -36,7 +36,7 @@ async function start(place, server, now) {
 function views(now) {
   const one = (view, text) => h('a', {...leads({view}), 'aria-current': now.view === view ? 'page' : undefined}, text);
   find('views').replaceChildren(...[now.id ? one('record', 'Record') : one('start', 'Start'), one('chart', 'Chart'),
-    one('compare', now.kept.length ? `Compare (${now.kept.length})` : 'Compare')]);
+    one('compare', now.kept.length ? `Compare (${count(now.kept.length)})` : 'Compare')]);
 }
 
 function options(id, list, value, none) {

@@ -4,8 +4,11 @@ import {show} from './api.js';
 import {curveChart} from './curves.js';
 import {button, h} from './dom.js';
 import {copyLines, csvOf, save, saveWorkbook} from './export.js';
+import {count} from './numbers.js';
 import {dataCells, facts, records, valueView} from './sheet.js';
 import {go, leads, state} from './state.js';
+
+const MOST = 100;  // records side by side
 
 const same = (list) => list.every((one) => one && JSON.stringify(one) === JSON.stringify(list[0]));
 
@@ -41,7 +44,8 @@ export async function compare(place, now) {
     return;
   }
   await show(place, async () => {
-    const [about, read] = await Promise.all([facts(now), records(now, now.kept)]);
+    const ids = now.kept.slice(0, MOST);
+    const [about, read] = await Promise.all([facts(now), records(now, ids)]);
     const found = read.records, body = h('div', {class: 'wide', tabindex: 0, role: 'group', 'aria-label': 'Records side by side'});
     const draw = (onlyDifferent) => body.replaceChildren(table(found, about.attributes, onlyDifferent));
     draw(false);
@@ -49,7 +53,8 @@ export async function compare(place, now) {
       h('p', {class: 'acts'},
         h('label', {}, h('input', {type: 'checkbox', onchange: (event) => draw(event.target.checked)}), ' Only what differs'),
         button('Download CSV', () => save('comparison.csv', 'text/csv', csv(found, about.attributes))),
-        button('Download xlsx', () => saveWorkbook('comparison.xlsx', now, {ids: now.kept}))),
-      body, copyLines(now, {ids: now.kept, attributes: []})];
+        button('Download xlsx', () => saveWorkbook('comparison.xlsx', now, {ids}))),
+      ids.length < now.kept.length ? h('p', {class: 'note'}, `The first ${MOST} of the ${count(now.kept.length)} records of the selection.`) : '',
+      body, copyLines(now, {ids, attributes: []})];
   });
 }

@@ -2,7 +2,7 @@
 
 import {ask, askOnce, failureBox, show} from './api.js';
 import {button, find, h, later} from './dom.js';
-import {many} from './numbers.js';
+import {count, many} from './numbers.js';
 import {labelKeep} from './sheet.js';
 import {go, leads, state} from './state.js';
 
@@ -125,12 +125,13 @@ find('results').addEventListener('keydown', (event) => {
 });
 
 const names = new Map();
+const MOST_NAMED = 200;  // an address holds no more identities
 
-async function nameAll(now) {
-  const unknown = now.kept.filter((id) => !names.has(`${now.db}/${id}`));
+async function nameAll({db, table}, ids) {
+  const unknown = ids.filter((id) => !names.has(`${db}/${id}`));
   if (!unknown.length) return;
-  const found = await ask('heads', {db: now.db, table: now.table, id: unknown});
-  for (const one of found.records) names.set(`${now.db}/${one.id}`, one.name);
+  const found = await ask('heads', {db, table, id: unknown});
+  for (const one of found.records) names.set(`${db}/${one.id}`, one.name);
 }
 
 /** The selection, which stays while views change. */
@@ -142,15 +143,17 @@ export async function selection(now) {
     place.replaceChildren(h('h2', {}, 'Selection'), h('p', {class: 'note'}, 'Add records from their sheets or from the chart to compare them.'));
     return;
   }
-  await show(place, async () => {
-    await nameAll(now);
-    return [h('h2', {}, `Selection (${now.kept.length})`),
-      h('ul', {}, now.kept.map((id) => {
-        const name = names.get(`${now.db}/${id}`) || `record ${id}`;
-        return h('li', {}, linkTo({id, name}), button('×', () => go({kept: state().kept.filter((one) => one !== id)}),
-          {class: 'small', 'aria-label': `Remove ${name} from the selection`}));
-      })),
-      h('p', {class: 'acts'}, h('a', {class: 'button', ...leads({view: 'compare'})}, 'Compare'), button('Clear', () => go({kept: []})))];
+  const shown = now.kept.slice(0, MOST_NAMED), more = now.kept.length - shown.length;
+  const list = place.querySelector('.list') || h('div', {class: 'list'});
+  place.replaceChildren(h('h2', {}, `Selection (${count(now.kept.length)})`), list,
+    h('p', {class: 'acts'}, h('a', {class: 'button', ...leads({view: 'compare'})}, 'Compare'), button('Clear', () => go({kept: []}))));
+  await show(list, async () => {
+    await nameAll(now, shown);
+    return [h('ul', {}, shown.map((id) => {
+      const name = names.get(`${now.db}/${id}`) || `record ${id}`;
+      return h('li', {}, linkTo({id, name}), button('×', () => go({kept: state().kept.filter((one) => one !== id)}),
+        {class: 'small', 'aria-label': `Remove ${name} from the selection`}));
+    })), more ? h('p', {class: 'note'}, `and ${count(more)} more`) : ''];
   }, '');
   mark();
 }
