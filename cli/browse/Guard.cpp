@@ -68,7 +68,10 @@ bool Guard::IsToken(std::string const& token) {
 
 std::optional<Refusal> Guard::Judge(Asked const& asked) {
   if (asked.method != "GET") return Refusal{405, "this server answers GET alone"};
-  if (asked.host != "127.0.0.1:" + m_port && asked.host != "localhost:" + m_port) {
+  // Browsers leave the usual port out.
+  std::string const port = asked.host.find(':') == std::string::npos ? ":80" : "";
+  std::string const host = asked.host + port;
+  if (host != "127.0.0.1:" + m_port && host != "localhost:" + m_port) {
     return Refusal{403, "this server is not the host that the request names"};
   }
   bool const isPage = asked.path == "/";

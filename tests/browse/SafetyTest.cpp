@@ -56,6 +56,17 @@ TEST(Guard, LetsInOnlyWhoKnowsTheTokenAndNamesThisHost) {
   for (auto const& one : cases) EXPECT_EQ(StatusOf(guard, one.asked), one.status) << one.what;
 }
 
+TEST(Guard, TakesAHostWithoutThePortThatBrowsersLeaveOut) {
+  for (int const port : {80, 4711}) {
+    Guard guard;
+    guard.SetPort(port);
+    for (char const* const host : {"127.0.0.1", "localhost"}) {
+      EXPECT_EQ(StatusOf(guard, {"GET", "/", host, "", guard.Token(), ""}), port == 80 ? 200 : 403);
+    }
+    EXPECT_EQ(StatusOf(guard, {"GET", "/", "evil.example", "", guard.Token(), ""}), 403);
+  }
+}
+
 TEST(Guard, TakesTheTokenOfACommandLineOnce) {
   Guard guard;
   guard.SetPort(4711);
