@@ -137,8 +137,8 @@ struct Server::Parts {
     bool const isBound = options.port == 0 ? (options.port = http.bind_to_any_port("127.0.0.1")) > 0
                                            : http.bind_to_port("127.0.0.1", options.port);
     if (!isBound) {
-      throw std::runtime_error("cannot listen on port " + std::to_string(options.port) +
-                               " of 127.0.0.1");
+      throw lumo::Error(lumo::ErrorCode::InvalidArgument,
+                        "cannot listen on port " + std::to_string(options.port) + " of 127.0.0.1");
     }
     guard.SetPort(options.port);
     thread = std::thread([this] { http.listen_after_bind(); });

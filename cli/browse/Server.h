@@ -34,7 +34,7 @@ struct ServerOptions {
 /// destruction on threads of its own.
 class Server {
  public:
-  /// Throws std::runtime_error when it cannot listen on that port.
+  /// Throws `lumo::Error` (InvalidArgument) when it cannot listen on that port.
   Server(lumo::Client client, ServerOptions options);
   ~Server();
   Server(Server const&) = delete;

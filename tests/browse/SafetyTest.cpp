@@ -144,7 +144,7 @@ TEST(Server, KnowsNoFilesButThoseOfThePage) {
 TEST(Server, SharesItsPortWithNobody) {
   Page page(sandbox::Content::Minimal);
   auto const client = lumo::Client::Connect("http://127.0.0.1:1");
-  EXPECT_THROW(cli::browse::Server(client, {page.Server().Port(), {}}), std::runtime_error);
+  EXPECT_THROW(cli::browse::Server(client, {page.Server().Port(), {}}), lumo::Error);
 }
 
 TEST(Server, SendsFilesOnlyToBeSaved) {
