@@ -17,7 +17,8 @@ struct BrowseOptions {
 };
 
 /// Serves the page until `isOver`, and prints its address on standard output. Throws `lumo::Error`
-/// for a database or table that is not there, and for a port that is taken.
+/// for a database or table that is not there and for a port that is taken, `Failure` when the
+/// address cannot be printed.
 /// `server` lacks the port alone.
 void Run(lumo::Client const& client, BrowseOptions const& options,
          std::function<bool()> const& isOver, ServerOptions server);

@@ -9,10 +9,15 @@ constexpr std::size_t kMostColumns = 16;
 
 }  // namespace
 
-void TableData::Read(std::vector<std::string> const& attributes,
-                     lumo::CancellationToken const& cancel) {
+std::shared_ptr<lumo::Connection> TableData::Link() const {
+  auto link = m_opened.pool->Lend();
+  link->Scope().cancel = m_cancel;
+  return link;
+}
+
+void TableData::Read(std::vector<std::string> const& attributes) {
   lumo::ReadOptions options;
-  options.cancel = cancel;
+  options.cancel = m_cancel;
   options.onProgress = [this](lumo::Progress const& progress) {
     m_done = progress.recordsDone;
     m_total = progress.recordsTotal;
@@ -31,8 +36,7 @@ void TableData::Read(std::vector<std::string> const& attributes,
   for (std::size_t i = 0; i < columns.size(); ++i) m_columns[attributes[i]] = columns[i];
 }
 
-TableColumns TableData::Columns(std::vector<std::string> const& attributes,
-                                lumo::CancellationToken const& cancel) {
+TableColumns TableData::Columns(std::vector<std::string> const& attributes) {
   std::lock_guard const lock(m_mutex);
   std::vector<std::string> missing;
   for (std::string const& name : attributes) {
@@ -41,7 +45,7 @@ TableColumns TableData::Columns(std::vector<std::string> const& attributes,
     if (!isThere) missing.push_back(name);
   }
   m_done = m_total = 0;
-  if (!missing.empty()) Read(missing, cancel);
+  if (!missing.empty()) Read(missing);
   TableColumns found;
   found.records = m_records;
   for (std::string const& name : attributes) {

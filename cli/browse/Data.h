@@ -26,16 +26,19 @@ struct TableColumns {
 /// the attributes those that were used last are kept. Safe to use from several threads.
 class TableData {
  public:
-  TableData(lumo::Client const& client, std::string const& database, std::string const& table)
-      : m_table(client.OpenTable(database, table)), m_opened(client.Pool(), database, table) {}
+  /// `cancel` ends what is under way.
+  TableData(lumo::Client const& client, std::string const& database, std::string const& table,
+            lumo::CancellationToken cancel)
+      : m_table(client.OpenTable(database, table)),
+        m_opened(client.Pool(), database, table),
+        m_cancel(std::move(cancel)) {}
 
   lumo::Table const& Table() const { return m_table; }
   lumo::TableInfo const& Info() const { return m_opened.info; }
-  std::shared_ptr<lumo::Connection> Link() const { return m_opened.pool->Lend(); }
+  std::shared_ptr<lumo::Connection> Link() const;
 
   /// In the units of the attributes; reads what is not there yet. Throws `lumo::Error`.
-  TableColumns Columns(std::vector<std::string> const& attributes,
-                       lumo::CancellationToken const& cancel);
+  TableColumns Columns(std::vector<std::string> const& attributes);
   /// Forgets the values, so that they are read anew.
   void Forget();
   /// How many records the present read has brought, of how many; 0 for what nobody knows.
@@ -43,10 +46,11 @@ class TableData {
 
  private:
   using Column = std::unordered_map<int, lumo::Value>;
-  void Read(std::vector<std::string> const& attributes, lumo::CancellationToken const& cancel);
+  void Read(std::vector<std::string> const& attributes);
 
   lumo::Table m_table;
   lumo::OpenedTable m_opened;
+  lumo::CancellationToken m_cancel;
   std::mutex m_mutex;
   std::vector<lumo::RecordHead> m_records;
   std::map<std::string, std::shared_ptr<Column const>> m_columns;

@@ -1,8 +1,12 @@
 #include "cli/browse/Server.h"
 
+#include <arpa/inet.h>
 #include <httplib.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 
 #include <atomic>
+#include <filesystem>
 #include <stdexcept>
 #include <thread>
 #include <utility>
@@ -10,11 +14,14 @@
 #include "cli/browse/Guard.h"
 #include "cli/browse/Page.h"
 #include "cli/browse/Views.h"
+#include "lumo/toolkit/Numbers.h"
 
 namespace cli::browse {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kWorkers = 64;
 
 /// No scripts but the page's own, nothing from elsewhere, no frames around it, and no way from text
 /// to markup. Nothing is kept by the browser, since the data may be confidential.
@@ -51,6 +58,21 @@ std::string PlainName(std::string const& name) {
   return plain.empty() ? "file" : plain;
 }
 
+/// Shuts the connections that clients have made to that port.
+void ShutConnections(int port, int how) {
+  std::error_code error;  // descriptors come and go
+  for (auto const& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
+    int descriptor = -1;
+    if (!lumo::ReadInteger(entry.path().filename().string(), descriptor)) continue;
+    sockaddr_in own{};
+    socklen_t size = sizeof own;
+    bool const isNamed = getsockname(descriptor, reinterpret_cast<sockaddr*>(&own), &size) == 0;
+    if (isNamed && own.sin_family == AF_INET && ntohs(own.sin_port) == port) {
+      shutdown(descriptor, how);
+    }
+  }
+}
+
 /// As it stands: compression, which the HTTP library would choose for the browser, takes longer on
 /// loopback than it saves.
 constexpr char kWorkbook[] = "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet";
@@ -84,6 +106,8 @@ struct Server::Parts {
     http.set_default_headers(SafeHeaders());
     http.set_keep_alive_max_count(1);  // what follows a refused request is not read
     http.set_payload_max_length(0);
+    // Anybody on the machine may connect, and send a request as slowly as they like.
+    http.new_task_queue = [] { return new httplib::ThreadPool(kWorkers); };
     http.set_pre_routing_handler(
         [this](httplib::Request const& request, httplib::Response& response) {
           return Refuses(request, response) ? httplib::Server::HandlerResponse::Handled
@@ -123,6 +147,11 @@ struct Server::Parts {
   ~Parts() {
     cancel.Cancel();
     http.stop();
+    // A worker waits as long as a client goes on sending; answers have a second to get out.
+    for (int round = 0; !hasEnded; ++round) {
+      ShutConnections(options.port, round < 50 ? SHUT_RD : SHUT_RDWR);
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
     thread.join();
   }
   Parts(Parts const&) = delete;
@@ -141,7 +170,10 @@ struct Server::Parts {
                         "cannot listen on port " + std::to_string(options.port) + " of 127.0.0.1");
     }
     guard.SetPort(options.port);
-    thread = std::thread([this] { http.listen_after_bind(); });
+    thread = std::thread([this] {
+      http.listen_after_bind();
+      hasEnded = true;
+    });
     while (!http.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 
@@ -151,7 +183,7 @@ struct Server::Parts {
                      request.get_header_value("Cookie"), request.get_param_value("token"),
                      request.get_header_value("Sec-Fetch-Site")});
     if (!refusal) {
-      lastRequest = Clock::now().time_since_epoch().count();
+      Touch();
       return false;
     }
     response.status = refusal->status;
@@ -166,8 +198,18 @@ struct Server::Parts {
     Put(response, std::string(page.bytes), std::string(page.type));
   }
 
+  void Touch() { lastRequest = Clock::now().time_since_epoch().count(); }
+
   template <class Work>
-  void Guarded(httplib::Response& response, Work const& work) const {
+  void Guarded(httplib::Response& response, Work const& work) {
+    struct UnderWay {
+      explicit UnderWay(Parts& owner) : parts(owner) { ++parts.underWay; }
+      ~UnderWay() {
+        parts.Touch();
+        --parts.underWay;
+      }
+      Parts& parts;
+    } const underWayHere(*this);
     try {
       work();
     } catch (lumo::Error const& error) {
@@ -181,7 +223,7 @@ struct Server::Parts {
     }
   }
   template <class Make>
-  void Answer(httplib::Response& response, Make const& make) const {
+  void Answer(httplib::Response& response, Make const& make) {
     Guarded(response, [&] { Put(response, TextOf(make()), "application/json"); });
   }
   void Add(char const* path, View view) {
@@ -194,6 +236,8 @@ struct Server::Parts {
   lumo::CancellationToken cancel;
   Views views;
   Guard guard;
+  std::atomic<int> underWay{0};  ///< requests that are being answered
+  std::atomic<bool> hasEnded{false};
   std::atomic<Clock::rep> lastRequest{Clock::now().time_since_epoch().count()};
   httplib::Server http;
   std::thread thread;
@@ -215,6 +259,7 @@ std::string Server::AddressForOnce(std::string const& view) const {
 }
 
 std::chrono::seconds Server::Idle() const {
+  if (m_parts->underWay > 0) return std::chrono::seconds(0);
   Clock::duration const last(m_parts->lastRequest.load());
   return std::chrono::duration_cast<std::chrono::seconds>(Clock::now().time_since_epoch() - last);
 }

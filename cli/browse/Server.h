@@ -46,7 +46,7 @@ class Server {
   std::string Address(std::string const& view = "") const;
   /// The same for one use, for the command line of a browser.
   std::string AddressForOnce(std::string const& view = "") const;
-  /// Since the last request.
+  /// Since the last request was answered; 0 while one is under way.
   std::chrono::seconds Idle() const;
 
  private:

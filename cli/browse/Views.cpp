@@ -170,7 +170,7 @@ std::shared_ptr<TableData> Views::TableOf(Query const& query) const {
     auto const there = m_tables.find(name);
     if (there != m_tables.end()) return there->second;
   }
-  auto const opened = std::make_shared<TableData>(m_client, name.first, name.second);
+  auto const opened = std::make_shared<TableData>(m_client, name.first, name.second, m_cancel);
   std::lock_guard const lock(m_mutex);
   return m_tables.try_emplace(name, opened).first->second;
 }
@@ -239,7 +239,6 @@ Json Views::Search(Query const& query) const {
       what->text = text;
     }
     auto const link = table->Link();
-    link->Scope().cancel = m_cancel;
     lumo::RecordSource source(what, [] { return kMostFound; });
     bool const isWhole = Optional(query, "all") == "1";
     Json found = Json::array();
@@ -306,7 +305,7 @@ Json Views::Columns(Query const& query) const {
   std::vector<std::string> exact;
   exact.reserve(names.size());
   for (std::string const& name : names) exact.push_back(table->Table().FindAttribute(name).name);
-  TableColumns const read = table->Columns(exact, m_cancel);
+  TableColumns const read = table->Columns(exact);
   DependenceMap dependences;
   Json columns = Json::array();
   for (std::size_t i = 0; i < exact.size(); ++i) {

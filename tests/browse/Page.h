@@ -28,6 +28,8 @@ class Page {
   Page(Page const&) = delete;
   Page& operator=(Page const&) = delete;
 
+  /// Ends the page, not the sandbox.
+  void End() { m_server.reset(); }
   cli::browse::Server& Server() { return *m_server; }
   httplib::Client Browser() const { return httplib::Client("127.0.0.1", m_server->Port()); }
   /// "/?token=..."

@@ -1,8 +1,15 @@
 // Whom the page lets in, and what it can be made to show.
 
 #include <gmock/gmock.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
+#include <chrono>
+#include <memory>
 #include <nlohmann/json.hpp>
+#include <thread>
+#include <vector>
 
 #include "cli/browse/Guard.h"
 #include "cli/browse/Page.h"
@@ -145,6 +152,64 @@ TEST(Server, SharesItsPortWithNobody) {
   Page page(sandbox::Content::Minimal);
   auto const client = lumo::Client::Connect("http://127.0.0.1:1");
   EXPECT_THROW(cli::browse::Server(client, {page.Server().Port(), {}}), lumo::Error);
+}
+
+/// Sends a byte of a request now and then, as long as somebody reads.
+class SlowClient {
+ public:
+  explicit SlowClient(int port) : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in to{};
+    to.sin_family = AF_INET;
+    to.sin_port = htons(static_cast<std::uint16_t>(port));
+    to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(connect(m_socket, reinterpret_cast<sockaddr*>(&to), sizeof to), 0);
+    m_thread = std::thread([this] {
+      for (int i = 0; i < 60 && send(m_socket, "G", 1, MSG_NOSIGNAL) == 1; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      }
+    });
+  }
+  ~SlowClient() {
+    m_thread.join();
+    close(m_socket);
+  }
+  SlowClient(SlowClient const&) = delete;
+  SlowClient& operator=(SlowClient const&) = delete;
+
+ private:
+  int m_socket;
+  std::thread m_thread;
+};
+
+TEST(Server, IsNeitherHeldNorKeptFromEndingBySlowStrangers) {
+  Page page(sandbox::Content::Minimal);
+  std::vector<std::unique_ptr<SlowClient>> strangers;
+  for (int i = 0; i < 12; ++i) {
+    strangers.push_back(std::make_unique<SlowClient>(page.Server().Port()));
+  }
+  auto const begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(page.Get("/api/server")->status, 200);
+  page.End();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));
+}
+
+TEST(Server, IsNotIdleWhileItAnswersAndCancelsThatAtItsEnd) {
+  Page page(sandbox::Content::Minimal);
+  std::string const tree = "/api/tree?db=ENG_MATERIALS&table=Materials";
+  page.Get(tree);  // the table is open from here on
+  page.Plan("GetChildNodes stall 2");
+  EXPECT_EQ(page.Get(tree)->status, 200);
+  EXPECT_EQ(page.Server().Idle().count(), 0);
+  page.Plan("GetChildNodes stall 5");
+  std::thread caller([&, cookie = page.Cookie(), browser = page.Browser()]() mutable {
+    browser.Get(tree, {{"Cookie", cookie}});
+  });
+  std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+  EXPECT_EQ(page.Server().Idle().count(), 0);
+  auto const begin = std::chrono::steady_clock::now();
+  page.End();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+  caller.join();
 }
 
 TEST(Server, SendsFilesOnlyToBeSaved) {
