@@ -1,7 +1,7 @@
 if(LUMO_BUILD_CLI)
   find_package(PkgConfig REQUIRED)
   pkg_check_modules(HTTPLIB REQUIRED IMPORTED_TARGET cpp-httplib)
-  lumo_add_tests(browse_tests browse/SafetyTest.cpp browse/ViewsTest.cpp)
+  lumo_add_tests(browse_tests browse/CommandTest.cpp browse/SafetyTest.cpp browse/ViewsTest.cpp)
   target_link_libraries(browse_tests PRIVATE lumo_browse lumo_sandbox_parts PkgConfig::HTTPLIB)
   add_test(NAME browse.IsSafeAndShowsWhatIsThere COMMAND browse_tests)
   if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")

@@ -4,10 +4,16 @@
 #include <spawn.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
+#include <cstring>
 #include <iostream>
+#include <string_view>
 #include <thread>
 #include <utility>
+#include <vector>
+
+#include "cli/Failure.h"
 
 namespace cli::browse {
 namespace {
@@ -36,14 +42,35 @@ std::string ViewOf(lumo::Client const& client, BrowseOptions const& options) {
   return "#/start?db=" + Escaped(table.Database()) + "&table=" + Escaped(table.Name());
 }
 
-/// Asks the desktop to show an address; false when there is none to ask.
+/// The environment without passwords, such as LUMO_PASSWORD and LUMO_PROXY_PASSWORD.
+std::vector<char*> EnvironmentForOthers() {
+  std::vector<char*> kept;
+  for (char** one = environ; *one != nullptr; ++one) {
+    std::string_view const text = *one;
+    bool const isOurs = text.substr(0, 5) == "LUMO_";
+    if (!isOurs || text.substr(0, text.find('=')).find("PASSWORD") == std::string_view::npos) {
+      kept.push_back(*one);
+    }
+  }
+  kept.push_back(nullptr);
+  return kept;
+}
+
+/// Asks the desktop to show an address; false when there is none to ask. A browser that this starts
+/// does not end by Ctrl-C here.
 bool Open(std::string const& address) {
   std::string program = "xdg-open";
   std::string argument = address;
   char* const arguments[] = {program.data(), argument.data(), nullptr};
   signal(SIGCHLD, SIG_IGN);  // its end is of no interest
+  posix_spawnattr_t how;
+  posix_spawnattr_init(&how);
+  posix_spawnattr_setflags(&how, POSIX_SPAWN_SETSID);
   pid_t child = 0;
-  return posix_spawnp(&child, "xdg-open", nullptr, nullptr, arguments, environ) == 0;
+  bool const isDone = posix_spawnp(&child, "xdg-open", nullptr, &how, arguments,
+                                   EnvironmentForOthers().data()) == 0;
+  posix_spawnattr_destroy(&how);
+  return isDone;
 }
 
 }  // namespace
@@ -54,6 +81,10 @@ void Run(lumo::Client const& client, BrowseOptions const& options,
   serverOptions.port = options.port;
   Server const server(client, std::move(serverOptions));
   std::cout << server.Address(view) << std::endl;
+  if (!std::cout) {
+    throw Failure(ExitCode::PartlyDone,
+                  std::string("cannot write standard output: ") + std::strerror(errno));
+  }
   if (options.opens && !Open(server.AddressForOnce(view))) {
     std::cerr << "no browser could be opened; open the address yourself\n";
   }
