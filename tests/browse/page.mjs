@@ -305,6 +305,10 @@ const steps = {
     });
     assert.deepEqual(cut, [], 'names of axes are cut');
     await picture('long');
+    await page.goto(`${address.split('?')[0]}#/chart?db=ENG_MATERIALS&table=Materials&x=Photo&y=Density`);
+    await page.getByText('“Photo”: not an attribute with figures').waitFor();
+    await page.getByRole('link', {name: 'Draw others'}).click();
+    await drawn(286);
   },
   async 'shows hostile texts as texts'() {
     await page.goto(`${address.split('?')[0]}#/start?db=ENG_MATERIALS&table=Materials`);

@@ -9,7 +9,7 @@ import {familiesOf, legend} from './legend.js';
 import {count, figure, many, rangeText, unit, withUnit} from './numbers.js';
 import {colours, roundSteps} from './scale.js';
 import {facts} from './sheet.js';
-import {go, state} from './state.js';
+import {go, leads, state} from './state.js';
 
 const axesOf = (now) => [...new Set([now.x, now.y, now.xPer, now.yPer].filter(Boolean))];
 const nameOf = (attribute, per) => (per ? `${attribute} / ${per}` : attribute);
@@ -255,6 +255,12 @@ export async function chartView(place, now) {
     const numeric = about.attributes.filter((one) => one.isNumeric);
     if (!numeric.length) return [h('h1', {}, 'Chart'), h('p', {}, 'This table has no attributes with figures.')];
     const chosen = {...now, ...firstAxes(about.attributes, now)};
+    const odd = axesOf(chosen).filter((name) => !numeric.some((one) => one.name === name));
+    if (odd.length) {
+      view = null;
+      return [h('h1', {}, 'Chart'), h('p', {role: 'alert'}, `${odd.map((name) => `“${name}”`).join(' and ')}: not an attribute with figures.`),
+        h('p', {class: 'acts'}, h('a', {class: 'button main', ...leads({view: 'chart', x: '', y: '', xPer: '', yPer: ''})}, 'Draw others'))];
+    }
     if (!now.x || !now.y) go({x: chosen.x, y: chosen.y}, {quiet: true});
     const host = h('div', {class: 'plotarea'});
     view = {host, shape: shape(chosen), asked: asked(chosen), note: h('span', {role: 'status'}), above: h('span', {}), failure: h('div', {}),
