@@ -34,8 +34,8 @@ const pageOver = (url, options = [], environment = {}) => start(lumo, ['browse',
 
 const url = await sandbox();
 const hostile = '<img src=x onerror=window.broken=1>';
-writeFileSync(join(folder, 'hostile.csv'), `Folder,Name,Density [kg/m^3],Young's modulus [GPa],Typical uses\n"Metals and alloys","${hostile}",..900,20..,"<script>window.broken=1</script>"\n`);
-execFileSync(lumo, ['import', '--url', url, 'ENG_MATERIALS', 'Materials', join(folder, 'hostile.csv')], {stdio: 'inherit'});
+writeFileSync(join(folder, 'hostile.csv'), `Folder,Name,Density [kg/m^3],Young's modulus [GPa],Typical uses\n"Metals and alloys/A\\/B\\\\","${hostile}",..900,20..,"<script>window.broken=1</script>"\n`);
+execFileSync(lumo, ['import', '--url', url, 'ENG_MATERIALS', 'Materials', '--make-folders', join(folder, 'hostile.csv')], {stdio: 'inherit'});
 const address = await pageOver(url);
 
 const browser = await chromium.launch({executablePath: chromiumPath, args: process.getuid() === 0 ? ['--no-sandbox'] : []});
@@ -264,7 +264,7 @@ const steps = {
   async 'downloads the chart'() {
     const csv = String(await download('Download CSV'));
     assert.equal(csv.trim().split('\r\n').length, 287);
-    assert.match(csv, /onerror=window.broken=1>,Metals and alloys,,,900,,20,\r\n/, 'open ends');
+    assert.match(csv, /onerror=window.broken=1>,Metals and alloys\/A\\\/B\\\\,,,900,,20,\r\n/, 'open ends');
     const sheet = await download('Download xlsx');
     assert.equal(sheet.subarray(0, 2).toString(), 'PK');
     assert.ok(sheet.length > 15000, `${sheet.length} bytes`);
@@ -315,6 +315,10 @@ const steps = {
     await search('onerror');
     await page.getByRole('link', {name: hostile}).click();
     await page.getByRole('heading', {name: hostile}).waitFor();
+    assert.equal(await page.textContent('.path'), 'Metals and alloys › A/B\\');
+    assert.equal(await page.textContent('#results .note'), 'A/B\\');
+    const families = await page.evaluate(async () => (await import('/page/legend.js')).familiesOf(['', 'A\\/B\\\\/C', 'A\\/B\\\\/D', 'E']).names);
+    assert.deepEqual(families, ['', 'A/B\\', 'E']);
     assert.match(await page.textContent('.values'), /<script>window.broken=1<\/script>/);
     await page.getByRole('button', {name: /Add/}).first().click();
     await page.locator('#views').getByText('Chart').click();

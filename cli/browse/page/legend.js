@@ -4,11 +4,12 @@ import {button, h, s} from './dom.js';
 import {count} from './numbers.js';
 import {go, state} from './state.js';
 
-const parts = (folder) => folder.split(/(?<!\\)\//);
+/** The names in the path of a folder, in which "/" and "\" of a name have a "\" before them. */
+export const pathParts = (folder) => (folder.match(/(?:\\.|[^/])+/gs) || []).map((one) => one.replace(/\\(.)/gs, '$1'));
 
 /** Gives each folder a family: the folders on the first level on which the records differ. */
 export function familiesOf(folders) {
-  const paths = folders.map(parts);
+  const paths = folders.map(pathParts);
   let depth = 0;
   while (paths.length && paths.every((path) => path.length > depth + 1 && path[depth] === paths[0][depth])) ++depth;
   const names = [...new Set(paths.map((path) => path[depth] || path[path.length - 1] || ''))];

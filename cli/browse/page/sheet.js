@@ -4,6 +4,7 @@ import {address, ask, askOnce, show} from './api.js';
 import {curveChart, parameterText} from './curves.js';
 import {button, h} from './dom.js';
 import {copyLines, csvOf, save, saveWorkbook} from './export.js';
+import {pathParts} from './legend.js';
 import {figure, forPeople, forPrograms, many, rangeText, unit, withUnit} from './numbers.js';
 import {go, leads, state} from './state.js';
 
@@ -129,7 +130,7 @@ export async function sheet(place, now) {
     const beside = h('section', {class: 'around', 'aria-label': 'Links and versions'});
     show(beside, async () => around(await ask('around', {db: now.db, table: now.table, id: now.id})), '');
     return [h('article', {class: 'sheet'},
-      h('p', {class: 'path'}, record.folder.split(/(?<!\\)\//).join(' › ')),
+      h('p', {class: 'path'}, pathParts(record.folder).join(' › ')),
       h('h1', {}, record.name),
       record.fullName && record.fullName !== record.name ? h('p', {class: 'full'}, record.fullName) : null,
       h('p', {class: 'acts'}, keepButton(record.id, record.name),

@@ -2,6 +2,7 @@
 
 import {ask, askOnce, failureBox, show} from './api.js';
 import {button, find, h, later} from './dom.js';
+import {pathParts} from './legend.js';
 import {count, many} from './numbers.js';
 import {labelKeep} from './sheet.js';
 import {go, leads, state} from './state.js';
@@ -102,7 +103,7 @@ async function search() {
     const more = found.total > found.records.length ? `, the first ${found.records.length} are shown` : '';
     note.textContent = `${found.total ? many(found.total, 'record') : 'Nothing'} ${found.isCondition ? 'fulfils the condition' : 'found'}${more}`
       .replace(/(records|[^1]\d* records) fulfils/, '$1 fulfil');
-    results.replaceChildren(h('ul', {}, found.records.map((one) => h('li', {}, linkTo(one), h('span', {class: 'note'}, one.folder.split('/').slice(-1)[0])))));
+    results.replaceChildren(h('ul', {}, found.records.map((one) => h('li', {}, linkTo(one), h('span', {class: 'note'}, pathParts(one.folder).slice(-1)[0])))));
   } catch (error) {
     if (error.name === 'AbortError') return;
     note.textContent = '';
