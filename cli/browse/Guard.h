@@ -29,7 +29,8 @@ struct Refusal {
 /// send requests to a server on loopback, and any user of the machine can connect to it. So a
 /// request must be a GET, name this server as its host (a foreign name that was made to lead to
 /// 127.0.0.1 is refused), and carry the token: first in the address of the page, from then on in a
-/// cookie that no script reads and no other site sends along.
+/// cookie that no script reads and that no request which another site starts brings along. Another
+/// port of the same host gets that cookie when the user opens it there; docs/browse.md warns of it.
 class Guard {
  public:
   /// The port is known once the server listens.
