@@ -28,7 +28,8 @@ class LUMO_API Table {
   std::string const& Database() const;
   /// With their parameters, in the server's order; asked for once.
   std::vector<Attribute> const& Attributes() const;
-  /// By a name in whatever case, or by a beginning that no other has.
+  /// By a name in whatever case, or by a beginning or words that no other has ("sea wat" for
+  /// "Durability: sea water"). Throws `Error`: NotFound, Ambiguous.
   Attribute const& FindAttribute(std::string const& name) const;
   /// Subsets of the table, and unit systems and currencies of its database, by name:
   std::vector<std::string> const& Subsets() const;
@@ -108,12 +109,13 @@ class LUMO_API Client {
   std::string const& Url() const;
   /// The databases of the server. Throws `Error`.
   std::vector<DatabaseInfo> Databases() const;
-  /// By its key or name, in whatever case, or by a beginning that no other has. Throws `Error`:
-  /// NotFound, Ambiguous.
+  /// By its key or name, in whatever case, or by a beginning or words that no other has. Throws
+  /// `Error`: NotFound, Ambiguous.
   DatabaseInfo FindDatabase(std::string const& database) const;
   /// Names of the tables of a database, which is found by its key or name.
   std::vector<std::string> Tables(std::string const& database) const;
-  /// Names in whatever case, or beginnings that no other has. Throws `Error`: NotFound, Ambiguous.
+  /// Names in whatever case, or beginnings or words that no other has. Throws `Error`: NotFound,
+  /// Ambiguous.
   Table OpenTable(std::string const& database, std::string const& table) const;
   /// Reads the records of a partition, whatever its server is called there.
   RecordStream Read(Partition const& partition, ReadOptions const& options = {}) const;
