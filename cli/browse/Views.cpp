@@ -49,7 +49,7 @@ bool IsMeantAsCondition(std::string const& text, std::vector<lumo::Attribute> co
   std::size_t const next = text.find_first_not_of(' ', std::min(end, text.size()));
   bool const isFigure =
       next != std::string::npos && std::string_view("0123456789-.").find(text[next]) < 12;
-  return isKnown || (isFigure && name.find_first_not_of(" ") != std::string::npos);
+  return isKnown || (isFigure && name.find_first_not_of(' ') != std::string::npos);
 }
 
 Json EndJson(lumo::Value const& end, lumo::UnitSystem const& system) {
@@ -256,7 +256,7 @@ Json Views::Search(Query const& query) const {
                           error.Code() == lumo::ErrorCode::NotFound ||
                           error.Code() == lumo::ErrorCode::Ambiguous;
     if (!isOfText || IsMeantAsCondition(text, table->Table().Attributes())) throw;
-    Json const found = find(false);
+    Json found = find(false);
     if (found["total"] == 0) throw;
     return found;
   }

@@ -6,10 +6,9 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <memory>
+#include <list>
 #include <nlohmann/json.hpp>
 #include <thread>
-#include <vector>
 
 #include "cli/browse/Guard.h"
 #include "cli/browse/Page.h"
@@ -183,10 +182,8 @@ class SlowClient {
 
 TEST(Server, IsNeitherHeldNorKeptFromEndingBySlowStrangers) {
   Page page(sandbox::Content::Minimal);
-  std::vector<std::unique_ptr<SlowClient>> strangers;
-  for (int i = 0; i < 12; ++i) {
-    strangers.push_back(std::make_unique<SlowClient>(page.Server().Port()));
-  }
+  std::list<SlowClient> strangers;
+  for (int i = 0; i < 12; ++i) strangers.emplace_back(page.Server().Port());
   auto const begin = std::chrono::steady_clock::now();
   EXPECT_EQ(page.Get("/api/server")->status, 200);
   page.End();
