@@ -105,11 +105,14 @@ std::map<int, std::vector<std::string>> SubsetsOf(Connection& connection, TableI
                                                   std::vector<RecordHead> const& records) {
   std::map<int, std::vector<std::string>> all;
   if (records.empty()) return all;
+  // Of a record that is asked for twice some servers answer twice.
+  std::map<int, RecordId> ids;
+  for (RecordHead const& head : records) ids.emplace(head.id.identity, head.id);
   for (std::string const& subset : table.Subsets(connection)) {
     auto name = AttributeReference::CreateOne();
     name->MakePseudoAttribute(AttributeReference::PseudoAttrs::Name);
     auto const request = GetRecordAttributesByRefRequest::CreateOne();
-    for (RecordHead const& head : records) request->AddRecordReference(ReferenceTo(head.id));
+    for (auto const& [identity, id] : ids) request->AddRecordReference(ReferenceTo(id));
     request->AccessAttributeReferences().push_back(name);
     request->SetFilter(table.FilterOf(connection, subset));
     auto const found = connection.Ask<GetRecordAttributesByRefResponse>([&](auto* into) {
