@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <chrono>
 #include <ctime>
 #include <filesystem>
 #include <memory>
@@ -25,8 +26,9 @@ struct ImportChoice : TableChoice {
   bool makesFolders = false;
   bool keepsGoing = false;
   std::string journal;
-  std::string resume;  ///< journal of the run that goes on
-  std::string undo;    ///< journal of the run that is undone
+  std::string resume;     ///< journal of the run that goes on
+  std::string undo;       ///< journal of the run that is undone
+  int resendAfter = 300;  ///< seconds
 };
 
 /// "new.csv.2026-03-17T093000.journal", beside the input.
@@ -87,6 +89,7 @@ lumo::ImportOptions OptionsOf(Context& context, ImportChoice const& choice, Prog
   options.keepsGoing = choice.keepsGoing;
   if (context.chunk > 0) options.chunkSize = static_cast<std::size_t>(context.chunk);
   options.source = choice.input.file;
+  options.resendAfter = std::chrono::seconds(choice.resendAfter);
   options.cancel = Interrupts();
   options.onProgress = [&progress](lumo::Progress const& at) { progress.Show(at); };
   return options;
@@ -210,6 +213,12 @@ void AddImport(CommandLine& line) {
       ->type_name("JOURNAL")
       ->excludes(resume)
       ->excludes(dryRun);
+  command
+      .add_option("--resend-after", choice->resendAfter,
+                  "with --resume and --undo: how long the server may be at work on a call whose "
+                  "reply nobody waited for (300)")
+      ->check(Between(0, 86'400))
+      ->type_name("SECONDS");
   command.add_option("--chunk", line.Shared().chunk, "records in a call (100)")
       ->check(Between(1, 100'000))
       ->type_name("N");

@@ -1,6 +1,8 @@
 #include "lumo/toolkit/ImportRun.h"
 
 #include <algorithm>
+#include <ctime>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -49,6 +51,16 @@ bool LacksName(Step const& step) {
   return step.kind == RowVerdict::Kind::Create && !step.fullName.empty();
 }
 
+/// "09:30:12 UTC".
+std::string TimeText(SystemClock::time_point time) {
+  std::time_t const seconds = SystemClock::to_time_t(time + std::chrono::seconds(1));
+  std::tm parts{};
+  gmtime_r(&seconds, &parts);
+  char text[32];
+  std::strftime(text, sizeof text, "%H:%M:%S UTC", &parts);
+  return text;
+}
+
 /// How long the server wants to be left alone.
 std::chrono::milliseconds AskedWait(Error const& error) {
   int seconds = 0;
@@ -93,19 +105,13 @@ void ImportRun::SettleLeftovers() {
   for (auto const& [path, folder] : m_folders) {
     if (folder.state == StepState::Sent) sent.push_back(folder);
   }
-  if (!sent.empty()) {
-    Settle(std::move(sent), [this](Folders const& left) { return LookForFolders(left); });
-  }
+  SettleLeft(std::move(sent), [this](Folders const& left) { return LookForFolders(left); });
   for (;;) {
     Steps left = m_journal.Next(StepState::Sent, m_journal.About().chunkSize);
     if (left.empty()) break;
-    Settle(WithParents(std::move(left)), [this](Steps const& steps) { return Look(steps); });
+    SettleLeft(WithParents(std::move(left)), [this](Steps const& steps) { return Look(steps); });
   }
-  for (;;) {
-    Steps const made = m_journal.Next(StepState::Made, m_journal.About().chunkSize);
-    if (made.empty()) break;
-    Finish(made);
-  }
+  FinishMade();
 }
 
 void ImportRun::SendAll() {
@@ -138,8 +144,7 @@ void ImportRun::Wait(SystemClock::time_point until) {
   }
 }
 
-/// Looks until all has happened, or until the server has had the time for it. What has not happened
-/// then waits to be sent.
+/// Looks until all has happened, or until the server has had the time for it; gives the rest.
 template <class List, class LookFor>
 List ImportRun::Settle(List left, LookFor lookFor) {
   left = lookFor(left);
@@ -147,12 +152,28 @@ List ImportRun::Settle(List left, LookFor lookFor) {
     Wait(m_journal.LastSent() + m_options.settleAfter);
     left = lookFor(left);
   }
-  if (!left.empty()) m_journal.Note(left, StepState::Waiting);
   return left;
 }
 
+/// Settles what a run left behind. Nobody was there any more to hear how the call ended, so that
+/// the server may have it for as long as calls take.
+template <class List, class LookFor>
+void ImportRun::SettleLeft(List left, LookFor lookFor) {
+  left = Settle(std::move(left), lookFor);
+  if (left.empty()) return;
+  SystemClock::time_point const end = m_journal.LastSent() + m_options.resendAfter;
+  if (SystemClock::now() < end) {
+    throw Error(ErrorCode::OutcomeUnknown,
+                "what was sent last is not there, and the server may still be at work on it; "
+                "nothing was sent again: repeat this after " +
+                    TimeText(end));
+  }
+  m_journal.Note(left, StepState::Waiting);
+}
+
 /// Sends, and again what a look-up does not find when the reply is lost or the server is busy.
-/// `once` gives what is to be sent again after a refusal.
+/// `once` makes the request and no more, as after any failure of it steps may wait again; it gives
+/// those that were refused.
 template <class List, class Once, class LookFor>
 List ImportRun::Repeat(List left, Once once, LookFor lookFor) {
   RetryPolicy const& policy = m_connection->Options().retry;
@@ -161,12 +182,13 @@ List ImportRun::Repeat(List left, Once once, LookFor lookFor) {
     try {
       return once(left);
     } catch (Error const& error) {
-      if (!IsOpen(error)) m_journal.Note(left, StepState::Waiting);
-      if (!IsOpen(error) && !error.IsRetryable()) throw;
       if (IsOpen(error)) left = Settle(std::move(left), lookFor);
       if (left.empty()) return left;
+      if (MayStillHappen(error)) throw;  // and it stays `Sent`
+      m_journal.Note(left, StepState::Waiting);
+      bool const mayRepeat = IsOpen(error) || error.IsRetryable();
       bool const hasTime = AskedWait(error) <= policy.maxElapsed;
-      if (MayStillHappen(error) || attempt >= policy.maxAttempts || !hasTime) throw;
+      if (!mayRepeat || attempt >= policy.maxAttempts || !hasTime) throw;
       Wait(SystemClock::now() + std::max(backoff, AskedWait(error)));
       backoff = std::min(2 * backoff, policy.maxBackoff);
     }
@@ -178,38 +200,47 @@ List ImportRun::Repeat(List left, Once once, LookFor lookFor) {
 void ImportRun::Send(Steps steps) {
   auto const rest = std::stable_partition(steps.begin(), steps.end(),
                                           [](Step const& step) { return !HasLinksAlone(step); });
-  if (rest != steps.end()) NoteDone({rest, steps.end()});
+  NoteDone({rest, steps.end()});
   steps.erase(rest, steps.end());
-  if (steps.empty()) return;
-  Steps const refused = Repeat(
-      std::move(steps), [this](Steps const& left) { return SendOnce(left); },
-      [this](Steps const& left) { return Look(left); });
+  Steps done;
+  std::optional<Error> fault;
+  auto const write = [&](Steps const& waiting) {
+    try {
+      done = Written(waiting);
+      return Steps();
+    } catch (Error const& error) {
+      if (!IsRefusal(error) || IsOpen(error)) throw;
+      fault = error;
+      return waiting;
+    }
+  };
+  Steps refused;
+  if (!steps.empty()) {
+    refused = Repeat(std::move(steps), write, [this](Steps const& left) { return Look(left); });
+  }
+  NoteDone(done);
+  if (!refused.empty()) refused = AfterFault(refused, *fault);
+  FinishMade();
   if (refused.empty()) return;
   auto const middle = refused.begin() + static_cast<std::ptrdiff_t>(refused.size() / 2);
   Send({refused.begin(), middle});
   Send({middle, refused.end()});
 }
 
-/// Those that the server refused together, to be sent in parts; one that it refused alone is noted.
-ImportRun::Steps ImportRun::SendOnce(Steps const& steps) {
+/// The steps with the records that the server made.
+ImportRun::Steps ImportRun::Written(Steps steps) {
   m_connection->Scope().ThrowWhenOver();
   auto const request = RequestFor(steps, *m_table);
   m_journal.NoteSent(steps);
-  std::vector<RecordId> records;
-  try {
-    records = WriteRecords(*m_connection, request, m_journal.About().database);
-  } catch (Error const& error) {
-    if (!IsRefusal(error) || IsOpen(error)) throw;
-    return AfterFault(steps, error);
+  std::vector<RecordId> const records =
+      WriteRecords(*m_connection, request, m_journal.About().database);
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    if (steps[i].kind == RowVerdict::Kind::Create) steps[i].record = records.at(i);
   }
-  Steps done = steps;
-  for (std::size_t i = 0; i < done.size(); ++i) {
-    if (done[i].kind == RowVerdict::Kind::Create) done[i].record = records.at(i);
-  }
-  NoteDone(done);
-  return {};
+  return steps;
 }
 
+/// Those that the server refused together, to be sent in parts; one that it refused alone is noted.
 ImportRun::Steps ImportRun::AfterFault(Steps const& steps, Error const& error) {
   Steps left = steps;
   // A request is refused as a whole. That is seen once, and not taken on trust.
@@ -232,12 +263,19 @@ void ImportRun::NoteDone(Steps const& steps) {
   }
   m_journal.Note(made, StepState::Made);
   m_journal.Note(done, StepState::Done);
-  Finish(made);
 }
 
-/// All of it may be done again without harm, so that steps stay `Made` until the end.
+/// Gives records their full names and links. All of it may be done again without harm, so that
+/// steps stay `Made` until the end, and never wait again.
+void ImportRun::FinishMade() {
+  for (;;) {
+    Steps const made = m_journal.Next(StepState::Made, m_journal.About().chunkSize);
+    if (made.empty()) return;
+    Finish(made);
+  }
+}
+
 void ImportRun::Finish(Steps const& steps) {
-  if (steps.empty()) return;
   Steps named;
   std::set<std::string> groups;
   for (Step const& step : steps) {
@@ -247,42 +285,40 @@ void ImportRun::Finish(Steps const& steps) {
       if (isLink) groups.insert(value.attribute);
     }
   }
-  GiveFullNames(named);
+  Give(named, "Full name", "full name", [this](Steps const& some) { GiveFullNames(some); });
   for (std::string const& group : groups) {
     Steps linked;
     for (Step const& step : steps) {
       if (HasLinks(step, group)) linked.push_back(step);
     }
-    GiveLinks(linked, group);
+    Give(linked, ImportFields::ShownName(group), "links",
+         [&](Steps const& some) { GiveLinks(some, group); });
   }
   Steps done;
   for (Step const& step : steps) {
-    if (m_refusedLinks.count(step.number) == 0) done.push_back(step);
+    if (m_refusedParts.count(step.number) == 0) done.push_back(step);
   }
   m_journal.Note(done, StepState::Done);
 }
 
-/// Only what is not linked so yet is sent, so that a call whose reply is lost is made again. A
-/// refusal is of all links of the call; its halves tell which they are.
-void ImportRun::GiveLinks(Steps const& steps, std::string const& group) {
-  std::vector<std::pair<RecordId, Value>> records;
-  for (Step const& step : steps) {
-    for (Step::Content const& value : step.values) {
-      if (value.attribute == group) records.emplace_back(step.record, value.after);
-    }
-  }
+/// Writes a part of the records, as often as it takes. A refusal is of all of the call; its halves
+/// tell which they are.
+template <class Write>
+void ImportRun::Give(Steps const& steps, std::string const& field, std::string const& part,
+                     Write write) {
+  if (steps.empty()) return;
   for (int attempt = 1;; ++attempt) {
     try {
-      return m_fields.WriteLinks(*m_connection, m_fields.Find(group), records);
+      return write(steps);
     } catch (Error const& error) {
       bool const mayRepeat = IsOpen(error) || error.IsRetryable();
       if (!mayRepeat && IsRefusal(error)) {
         if (steps.size() > 1) break;
         m_hasRefused = true;
-        m_refusedLinks.insert(steps[0].number);
-        std::string const what = HasLinksAlone(steps[0]) ? "" : "all but the links is written: ";
-        return m_journal.NoteRefused(steps[0],
-                                     {ImportFields::ShownName(group), what + error.what()});
+        m_refusedParts.insert(steps[0].number);
+        std::string const what =
+            HasLinksAlone(steps[0]) ? "" : "all but the " + part + " is written: ";
+        return m_journal.NoteRefused(steps[0], {field, what + error.what()});
       }
       if (!mayRepeat || attempt >= m_connection->Options().retry.maxAttempts) throw;
       Wait(SystemClock::now() +
@@ -290,31 +326,27 @@ void ImportRun::GiveLinks(Steps const& steps, std::string const& group) {
     }
   }
   auto const middle = steps.begin() + static_cast<std::ptrdiff_t>(steps.size() / 2);
-  GiveLinks({steps.begin(), middle}, group);
-  GiveLinks({middle, steps.end()}, group);
+  Give({steps.begin(), middle}, field, part, write);
+  Give({middle, steps.end()}, field, part, write);
+}
+
+/// Only what is not linked so yet is sent.
+void ImportRun::GiveLinks(Steps const& steps, std::string const& group) {
+  std::vector<std::pair<RecordId, Value>> records;
+  for (Step const& step : steps) {
+    for (Step::Content const& value : step.values) {
+      if (value.attribute == group) records.emplace_back(step.record, value.after);
+    }
+  }
+  m_fields.WriteLinks(*m_connection, m_fields.Find(group), records);
 }
 
 void ImportRun::GiveFullNames(Steps const& steps) {
-  if (steps.empty()) return;
-  auto const look = [this](Steps const& left) {
-    Steps done;
-    Steps missing;
-    LookForFullNames(*m_connection, left, done, missing);
-    return missing;
-  };
-  Steps left = look(steps);
-  for (int attempt = 1; !left.empty(); ++attempt) {
-    try {
-      WriteRecords(*m_connection, RequestForFullNames(left), m_journal.About().database);
-      return;
-    } catch (Error const& error) {
-      bool const mayRepeat = IsOpen(error) || error.IsRetryable();
-      if (!mayRepeat || attempt >= m_connection->Options().retry.maxAttempts) throw;
-      Wait(SystemClock::now() +
-           std::max(m_connection->Options().retry.initialBackoff, AskedWait(error)));
-      left = look(left);
-    }
-  }
+  Steps done;
+  Steps missing;
+  LookForFullNames(*m_connection, steps, done, missing);
+  if (missing.empty()) return;
+  WriteRecords(*m_connection, RequestForFullNames(missing), m_journal.About().database);
 }
 
 ImportRun::Steps ImportRun::Look(Steps const& steps) {
@@ -355,8 +387,7 @@ bool ImportRun::MakeFolders(Steps const& steps) {
     if (parent != nullptr && parent->state == StepState::Refused) {
       folder.state = StepState::Refused;
       folder.why = parent->why;
-      m_journal.Note({folder}, StepState::Refused);
-      m_folders[folder.path] = folder;
+      KeepFolder(folder);
     } else {
       SendFolder(folder);
     }
@@ -375,22 +406,28 @@ bool ImportRun::MakeFolders(Steps const& steps) {
 
 void ImportRun::SendFolder(FolderStep const& folder) {
   auto const look = [this](Folders const& left) { return LookForFolders(left); };
-  auto const send = [this](Folders const& left) {
+  std::optional<FolderStep> done;
+  auto const send = [&](Folders const& left) {
     m_journal.NoteSent(left);
-    FolderStep done = left.front();
+    FolderStep sent = left.front();
     try {
-      done.record = WriteRecords(*m_connection, RequestFor(done), m_journal.About().database).at(0);
-      done.state = StepState::Done;
+      sent.record = WriteRecords(*m_connection, RequestFor(sent), m_journal.About().database).at(0);
+      sent.state = StepState::Done;
     } catch (Error const& error) {
       if (!IsRefusal(error) || IsOpen(error)) throw;
-      done.state = StepState::Refused;
-      done.why = error.what();
+      sent.state = StepState::Refused;
+      sent.why = error.what();
     }
-    m_journal.Note({done}, done.state);
-    m_folders[done.path] = done;
+    done = sent;
     return Folders();
   };
   Repeat(Folders{folder}, send, look);
+  if (done) KeepFolder(*done);
+}
+
+void ImportRun::KeepFolder(FolderStep const& folder) {
+  m_journal.Note({folder}, folder.state);
+  m_folders[folder.path] = folder;
 }
 
 ImportRun::Folders ImportRun::LookForFolders(Folders const& folders) {
@@ -406,8 +443,7 @@ ImportRun::Folders ImportRun::LookForFolders(Folders const& folders) {
     }
     folder.record = *found;
     folder.state = StepState::Done;
-    m_journal.Note({folder}, StepState::Done);
-    m_folders[folder.path] = folder;
+    KeepFolder(folder);
   }
   return missing;
 }

@@ -33,15 +33,20 @@ class ImportRun {
   void Wait(std::chrono::system_clock::time_point until);
   template <class List, class LookFor>
   List Settle(List left, LookFor lookFor);
+  template <class List, class LookFor>
+  void SettleLeft(List left, LookFor lookFor);
   template <class List, class Once, class LookFor>
   List Repeat(List left, Once once, LookFor lookFor);
 
   void Send(Steps steps);
-  Steps SendOnce(Steps const& steps);
+  Steps Written(Steps steps);
   Steps AfterFault(Steps const& steps, Error const& error);
   void NoteDone(Steps const& steps);
   /// What comes behind the request for a record: its full name, its links.
+  void FinishMade();
   void Finish(Steps const& steps);
+  template <class Write>
+  void Give(Steps const& steps, std::string const& field, std::string const& part, Write write);
   void GiveFullNames(Steps const& steps);
   void GiveLinks(Steps const& steps, std::string const& group);
   /// Those of the steps that have not happened; notes the others.
@@ -49,6 +54,7 @@ class ImportRun {
 
   bool MakeFolders(Steps const& steps);
   void SendFolder(FolderStep const& folder);
+  void KeepFolder(FolderStep const& folder);
   Folders LookForFolders(Folders const& folders);
   Steps WithParents(Steps steps);
 
@@ -61,7 +67,7 @@ class ImportRun {
   std::vector<std::string> m_folderOrder;
   std::size_t m_total = 0;
   bool m_hasRefused = false;
-  std::set<std::int64_t> m_refusedLinks;  ///< of steps, by their numbers
+  std::set<std::int64_t> m_refusedParts;  ///< full names and links, by the steps' numbers
   bool m_keepsWhatIsRefused = false;      ///< the server does not undo all of a refused request
 };
 

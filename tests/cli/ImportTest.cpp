@@ -253,7 +253,7 @@ TEST_F(ImportCommand, MakesTheSameTableHoweverOftenItIsKilled) {
 
   StartWithLog();
   std::mt19937 random(std::random_device{}());
-  Words const resume = {"import", "--resume", File("journal")};
+  Words const resume = {"import", "--resume", File("journal"), "--resend-after", "3"};
   auto const runOnce = [&](std::chrono::microseconds after) {
     bool const hasBegun = std::filesystem::exists(File("journal"));
     Outcome outcome = RunAndKill(hasBegun ? resume : import, after);

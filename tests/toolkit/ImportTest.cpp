@@ -329,6 +329,89 @@ TEST_F(ImportTest, GoesOnWhereARunEnded) {
   EXPECT_EQ(CountInLog("<zbt:create>"), 51u) << "and the folder";
 }
 
+/// Rows of new records with full name and links.
+lumo::Import WithLinks(lumo::Table const& table, int count) {
+  lumo::Import import = table.NewImport();
+  for (int i = 0; i < count; ++i) {
+    lumo::ImportRow row;
+    row.name = "N" + std::to_string(i);
+    row.fullName = "Full " + row.name;
+    row.values = {{"Density", Quantity{7, "kg/m^3", false}}};
+    row.links = {{"Producers", {"Rhine Steel"}}};
+    import.Add(row);
+  }
+  return import;
+}
+
+TEST_F(ImportTest, MakesNothingTwiceWhenWhatFollowsFails) {
+  for (char const* const fault :
+       {"ModifyRecordLinks status 503 x20", "ModifyRecordLinks status 401",
+        "ModifyRecordLinks reset x20",
+        "SetRecordAttributes stall 0\nSetRecordAttributes status 401",
+        "SetRecordAttributes stall 0\nSetRecordAttributes status 503 x20"}) {
+    Start();
+    lumo::Import const import = WithLinks(Materials(), 6);
+    Plan(fault);
+    lumo::ImportReport report = import.Run(Journal("follows"), Quick());
+    EXPECT_TRUE(report.stopped) << fault;
+    EXPECT_EQ(report.Count(Kind::Create), 6u) << fault;
+    Plan("");
+    report = lumo::Import::Resume(Server(), Journal("follows"), Quick());
+    EXPECT_TRUE(report.IsComplete()) << fault;
+    for (lumo::RowVerdict const& row : report.rows) EXPECT_NE(row.id.identity, 0) << fault;
+    EXPECT_THAT(KindsOf(import.Preflight()), testing::Each(Kind::Same)) << fault;
+    std::filesystem::remove(Journal("follows"));
+    EXPECT_EQ(CountInLog("<zbt:create>"), 6u) << fault;
+  }
+}
+
+TEST_F(ImportTest, WritesAllButTheFullNameThatTheServerRefuses) {
+  Start();
+  lumo::ImportOptions options = Quick();
+  options.keepsGoing = true;
+  // All names, the first half, and the first of that.
+  Plan("SetRecordAttributes stall 0\nSetRecordAttributes fault x3");
+  lumo::ImportReport report = WithLinks(Materials(), 4).Run(Journal("names"), options);
+  EXPECT_FALSE(report.stopped);
+  EXPECT_THAT(FaultsOf(report),
+              ElementsAre(HasSubstr("row 1, Full name: all but the full name is written: ")));
+  EXPECT_EQ(Materials().Get("N0", {"Density"}).FullName(), "N0");
+  EXPECT_EQ(Materials().Get("N1", {"Density"}).FullName(), "Full N1");
+  report = lumo::Import::Undo(Server(), Journal("names"), Quick());
+  EXPECT_THAT(FaultsOf(report), testing::AllOf(SizeIs(4), testing::Each(HasSubstr("was made"))));
+}
+
+TEST_F(ImportTest, LooksForWhatATimeOutLeftOpen) {
+  Start();
+  lumo::ConnectOptions connect;
+  connect.credentials = lumo::Anonymous{};
+  connect.stall = std::chrono::milliseconds(200);
+  lumo::Client const hasty = lumo::Client::Connect(Server().Url(), connect);
+  lumo::ImportOptions patient = Quick();
+  patient.settleAfter = std::chrono::seconds(3);  // the stalls are over then
+  lumo::ImportOptions early = Quick();
+  early.resendAfter = lumo::ImportOptions().resendAfter;
+  for (char const* const name : {"New", "PEEK"}) {
+    lumo::Import import = hasty.OpenTable("ENG_MATERIALS", "Materials").NewImport();
+    import.Add("", name, {{ "Density", Quantity { 1, "kg/m^3", false } }});
+    Plan("SetRecordAttributes stall 1");
+    lumo::ImportReport report = import.Run(Journal(name), Quick());
+    ASSERT_TRUE(report.stopped) << name;
+    EXPECT_EQ(report.stopped->Code(), lumo::ErrorCode::OutcomeUnknown);
+    report = lumo::Import::Resume(Server(), Journal(name), early);
+    ASSERT_TRUE(report.stopped) << name;
+    EXPECT_THAT(report.stopped->what(), HasSubstr("repeat this after "));
+    EXPECT_THAT(ErrorOf([&] { lumo::Import::Undo(Server(), Journal(name), early); }).what(),
+                HasSubstr("may still be at work on it"));
+    report = lumo::Import::Undo(Server(), Journal(name), patient);
+    EXPECT_THAT(KindsOf(report),
+                ElementsAre(std::string(name) == "New" ? Kind::Refused : Kind::Change));
+    EXPECT_TRUE(lumo::Import::Resume(Server(), Journal(name), Quick()).IsComplete());
+  }
+  All();
+  EXPECT_EQ(CountInLog("SetRecordAttributes 200"), 3u) << "and what is undone";
+}
+
 // ---- undo
 
 TEST_F(ImportTest, PutsOldValuesBack) {
@@ -445,6 +528,23 @@ TEST_F(ImportTest, ChangesLinksAndSubsetsAndPutsThemBack) {
   lumo::Import::Undo(Server(), Journal("links"), Quick());
   EXPECT_EQ(RelationsOf(Materials(), "304"), steel);
   EXPECT_EQ(CountInLog("<zbt:update>"), 3u) << "of the alloy's subsets and back, and of a name";
+}
+
+TEST_F(ImportTest, UndoesAnUndo) {
+  Start();
+  std::string const before = RelationsOf(Materials(), "C45");
+  auto const summary = [this] { return Materials().Get("C45")["Composition (summary)"]; };
+  ASSERT_TRUE(std::holds_alternative<std::monostate>(summary())) << "it is put back by itself";
+  lumo::Import import = Materials().NewImport();
+  lumo::ImportRow row = Related("C45", {}, {{"Metals and alloys"}});
+  row.values = {{"Designation", "ours"}, {"Composition (summary)", "new"}};
+  import.Add(row);
+  ASSERT_TRUE(import.Run(Journal("a"), Quick()).IsComplete());
+  EXPECT_TRUE(lumo::Import::Undo(Server(), Journal("a"), Quick()).IsComplete());
+  EXPECT_EQ(RelationsOf(Materials(), "C45"), before);
+  lumo::ImportReport const report = lumo::Import::Undo(Server(), Journal("a.undo"), Quick());
+  EXPECT_TRUE(report.IsComplete()) << testing::PrintToString(FaultsOf(report));
+  EXPECT_THAT(KindsOf(import.Preflight()), ElementsAre(Kind::Same));
 }
 
 TEST_F(ImportTest, TellsWhichLinksAndSubsetsThereAreNot) {
