@@ -29,7 +29,7 @@ ImportReport RunPlan(std::shared_ptr<OpenedTable> const& table, ImportPlan const
   head.keepsGoing = options.keepsGoing;
   head.chunkSize = std::max<std::size_t>(1, options.chunkSize);
   auto const journal = Journal::Create(path, head, plan);
-  return ImportRun(table, *journal, options).Go();
+  return ImportRun(table, *journal, options).Go(false);
 }
 
 std::shared_ptr<OpenedTable> OpenTableOf(Client const& client, Journal const& journal) {
@@ -95,7 +95,7 @@ ImportReport Import::Resume(Client const& client, std::filesystem::path const& p
   auto const table = OpenTableOf(client, *journal);
   ImportOptions asBegun = options;
   asBegun.keepsGoing = options.keepsGoing || journal->About().keepsGoing;
-  return ImportRun(table, *journal, asBegun).Go();
+  return ImportRun(table, *journal, asBegun).Go(true);
 }
 
 char const* NameOf(RowVerdict::Kind kind) {

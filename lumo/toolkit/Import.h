@@ -131,8 +131,8 @@ struct ImportOptions {
   /// On the caller's thread, at each chunk.
   std::function<void(Progress const&)> onProgress = {};
   /// How long after it went out the server may still be at work on a request with which an earlier
-  /// run ended, by a time-out or with its process. Until then `Resume` and `Undo` send nothing again
-  /// that they do not find: they stop, and say when to repeat them.
+  /// run ended, by a time-out or with its process. Until then `Resume` and `Undo` send nothing
+  /// again that they do not find: they stop, and say when to repeat them.
   std::chrono::milliseconds resendAfter{300'000};
 };
 

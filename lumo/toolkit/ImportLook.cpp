@@ -35,8 +35,10 @@ bool HasLinks(Step const& step, std::string const& group) {
   });
 }
 
-void LookForRecords(Connection& connection, std::vector<Step> const& steps, std::vector<Step>& done,
-                    std::vector<Step>& missing) {
+Looked LookForRecords(OpenedTable& table, ImportFields& fields, Connection& connection,
+                      std::vector<Step> const& steps, Depth depth) {
+  Looked looked;
+  std::vector<Step> found;
   std::map<int, std::multimap<std::string, RecordId>> contents;
   for (Step const& step : steps) {
     auto const [content, isNew] = contents.try_emplace(step.parent.identity);
@@ -48,48 +50,80 @@ void LookForRecords(Connection& connection, std::vector<Step> const& steps, std:
     }
     auto const [begin, end] = content->second.equal_range(step.name);
     if (begin == end) {
-      missing.push_back(step);
-      continue;
+      looked.missing.push_back(step);
+    } else if (std::next(begin) != end) {
+      looked.others.push_back({step, {"", "came to be there several times since the run began"}});
+    } else {
+      found.push_back(step);
+      found.back().record = begin->second;
     }
-    if (std::next(begin) != end) {
-      throw Error(ErrorCode::Ambiguous, "while the import ran, " +
-                                            Quoted(PathBelow(step.folder, step.name)) +
-                                            " came to be there several times");
-    }
-    done.push_back(step);
-    done.back().record = begin->second;
   }
+  Looked compared = LookForChanges(table, fields, connection, found, depth);
+  looked.done = std::move(compared.done);
+  std::string const kWhy = " came to be there since the run began, with other values";
+  for (Step const& step : compared.missing) {
+    looked.others.push_back({step, {"", IdentityText(step.record) + kWhy}});
+  }
+  for (auto const& [step, fault] : compared.others) {
+    looked.others.push_back({step, {"", IdentityText(step.record) + kWhy}});
+  }
+  for (auto& [step, fault] : looked.others) step.record = {};  // it is not ours
+  return looked;
 }
 
-void LookForChanges(OpenedTable& table, ImportFields& fields, Connection& connection,
-                    std::vector<Step> const& steps, std::vector<Step>& done,
-                    std::vector<Step>& missing) {
+Looked LookForChanges(OpenedTable& table, ImportFields& fields, Connection& connection,
+                      std::vector<Step> const& steps, Depth depth) {
   std::vector<RecordHead> heads;
   std::set<Attribute const*> attributes;
-  for (Step const& step : steps) {
-    heads.push_back({step.record, step.name, "", step.folder});
-    for (Step::Content const& value : step.values) {
-      if (ImportFields::IsLinks(value.attribute)) continue;  // later
+  std::vector<std::size_t> lacks(steps.size());
+  std::vector<RowFault> faults(steps.size());
+  auto const isMeant = [&](Step::Content const& value) {
+    return depth == Depth::All || !ImportFields::IsLinks(value.attribute);
+  };
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    heads.push_back({steps[i].record, steps[i].name, "", steps[i].folder});
+    for (Step::Content const& value : steps[i].values) {
+      if (!isMeant(value)) continue;
       attributes.insert(&fields.Find(value.attribute));
+      ++lacks[i];
     }
   }
-  std::vector<bool> hasAll(steps.size(), true);
+  auto const tell = [&](std::size_t place, std::string const& field, std::string const& present) {
+    faults[place] = {field, "has been changed since the run began, to " + Quoted(present) +
+                                ", and is left alone"};
+  };
   Units const& units = table.info.KnownUnits(connection);
   fields.ReadPresent(heads, attributes, connection.Scope().cancel,
                      [&](std::size_t place, Attribute const& attribute, Value const& present) {
                        for (Step::Content const& value : steps[place].values) {
-                         if (value.attribute != attribute.name) continue;
-                         bool const isThere = MeansTheSame(present, value.after, attribute, units);
-                         if (!isThere) hasAll[place] = false;
+                         if (value.attribute != attribute.name || !isMeant(value)) continue;
+                         if (MeansTheSame(present, value.after, attribute, units)) {
+                           --lacks[place];
+                         } else if (!MeansTheSame(present, value.before, attribute, units)) {
+                           tell(place, ImportFields::ShownName(attribute.name),
+                                fields.TextOf(present, attribute));
+                         }
                        }
                      });
   std::map<int, std::string> const names = FullNamesOf(connection, steps);
+  Looked looked;
   for (std::size_t i = 0; i < steps.size(); ++i) {
-    auto const name = names.find(steps[i].record.identity);
-    bool const isNamed =
-        steps[i].fullName.empty() || (name != names.end() && name->second == steps[i].fullName);
-    (hasAll[i] && isNamed ? done : missing).push_back(steps[i]);
+    Step const& step = steps[i];
+    auto const name = names.find(step.record.identity);
+    bool const isCreate = step.kind == RowVerdict::Kind::Create;
+    bool const needsName = !step.fullName.empty() && (!isCreate || depth == Depth::All);
+    if (needsName && (name == names.end() || name->second != step.fullName)) {
+      ++lacks[i];
+      bool const isOther = name != names.end() && name->second != step.fullNameBefore;
+      if (isOther) tell(i, "Full name", name->second);
+    }
+    if (!faults[i].why.empty()) {
+      looked.others.push_back({step, faults[i]});
+    } else {
+      (lacks[i] == 0 ? looked.done : looked.missing).push_back(step);
+    }
   }
+  return looked;
 }
 
 void LookForFullNames(Connection& connection, std::vector<Step> const& steps,

@@ -87,10 +87,11 @@ ImportRun::ImportRun(std::shared_ptr<OpenedTable> table, Journal& journal, Impor
   m_total = m_journal.CountOf(StepState::Waiting) + m_journal.CountOf(StepState::Sent);
 }
 
-ImportReport ImportRun::Go() {
+ImportReport ImportRun::Go(bool isResumed) {
   std::optional<Error> stopped;
   try {
     SettleLeftovers();
+    if (isResumed) LookAtWaiting();
     SendAll();
   } catch (Error const& error) {
     stopped = error;
@@ -112,6 +113,31 @@ void ImportRun::SettleLeftovers() {
     SettleLeft(WithParents(std::move(left)), [this](Steps const& steps) { return Look(steps); });
   }
   FinishMade();
+}
+
+/// The plan may be old: others may have made or changed since what it has. That is left to them.
+void ImportRun::LookAtWaiting() {
+  for (std::string const& path : m_folderOrder) {
+    FolderStep folder = m_folders.at(path);
+    if (folder.state != StepState::Waiting) continue;
+    if (folder.parent.identity == 0) folder.parent = m_folders.at(folder.parentPath).record;
+    if (folder.parent.identity == 0) continue;
+    auto const found = FindFolderIn(*m_connection, folder.parent, folder.name);
+    if (!found) continue;
+    folder.record = *found;
+    folder.state = StepState::Made;
+    KeepFolder(folder);
+  }
+  Steps creates = WithParents(m_journal.All(RowVerdict::Kind::Create, StepState::Waiting));
+  auto const isAlone = [](Step const& step) { return step.parent.identity == 0; };
+  creates.erase(std::remove_if(creates.begin(), creates.end(), isAlone), creates.end());
+  Steps const changes = m_journal.All(RowVerdict::Kind::Change, StepState::Waiting);
+  for (Looked looked : {LookForRecords(*m_table, m_fields, *m_connection, creates, Depth::All),
+                        LookForChanges(*m_table, m_fields, *m_connection, changes, Depth::All)}) {
+    for (Step& step : looked.done) step.kind = RowVerdict::Kind::Same;
+    m_journal.Note(looked.done, StepState::Done);
+    for (auto const& [step, fault] : looked.others) m_journal.NoteRefused(step, fault);
+  }
 }
 
 void ImportRun::SendAll() {
@@ -350,16 +376,19 @@ void ImportRun::GiveFullNames(Steps const& steps) {
 }
 
 ImportRun::Steps ImportRun::Look(Steps const& steps) {
-  Steps done;
-  Steps missing;
   Steps changes;
   Steps creates;
   for (Step const& step : steps) {
     (step.kind == RowVerdict::Kind::Create ? creates : changes).push_back(step);
   }
-  LookForRecords(*m_connection, creates, done, missing);
-  LookForChanges(*m_table, m_fields, *m_connection, changes, done, missing);
-  if (!done.empty()) NoteDone(done);
+  Steps missing;
+  for (Looked const& looked :
+       {LookForRecords(*m_table, m_fields, *m_connection, creates, Depth::Request),
+        LookForChanges(*m_table, m_fields, *m_connection, changes, Depth::Request)}) {
+    NoteDone(looked.done);
+    for (auto const& [step, fault] : looked.others) m_journal.NoteRefused(step, fault);
+    missing.insert(missing.end(), looked.missing.begin(), looked.missing.end());
+  }
   return missing;
 }
 

@@ -20,7 +20,7 @@ class ImportRun {
   ImportRun(std::shared_ptr<OpenedTable> table, Journal& journal, ImportOptions options);
 
   /// Begins with what an earlier run left behind. The report says why it stopped, if it did.
-  ImportReport Go();
+  ImportReport Go(bool isResumed);
   /// Finds out what came of the last requests of a run that was ended.
   void SettleLeftovers();
 
@@ -28,6 +28,7 @@ class ImportRun {
   using Steps = std::vector<Step>;
   using Folders = std::vector<FolderStep>;
 
+  void LookAtWaiting();
   void SendAll();
   void Tell();
   void Wait(std::chrono::system_clock::time_point until);
@@ -49,7 +50,7 @@ class ImportRun {
   void Give(Steps const& steps, std::string const& field, std::string const& part, Write write);
   void GiveFullNames(Steps const& steps);
   void GiveLinks(Steps const& steps, std::string const& group);
-  /// Those of the steps that have not happened; notes the others.
+  /// Those of the steps that have not happened; notes the others, and refuses what is not ours.
   Steps Look(Steps const& steps);
 
   bool MakeFolders(Steps const& steps);

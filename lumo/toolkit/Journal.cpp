@@ -289,9 +289,11 @@ void Journal::SetSent() {
 }
 
 void Journal::SetState(std::vector<Step> const& steps, StepState state) {
-  Query query(*m_database, "UPDATE step SET state = ?, identity = ?, guid = ? WHERE number = ?");
+  Query query(*m_database,
+              "UPDATE step SET state = ?, kind = ?, identity = ?, guid = ? WHERE number = ?");
   for (Step const& step : steps) {
-    query << NumberOf(state) << step.record.identity << step.record.guid << step.number;
+    query << NumberOf(state) << NumberOf(step.kind) << step.record.identity << step.record.guid
+          << step.number;
     query.Run();
   }
 }
@@ -358,8 +360,9 @@ ImportReport Journal::Report() {
   }
   for (Query query(*m_database, "SELECT step, attribute, before, after FROM shown");
        query.Next();) {
-    report.rows.at(places.at(query.Number(0)))
-        .changes.push_back({query.Text(1), query.Text(2), query.Text(3)});
+    RowVerdict& row = report.rows.at(places.at(query.Number(0)));
+    if (row.kind == RowVerdict::Kind::Same) continue;  // somebody else made the changes
+    row.changes.push_back({query.Text(1), query.Text(2), query.Text(3)});
   }
   for (Query query(*m_database, "SELECT step, attribute, why FROM fault"); query.Next();) {
     report.rows.at(places.at(query.Number(0))).faults.push_back({query.Text(1), query.Text(2)});

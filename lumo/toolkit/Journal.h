@@ -14,7 +14,8 @@
 namespace lumo {
 
 /// How far a record has come. `Sent` is written before a request goes out, and left when its reply
-/// is in; `Made` records wait for their full name.
+/// is in; `Made` records wait for their full name and links, and never go out again. `Made` folders
+/// were made by somebody else.
 enum class StepState { Waiting, Sent, Made, Done, Refused };
 
 /// A record as the journal has it.
@@ -81,7 +82,7 @@ class Journal {
 
   /// On the disk before they return.
   void NoteSent(std::vector<Step> const& steps);
-  void Note(std::vector<Step> const& steps, StepState state);  ///< with their records
+  void Note(std::vector<Step> const& steps, StepState state);  ///< with their kinds and records
   void NoteRefused(Step const& step, RowFault const& fault);
   void NoteSent(std::vector<FolderStep> const& folders);
   void Note(std::vector<FolderStep> const& folders, StepState state);

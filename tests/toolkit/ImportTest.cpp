@@ -412,6 +412,81 @@ TEST_F(ImportTest, LooksForWhatATimeOutLeftOpen) {
   EXPECT_EQ(CountInLog("SetRecordAttributes 200"), 3u) << "and what is undone";
 }
 
+TEST_F(ImportTest, LeavesToOthersWhatTheyDidMeanwhile) {
+  Start();
+  auto const designation = [this](char const* name) {
+    return lumo::TextOf(Materials().Get(name, {"Designation"})["Designation"]);
+  };
+  Cells const cells = {{"Folder", "Name", "Full name", "Designation"},
+                       {"New", "Alike", "Full", "ours"},
+                       {"New", "Other", "", "ours"},
+                       {"", "Sent", "", "ours"},
+                       {"New", "Ours", "", "ours"},
+                       {"", "C45", "", "ours"},
+                       {"", "PEEK", "", "ours"},
+                       {"", "304", "", "ours"},
+                       {"", "316L", "Renamed by us", ""}};
+  lumo::ImportOptions options = Quick();
+  options.makesFolders = true;
+  std::string const peek = designation("PEEK");
+  Plan("SetRecordAttributes status 401");
+  EXPECT_EQ(SheetOf(cells).Run(Journal("a"), options).Count(Kind::Waiting), 8u);
+  Plan("");
+  Mark(Journal("a"), "number = 3");
+  ASSERT_TRUE(SheetOf({cells[0],
+                       cells[1],
+                       {"New", "Other", "", "theirs"},
+                       {"", "Sent", "", "theirs"},
+                       {"", "C45", "", "theirs"},
+                       {"", "304", "", "ours"},
+                       {"", "316L", "Renamed by them", ""}})
+                  .Run(Journal("theirs"), options)
+                  .IsComplete());
+  lumo::ImportReport report = lumo::Import::Resume(Server(), Journal("a"), options);
+  EXPECT_FALSE(report.stopped) << report.stopped->what();
+  EXPECT_THAT(KindsOf(report), ElementsAre(Kind::Same, Kind::Refused, Kind::Refused, Kind::Create,
+                                           Kind::Refused, Kind::Change, Kind::Same, Kind::Refused));
+  EXPECT_THAT(FaultsOf(report),
+              ElementsAre(HasSubstr("came to be there since the run began, with other values"),
+                          HasSubstr("row 4: id:"),
+                          HasSubstr("row 6, Designation: has been changed since the run began, to "
+                                    "\"theirs\", and is left alone"),
+                          HasSubstr("row 9, Full name: has been changed since the run began, to "
+                                    "\"Renamed by them\"")));
+  EXPECT_THAT(report.newFolders, IsEmpty()) << "they made it";
+  EXPECT_EQ(designation("C45"), "theirs");
+  EXPECT_EQ(designation("Sent"), "theirs");
+  EXPECT_EQ(designation("PEEK"), "ours");
+  report = lumo::Import::Undo(Server(), Journal("a"), Quick());
+  EXPECT_THAT(FaultsOf(report), ElementsAre(HasSubstr("row 5: was made by the import")));
+  EXPECT_EQ(report.Count(Kind::Change), 1u);
+  EXPECT_EQ(designation("PEEK"), peek);
+  EXPECT_EQ(designation("304"), "ours");
+  All();
+}
+
+TEST_F(ImportTest, KnowsWhatItMadeByItsValues) {
+  Start(sandbox::Content::Full);
+  lumo::Import import = Materials().NewImport();
+  std::size_t count = 0;
+  for (auto const& [path, record] : All()) {
+    lumo::ImportRow row;
+    row.name = "Copy " + std::to_string(++count);
+    for (std::size_t i = 0; i < record.Values().size(); ++i) {
+      lumo::Value const& value = record.Values()[i];
+      if (std::holds_alternative<lumo::NotApplicable>(value)) continue;
+      row.values.push_back({record.Attributes()[i].name, value});
+    }
+    import.Add(std::move(row));
+  }
+  ASSERT_TRUE(import.Run(Journal("copies"), Quick()).IsComplete());
+  Mark(Journal("copies"), "1");
+  lumo::ImportReport const report = lumo::Import::Resume(Server(), Journal("copies"), Quick());
+  EXPECT_THAT(FaultsOf(report), IsEmpty());
+  EXPECT_THAT(KindsOf(report), testing::Each(Kind::Create));
+  All();
+}
+
 // ---- undo
 
 TEST_F(ImportTest, PutsOldValuesBack) {
