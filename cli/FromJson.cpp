@@ -31,7 +31,7 @@ class Reader {
       case AttributeType::Discrete: return Words(json);
       default: break;
     }
-    if (!json.is_object()) Complain("takes an object");
+    if (!json.is_object()) Complain(std::string("takes an object") + FormOf(type));
     switch (type) {
       case AttributeType::Link: return lumo::Link{TextAt(json, "url"), TextAt(json, "description")};
       case AttributeType::Range: return RangeOf(json);
@@ -45,6 +45,14 @@ class Reader {
   }
 
  private:
+  static char const* FormOf(AttributeType type) {
+    switch (type) {
+      case AttributeType::Range: return R"( such as {"low": 2.8, "high": 2.9, "unit": "g/cm^3"})";
+      case AttributeType::Number: return R"( such as {"value": 107, "unit": "HV"})";
+      case AttributeType::Link: return R"( such as {"url": "https://..."})";
+      default: return "";
+    }
+  }
   [[noreturn]] void Complain(std::string const& why) const {
     Refuse("the attribute " + lumo::Quoted(m_attribute.name) + " " + why);
   }

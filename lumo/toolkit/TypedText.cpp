@@ -47,9 +47,7 @@ class FigureReader {
       : m_typed(typed),
         m_plain(WithPlainSigns(typed.text)),
         m_rest(Trimmed(m_plain)),
-        m_unit(typed.unit.empty() ? unit : typed.unit) {
-    if (typed.hasDecimalComma) ReplaceCommas();
-  }
+        m_unit(typed.unit.empty() ? unit : typed.unit) {}
 
   Range Read() {
     Range range;
@@ -62,7 +60,7 @@ class FigureReader {
       range.low = Number();
       range.high = range.low;
       if (Skip(m_rest, "..")) {
-        range.high = IsNumberNext() ? std::optional<double>(Number()) : std::nullopt;
+        range.high = IsNumberNext(m_rest) ? std::optional<double>(Number()) : std::nullopt;
       } else if (IsJoint() && (Skip(m_rest, "to ") || Skip(m_rest, "-"))) {
         range.high = Number();
       }
@@ -76,41 +74,54 @@ class FigureReader {
     Refuse(Quoted(m_typed.text) + " is not a number" + advice);
   }
 
-  void ReplaceCommas() {
-    bool const hasPoint =
-        m_rest.find("..") == std::string::npos && m_rest.find('.') != std::string::npos;
-    bool const hasComma = m_rest.find(',') != std::string::npos;
-    if (hasPoint && hasComma) RefuseText(": write 1234,5, without signs between thousands");
-    std::size_t const point = m_rest.find('.');
-    if (hasPoint && IsGroup(m_rest.substr(point + 1)) && point > 0 && point <= 3) {
-      Refuse(Quoted(m_typed.text) + " may mean two numbers: write " +
-             std::string(m_rest.substr(0, point)) + "," + std::string(m_rest.substr(point + 1)) +
-             " or leave the point out");
+  [[noreturn]] void RefuseThousands() const {
+    std::string const form = m_typed.hasDecimalComma ? "1234,5" : "1234.5";
+    RefuseText(": write " + form + ", without signs between thousands");
+  }
+
+  /// Refuses a figure that may mean two numbers, and puts a point in the place of a decimal comma.
+  void CheckSigns() {
+    std::size_t const begin = m_rest.find_first_not_of("+-");
+    std::size_t const at = m_rest.find_first_not_of("0123456789.,", std::min(begin, m_rest.size()));
+    std::string_view figure = m_rest.substr(0, at);
+    figure = figure.substr(0, figure.find(".."));
+    if (begin == std::string_view::npos || begin >= figure.size()) return;
+    std::size_t const sign = figure.find_first_of(".,");
+    if (sign == std::string_view::npos) return;
+    if (figure.find_first_of(".,", sign + 1) != std::string_view::npos) RefuseThousands();
+    char const decimal = m_typed.hasDecimalComma ? ',' : '.';
+    std::string const whole(figure.substr(begin, sign - begin));
+    std::string const group(figure.substr(sign + 1));
+    bool const mayBeThousands = figure[sign] != decimal && IsGroup(group) && !whole.empty() &&
+                                whole.size() <= 3 && whole[0] != '0';
+    if (mayBeThousands) {
+      Refuse(Quoted(m_typed.text) + " may mean two numbers: write " + whole + decimal + group +
+             " or " + whole + group);
     }
-    for (char& c : m_plain) {
-      if (c == ',') c = '.';
-    }
-    m_rest = Trimmed(m_plain);
+    if (m_typed.hasDecimalComma) m_plain[OffsetOf(m_rest) + sign] = '.';
+  }
+  std::size_t OffsetOf(std::string_view part) const {
+    return static_cast<std::size_t>(part.data() - m_plain.data());
   }
   static bool IsDigit(char c) { return c >= '0' && c <= '9'; }
   static bool IsGroup(std::string_view text) {
     return text.size() >= 3 && IsDigit(text[0]) && IsDigit(text[1]) && IsDigit(text[2]) &&
            (text.size() == 3 || !IsDigit(text[3]));
   }
-  bool IsNumberNext() const {
+  bool IsNumberNext(std::string_view text) const {
+    if (m_typed.hasDecimalComma && !text.empty() && text[0] == ',') text.remove_prefix(1);
     double number = 0;
     std::string_view rest;
-    return ReadNumber(m_rest, number, rest);
+    return ReadNumber(text, number, rest);
   }
   /// Whether a word or a dash is followed by a number: in "5 to" and "5 -m" none is.
   bool IsJoint() const {
     std::string_view rest = m_rest;
-    if (!Skip(rest, "to ") && !Skip(rest, "-")) return false;
-    double number = 0;
-    return ReadNumber(rest, number, rest);
+    return (Skip(rest, "to ") || Skip(rest, "-")) && IsNumberNext(rest);
   }
 
   double Number() {
+    CheckSigns();
     // "2..3" is not "2." and ".3".
     std::string_view const whole = m_rest;
     std::size_t const dots = whole.find("..");
@@ -124,6 +135,7 @@ class FigureReader {
     bool const hasComma = !rest.empty() && rest.front() == ',';
     if (hasComma) RefuseText(": write it with a point");
     m_rest = Trimmed(whole.substr(used));
+    if (IsGroup(m_rest)) RefuseThousands();  // "1 000"
     return number;
   }
 

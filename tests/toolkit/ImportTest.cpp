@@ -131,10 +131,29 @@ TEST_F(ImportTest, ReadsWhatPeopleType) {
   lumo::Import german = table.NewImport();
   lumo::Import::SheetOptions options;
   options.hasDecimalComma = true;
-  german.AddSheet({"Name", "Density"}, {{"E", "2,8"}, {"F", "1.234"}, {"G", "1.234,5"}}, options);
-  EXPECT_THAT(FaultsOf(german.Preflight()),
-              ElementsAre(HasSubstr("row 3, Density: \"1.234\" may mean two numbers"),
-                          HasSubstr("row 4, Density: \"1.234,5\" is not a number")));
+  Cells rows = {{"E", "2,8"},
+                {"F", "2,8..,5e4"},
+                {"G", "0.123 - 0.5"},
+                {"H", "1.5 to 3,25"},
+                {"I", "12,5 kg.m^-3"}};
+  std::size_t const good = rows.size();
+  for (char const* const text : {"1.234", "1.234..1.5", ">= 1.234", "ca. -1.234", "1 to 1.234",
+                                 "1.234,5", "1.234.567", "1 234", "1,5 to 2.345"}) {
+    rows.push_back({text, text});
+  }
+  german.AddSheet({"Name", "Density"}, rows, options);
+  std::vector<std::string> const faults = FaultsOf(german.Preflight());
+  ASSERT_THAT(faults, SizeIs(rows.size() - good + 1)) << testing::PrintToString(faults);
+  EXPECT_THAT(faults[0], HasSubstr("row 6, Density: cannot be given in \"kg.m^-3\""));
+  EXPECT_THAT(faults[1], HasSubstr("\"1.234\" may mean two numbers: write 1,234 or 1234"));
+  EXPECT_THAT(faults[6], HasSubstr("\"1.234,5\" is not a number: write 1234,5, without"));
+  for (std::size_t i = good; i < rows.size(); ++i) {
+    EXPECT_THAT(faults[i - good + 1], HasSubstr("row " + std::to_string(i + 2))) << rows[i][1];
+  }
+  EXPECT_THAT(
+      FaultsOf(SheetOf({{"Name", "Density"}, {"J", "1,000"}, {"K", "1 000 kg/m^3"}}).Preflight()),
+      ElementsAre(HasSubstr("may mean two numbers: write 1.000 or 1000"),
+                  HasSubstr("is not a number: write 1234.5, without signs")));
 }
 
 TEST_F(ImportTest, ChangesTheRecordThatIsMeant) {
