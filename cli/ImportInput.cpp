@@ -7,6 +7,7 @@
 #include <boost/locale/encoding_utf.hpp>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "cli/Cells.h"
 #include "cli/Csv.h"
@@ -94,7 +95,9 @@ Input ReadInput(InputOptions const& options, lumo::Table const& table, lumo::Imp
   }
   if (input.sheet.empty()) return input;
   std::vector<std::vector<std::string>> merged = input.sheet;
-  MergeSplitColumns(merged, table.Attributes());
+  for (lumo::RowFault& fault : MergeSplitColumns(merged, table.Attributes())) {
+    import.AddFault(std::move(fault));
+  }
   import.AddSheet(merged.front(), {merged.begin() + 1, merged.end()}, sheet);
   return input;
 }

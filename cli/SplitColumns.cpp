@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "lumo/toolkit/Text.h"
+#include "lumo/toolkit/TypedText.h"
 
 namespace cli {
 namespace {
@@ -26,6 +27,14 @@ bool IsAttribute(std::string const& heading, std::vector<lumo::Attribute> const&
   });
 }
 
+/// Whether a figure is estimated; throws `lumo::Error`.
+bool IsYes(std::string const& cell) {
+  lumo::Attribute mark;
+  mark.type = lumo::AttributeType::Logical;
+  lumo::Value const is = lumo::ReadTyped({cell}, mark);
+  return std::holds_alternative<bool>(is) && std::get<bool>(is);
+}
+
 /// Joins each cell of a column with the one behind it, which goes.
 template <class Join>
 void MergeWithNext(Sheet& sheet, std::size_t column, std::string const& heading, Join join) {
@@ -33,7 +42,7 @@ void MergeWithNext(Sheet& sheet, std::size_t column, std::string const& heading,
   for (std::size_t i = 0; i < sheet.size(); ++i) {
     auto& row = sheet[i];
     if (column + 1 >= row.size()) continue;
-    if (i > 0) row[column] = join(row[column], row[column + 1]);
+    if (i > 0) row[column] = join(row[column], row[column + 1], i + 1);
     row.erase(row.begin() + static_cast<std::ptrdiff_t>(column) + 1);
   }
 }
@@ -50,20 +59,32 @@ void MergeWord(Sheet& sheet, std::size_t column, std::string const& word,
 
 }  // namespace
 
-void MergeSplitColumns(Sheet& sheet, std::vector<lumo::Attribute> const& attributes) {
+std::vector<lumo::RowFault> MergeSplitColumns(Sheet& sheet,
+                                              std::vector<lumo::Attribute> const& attributes) {
+  std::vector<lumo::RowFault> faults;
   for (std::size_t i = 0; !sheet.empty() && i + 1 < sheet[0].size(); ++i) {
     auto const low = Without(sheet[0][i], " low");
     if (low && low == Without(sheet[0][i + 1], " high") && IsAttribute(*low, attributes)) {
-      MergeWithNext(sheet, i, *low, [](std::string const& a, std::string const& b) {
+      MergeWithNext(sheet, i, *low, [](std::string const& a, std::string const& b, std::size_t) {
         return a.empty() && b.empty() ? "" : a == b ? a : a + ".." + b;
       });
     }
-    MergeWord(sheet, i, " estimated", attributes, [](std::string const& a, std::string const& b) {
-      return a.empty() || !lumo::EqualIgnoringCase(b, "true") ? a : "~" + a;
-    });
-    MergeWord(sheet, i, " points", attributes,
-              [](std::string const& a, std::string const& b) { return b.empty() ? a : b; });
+    std::string const name = sheet[0][i].substr(0, sheet[0][i].rfind(" ["));
+    MergeWord(sheet, i, " estimated", attributes,
+              [&](std::string const& a, std::string const& b, std::size_t row) {
+                try {
+                  return IsYes(b) && !a.empty() ? "~" + a : a;
+                } catch (lumo::Error const& error) {
+                  faults.push_back(
+                      {name + " estimated", "row " + std::to_string(row) + ": " + error.what()});
+                  return a;
+                }
+              });
+    MergeWord(
+        sheet, i, " points", attributes,
+        [](std::string const& a, std::string const& b, std::size_t) { return b.empty() ? a : b; });
   }
+  return faults;
 }
 
 }  // namespace cli

@@ -101,6 +101,22 @@ TEST_F(ImportCommand, ReadsSheetsAndWritesOnesToFillIn) {
   EXPECT_EQ(Run(OnMaterials("import", {File("new.csv", all + ",Y\n")})).code, 0);
 }
 
+TEST_F(ImportCommand, KeepsTheMarkOfEstimatedFigures) {
+  Start();
+  EXPECT_EQ(Run(OnMaterials("import", {File("a.csv", "Name,Density\nA,~1..2\n")})).code, 0);
+  Words const get = OnMaterials("get", {"A", "-a", "density", "-f", "xlsx", "-o", File("a.xlsx")});
+  ASSERT_EQ(Run(get).code, 0);
+  EXPECT_THAT(Run(OnMaterials("import", {File("a.xlsx")})).error, HasSubstr("1 as they are"));
+  std::string const head = "Name,Density low [kg/m^3],Density high [kg/m^3],Density estimated\n";
+  Words const dry = {"-n", File("b.csv", head + "A,1,2,1\nB,3,4,no\nC,3,4,\n"), "-f", "csv"};
+  EXPECT_THAT(Run(OnMaterials("import", dry)).out,
+              AllOf(HasSubstr("2,same,"), HasSubstr("B,Density,,3..4 kg/m^3,"),
+                    HasSubstr("C,Density,,3..4 kg/m^3,")));
+  Outcome const outcome = Run(OnMaterials("import", {File("c.csv", head + "B,1,2,\nA,1,2,so\n")}));
+  EXPECT_EQ(outcome.code, 2);
+  EXPECT_THAT(outcome.error, HasSubstr("Density estimated: row 3: \"so\" is neither yes nor no"));
+}
+
 TEST_F(ImportCommand, GivesRowsWithFaultsBackToBeMended) {
   Start();
   std::string const file = File("new.csv", "Name,Density\nA,1\nB,heavy\nC,\"2\"\nD,9 furlong\n");
@@ -164,6 +180,16 @@ TEST_F(ImportCommand, TakesValuesAwayOnlyWhenItIsTold) {
   EXPECT_EQ(outcome.code, 2);
   EXPECT_THAT(outcome.error,
               HasSubstr("row 1, Density: is null, which changes nothing; --clear-nulls takes"));
+  std::string const empties =
+      R"({"name":"PEEK","values":{"Designation":"","Durability: sea water":[],)"
+      R"("Composition":{"columns":["Element"],"rows":[]}}})";
+  EXPECT_THAT(Run(OnMaterials("import", {File("empty.json", empties)})).error,
+              AllOf(HasSubstr("row 1, Designation: is empty, which changes nothing"),
+                    HasSubstr("row 1, Durability: sea water: is empty"),
+                    HasSubstr("row 1, Composition: is empty")));
+  std::string const both = R"({"name":"PEEK","values":{"Designation":null,"designation":"x"}})";
+  EXPECT_THAT(Run(OnMaterials("import", {File("both.json", both), "--clear-nulls"})).error,
+              HasSubstr("has two values in this row"));
   std::string const journal = File("nulls.journal");
   outcome = Run(OnMaterials("import", {file, "--clear-nulls", "--journal", journal, "-f", "csv"}));
   EXPECT_EQ(outcome.code, 0) << outcome.error;
