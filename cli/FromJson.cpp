@@ -1,8 +1,11 @@
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "cli/Failure.h"
 #include "cli/Json.h"
@@ -20,7 +23,10 @@ class Reader {
 
   lumo::Value Read(Json const& json, AttributeType type) const {
     if (json.is_null()) return {};
-    if (json.is_object() && json.contains("notApplicable")) return lumo::NotApplicable();
+    if (json.is_object() && json.contains("notApplicable")) {
+      CheckMembers(json, {"notApplicable"});
+      return lumo::NotApplicable();
+    }
     switch (type) {
       case AttributeType::Text:
       case AttributeType::LongText: return Text(json);
@@ -33,7 +39,9 @@ class Reader {
     }
     if (!json.is_object()) Complain(std::string("takes an object") + FormOf(type));
     switch (type) {
-      case AttributeType::Link: return lumo::Link{TextAt(json, "url"), TextAt(json, "description")};
+      case AttributeType::Link:
+        CheckMembers(json, {"url", "description"});
+        return lumo::Link{TextAt(json, "url"), TextAt(json, "description")};
       case AttributeType::Range: return RangeOf(json);
       case AttributeType::Number: return PointsOf(json);
       case AttributeType::Picture:
@@ -55,6 +63,14 @@ class Reader {
   }
   [[noreturn]] void Complain(std::string const& why) const {
     Refuse("the attribute " + lumo::Quoted(m_attribute.name) + " " + why);
+  }
+
+  /// A member that is misspelt must not be lost.
+  void CheckMembers(Json const& json, std::vector<std::string> const& known) const {
+    for (auto const& [name, value] : json.items()) {
+      if (std::find(known.begin(), known.end(), name) != known.end()) continue;
+      Complain("takes no member " + lumo::Quoted(name) + "; there is " + lumo::Joined(known));
+    }
   }
 
   template <class T>
@@ -100,12 +116,18 @@ class Reader {
     if (isSet("high")) range.high = NumberAt(json, "high");
     range.unit = TextAt(json, "unit");
     range.estimated = FlagAt(json, "estimated");
+    CheckMembers(json, {"low", "high", "unit", "estimated"});
     return range;
   }
 
   lumo::Value PointsOf(Json const& json) const {
     std::string const unit = TextAt(json, "unit");
     bool const estimated = FlagAt(json, "estimated");
+    if (json.contains("value")) {
+      CheckMembers(json, {"value", "unit", "estimated", "parameters"});
+    } else {
+      CheckMembers(json, {"points", "unit", "estimated"});
+    }
     if (json.contains("value") && !json.contains("parameters")) {
       return lumo::Quantity{NumberAt(json, "value"), unit, estimated};
     }
@@ -116,7 +138,10 @@ class Reader {
     if (json.contains("value")) {
       add(json);
     } else {
-      for (Json const& one : ListAt(json, "points")) add(one);
+      for (Json const& one : ListAt(json, "points")) {
+        add(one);
+        CheckMembers(one, {"value", "parameters"});
+      }
     }
     return points;
   }
@@ -130,6 +155,7 @@ class Reader {
     for (auto const& [name, figure] : json["parameters"].items()) {
       lumo::Parameter parameter{name, 0.0, ""};
       if (figure.is_object()) {
+        CheckMembers(figure, {"value", "unit"});
         parameter.value = NumberAt(figure, "value");
         parameter.unit = TextAt(figure, "unit");
       } else if (figure.is_number()) {
@@ -143,6 +169,7 @@ class Reader {
   }
 
   lumo::File FileOf(Json const& json) const {
+    CheckMembers(json, {"fileName", "contentType", "description", "data", "url"});
     if (!json.contains("data")) Complain("needs \"data\"; read it without --no-files");
     auto bytes = lumo::FromBase64(TextAt(json, "data"));
     if (!bytes) Complain("holds \"data\" that is not Base64");
@@ -153,8 +180,13 @@ class Reader {
   lumo::Value GridOf(Json const& json) const {
     auto grid = std::make_shared<lumo::Grid>();
     std::vector<AttributeType> types;
-    for (Json const& name : ListAt(json, "columns")) {
-      grid->columns.push_back({Text(name), ""});
+    CheckMembers(json, {"columns", "rows"});
+    for (Json const& one : ListAt(json, "columns")) {
+      std::string const name = Text(one);
+      for (lumo::Grid::Column const& other : grid->columns) {
+        if (other.name == name) Complain("has the column " + lumo::Quoted(name) + " twice");
+      }
+      grid->columns.push_back({name, ""});
       types.push_back(ColumnType(grid->columns.back().name));
     }
     for (Json const& cells : ListAt(json, "rows")) {
@@ -179,6 +211,7 @@ class Reader {
     curves.isGridded = FlagAt(json, "gridded");
     curves.isHidden = FlagAt(json, "hidden");
     curves.isLogarithmic = FlagAt(json, "logarithmic");
+    CheckMembers(json, {"unit", "xAxis", "xUnit", "series", "gridded", "hidden", "logarithmic"});
     for (Json const& one : ListAt(json, "series")) {
       lumo::Curve curve;
       curve.yUnit = TextAt(json, "unit");
@@ -186,6 +219,7 @@ class Reader {
       curve.xUnit = TextAt(json, "xUnit");
       for (Json const& point : ListAt(one, "points")) AddPoint(point, curve);
       curve.parameters = ParametersIn(one);
+      CheckMembers(one, {"parameters", "points"});
       curves.curves.push_back(std::move(curve));
     }
     return curves;
@@ -196,6 +230,8 @@ class Reader {
     bool const isRange = !json.is_object() || !json.contains("y");
     curve.y.push_back(NumberAt(json, isRange ? "low" : "y"));
     curve.yHigh.push_back(isRange ? NumberAt(json, "high") : kNone);
+    CheckMembers(json, isRange ? std::vector<std::string>{"x", "low", "high", "estimated"}
+                               : std::vector<std::string>{"x", "y", "estimated"});
     bool const hasWord = json.contains("x") && json["x"].is_string();
     curve.x.push_back(json.contains("x") && !hasWord ? NumberAt(json, "x") : kNone);
     curve.xWords.push_back(hasWord ? Text(json["x"]) : "");

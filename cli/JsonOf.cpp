@@ -1,7 +1,9 @@
 #include <nlohmann/json.hpp>
 
 #include <cmath>
+#include <set>
 #include <utility>
+#include <vector>
 
 #include "cli/Failure.h"
 #include "cli/Json.h"
@@ -152,8 +154,22 @@ Json ParseJson(std::string const& text) {
     if (text[i] == '[' || text[i] == '{') ++depth;
     if (text[i] == ']' || text[i] == '}') --depth;
   }
+  // Of two members of one name the last would win, without a word.
+  std::vector<std::set<std::string>> members;
+  std::string twice;
+  auto const note = [&](int /*depth*/, Json::parse_event_t event, Json& parsed) {
+    if (event == Json::parse_event_t::object_start) members.emplace_back();
+    if (event == Json::parse_event_t::object_end) members.pop_back();
+    if (event != Json::parse_event_t::key) return true;
+    auto const& name = parsed.get_ref<std::string const&>();
+    if (!members.back().insert(name).second && twice.empty()) twice = name;
+    return true;
+  };
   Json json =
-      depth > kDeepestJson ? Json(Json::value_t::discarded) : Json::parse(text, nullptr, false);
+      depth > kDeepestJson ? Json(Json::value_t::discarded) : Json::parse(text, note, false);
+  if (!json.is_discarded() && !twice.empty()) {
+    Refuse("an object has the member " + lumo::Quoted(twice) + " twice");
+  }
   if (json.is_discarded()) {
     Refuse(lumo::Quoted(text.substr(0, 30) + (text.size() > 30 ? "..." : "")) +
            (depth > kDeepestJson ? " is nested too deeply" : " is not JSON"));

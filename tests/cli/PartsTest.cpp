@@ -193,6 +193,18 @@ constexpr WrongForm kWrongForms[] = {
     {"Density", R"({"low":1,"unit":3})", "takes a text"},
     {"Density", R"({"value":3,"unit":"kg/m^3"})", "needs a number for \"low\""},
     {"Density", R"({"low":null,"high":null})", "needs a number for \"low\""},
+    {"Density", R"({"low":1,"high":1,"units":"g/cm^3"})", "takes no member \"units\""},
+    {"Hardness by condition", R"({"value":1,"points":[]})", "takes no member \"points\""},
+    {"Hardness by condition", R"({"points":[{"value":1,"parameter":{}}]})", "no member"},
+    {"Hardness by condition", R"({"value":1,"parameters":{"T":{"value":1,"units":"K"}}})",
+     "no member"},
+    {"Data sheet", R"({"URL":"http://x/"})", "takes no member \"URL\""},
+    {"Photo", R"({"name":"a.png","data":"QUJD"})", "takes no member \"name\""},
+    {"Composition", R"({"columns":["Element","Element"],"rows":[]})", "\"Element\" twice"},
+    {"Composition", R"({"columns":["Element"],"row":[],"rows":[]})", "no member"},
+    {"Yield strength against temperature", R"({"series":[],"xunit":"K"})", "no member"},
+    {"Yield strength against temperature", R"({"series":[{"points":[{"y":1,"high":2}]}]})",
+     "takes no member \"high\""},
     {"Hardness by condition", R"({"points":3})", "needs a list \"points\""},
     {"Hardness by condition", R"({"points":[3]})", "needs a number for \"value\""},
     {"Hardness by condition", R"({"value":1,"parameters":["Condition"]})",
@@ -220,12 +232,21 @@ TEST(Values, OfTheWrongFormAreRefusedWithTheNameOfTheirAttribute) {
   }
 }
 
+TEST(Values, AreNotLostBehindOthersOfTheirName) {
+  EXPECT_EQ(cli::ParseJson(R"([{"a":{"a":1},"b":[{"a":1}]},{"a":2}])").size(), 2u);
+  for (char const* const text :
+       {R"({"a":1,"a":1})", R"({"values":{"a":1,"b":{},"a":2}})", R"([{},{"a":{},"a":{}}])"}) {
+    EXPECT_THROW(cli::ParseJson(text), lumo::Error) << text;
+  }
+}
+
 TEST(Values, InCellsAreRefusedWhenTheyDoNotFit) {
   constexpr Form kCells[] = {{"Density", "", "a lot", "is not a number"},
                              {"Density", "", "inf", "is not a number"},
                              {"Density", "", "{\"low\":", "is not JSON"},
                              {"Recyclable", "", "perhaps", "neither yes nor no"},
                              {"Number of suppliers", "", "1.5", "is not a whole number"},
+                             {"Durability: sea water", "", " ; ", "has no word"},
                              {"Composition", "", "Al 90", "cannot be typed"}};
   for (Form const& form : kCells) {
     try {
