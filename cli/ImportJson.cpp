@@ -2,8 +2,13 @@
 
 #include <nlohmann/json.hpp>
 
+#include <memory>
 #include <sstream>
+#include <string>
+#include <type_traits>
 #include <utility>
+#include <variant>
+#include <vector>
 
 #include "cli/Failure.h"
 #include "cli/Json.h"
@@ -12,6 +17,22 @@
 
 namespace cli {
 namespace {
+
+/// Whether a record with it has no value.
+bool IsEmpty(lumo::Value const& value) {
+  auto const holdsNone = [](auto const& held) {
+    using Held = std::decay_t<decltype(held)>;
+    if constexpr (std::is_same_v<Held, std::monostate>) return true;
+    if constexpr (std::is_same_v<Held, std::string>) return held.empty();
+    if constexpr (std::is_same_v<Held, std::vector<std::string>>) return held.empty();
+    if constexpr (std::is_same_v<Held, lumo::Points>) return held.points.empty();
+    if constexpr (std::is_same_v<Held, lumo::Curves>) return held.curves.empty();
+    if constexpr (std::is_same_v<Held, std::shared_ptr<lumo::Grid const>>)
+      return held->rows.empty();
+    return false;
+  };
+  return std::visit(holdsNone, value);
+}
 
 class RecordReader {
  public:
@@ -95,14 +116,16 @@ class RecordReader {
 
   void ReadValue(std::string const& name, Json const& json, lumo::ImportRow& row) const {
     lumo::Attribute const& attribute = lumo::NamedAttribute(m_attributes, name);
-    if (json.is_null()) {
+    lumo::Value value = ValueOf(json, attribute);
+    if (IsEmpty(value)) {
       if (!m_clearsNulls) {
-        Refuse("is null, which changes nothing; --clear-nulls takes the value away");
+        Refuse(std::string(json.is_null() ? "is null" : "is empty") +
+               ", which changes nothing; --clear-nulls takes the value away");
       }
       row.clears.push_back(name);
       return;
     }
-    row.values.push_back({name, ValueOf(json, attribute)});
+    row.values.push_back({name, std::move(value)});
   }
 
   std::vector<lumo::Attribute> const& m_attributes;

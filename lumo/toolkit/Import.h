@@ -30,7 +30,8 @@ struct TypedText {
   bool hasDecimalComma = false;  ///< "2,7" is a figure
 };
 
-/// What a row has for an attribute. Nothing and an empty text leave the record as it is.
+/// What a row has for an attribute. Nothing and an empty text, list or table leave the record as it
+/// is; `ImportRow::clears` takes values away.
 struct ImportValue {
   std::string attribute = {};                   ///< name
   std::variant<Value, TypedText> content = {};  ///< plain, or as typed

@@ -63,10 +63,7 @@ class Planner {
       Try(row, value.attribute, [&] { AddValue(row, value, seen); });
     }
     for (std::string const& name : from.clears) {
-      Try(row, name, [&] {
-        Attribute const& attribute = NamedAttribute(m_attributes, name);
-        row.values.push_back({&attribute, {}, {}});
-      });
+      Try(row, name, [&] { Add(row, NamedAttribute(m_attributes, name), {}, seen); });
     }
     for (ImportLinks const& links : from.links) {
       Try(row, "links: " + links.group, [&] {
@@ -84,7 +81,7 @@ class Planner {
   void AddValue(PlannedRow& row, ImportValue const& value, std::set<Attribute const*>& seen) {
     Attribute const& attribute = NamedAttribute(m_attributes, value.attribute);
     Value checked = m_check.Checked(value, attribute);
-    if (std::holds_alternative<std::monostate>(checked)) return;
+    if (MeansTheSame(checked, {}, attribute, m_units)) return;  // it does not take values away
     Add(row, attribute, std::move(checked), seen);
   }
 

@@ -180,6 +180,7 @@ std::vector<std::string> WordsOf(std::string_view text) {
     if (!word.empty()) words.emplace_back(word);
     at = end + 1;
   }
+  if (words.empty()) Refuse(Quoted(text) + " has no word");
   return words;
 }
 
