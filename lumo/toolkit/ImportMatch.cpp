@@ -335,6 +335,13 @@ class Matcher {
     // An identity may be another server's: names tell then.
     if (!known && from.id.guid.empty() && !from.name.empty()) return MatchNames(row);
     if (!known) return row.Refuse("there is no record " + id);
+    if (from.id.identity != 0 && known->id.identity != from.id.identity) {
+      // The identity may be another server's. The name tells.
+      std::string const why =
+          "the GUID is that of " + IdentityText(known->id) + ", not of " + IdentityText(from.id);
+      if (from.name.empty()) return row.Refuse(why);
+      row.verdict.notes.push_back(why);
+    }
     if (!from.name.empty() && known->name != from.name) {
       return row.Refuse(id + " is the record " + Quoted(known->name) + ", not " +
                         Quoted(from.name) + "; leave the identity out to go by folder and name");

@@ -2,6 +2,7 @@
 // what becomes of them when the server or the network fails.
 
 #include <algorithm>
+#include <cctype>
 #include <random>
 
 #include "lumo/toolkit/Relations.h"
@@ -235,6 +236,18 @@ TEST_F(ImportTest, FindsRecordsByTheirGuids) {
               ElementsAre(HasSubstr("is the record \"316L\", not \"304\""),
                           HasSubstr("lies in \"Metals and alloys/Ferrous/Carbon steels\", and"),
                           HasSubstr("row 6: there is no record " + nobody)));
+  std::string capitals = guidOf("PEEK");
+  std::transform(capitals.begin(), capitals.end(), capitals.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  lumo::ImportReport const other = SheetOf({{"GUID", "Identity", "Name", "Density"},
+                                            {capitals, "", "", "1"},
+                                            {guidOf("304"), "1", "", "1"},
+                                            {guidOf("316L"), "1", "316L", "1"}})
+                                       .Preflight();
+  EXPECT_EQ(other.rows[0].name, "PEEK");
+  EXPECT_THAT(FaultsOf(other), ElementsAre(AllOf(HasSubstr("row 3: the GUID is that of id:"),
+                                                 HasSubstr(", not of id:1"))));
+  EXPECT_THAT(other.rows[2].notes, ElementsAre(HasSubstr(", not of id:1")));
   Cells good = {cells[0], cells[1], cells[2]};
   ASSERT_TRUE(SheetOf(good).Run(Journal("guids"), Quick()).IsComplete());
   EXPECT_EQ(lumo::TextOf(Materials().Get("PEEK", {"Density"})["Density"]), "1 kg/m^3");
