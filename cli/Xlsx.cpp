@@ -102,15 +102,14 @@ std::size_t ColumnOf(std::string_view reference) {
   return column - (column > 0 ? 1 : 0);
 }
 
-bool IsDateFormat(std::string const& code) {
+/// Whether a number format has one of the signs, not as a text.
+bool HasSign(std::string const& code, std::string_view signs) {
   bool isQuoted = false;
   for (std::size_t i = 0; i < code.size(); ++i) {
     if (code[i] == '"') isQuoted = !isQuoted;
     if (code[i] == '\\') ++i;
     if (code[i] == '[') i = std::min(code.find(']', i), code.size() - 1);
-    if (!isQuoted && (code[i] == 'y' || code[i] == 'd' || code[i] == 'Y' || code[i] == 'D')) {
-      return true;
-    }
+    if (!isQuoted && i < code.size() && signs.find(code[i]) != std::string_view::npos) return true;
   }
   return false;
 }
@@ -119,7 +118,7 @@ class Workbook {
  public:
   explicit Workbook(std::string const& bytes) : m_archive(bytes) {
     ReadTexts();
-    ReadDateStyles();
+    ReadStyles();
   }
 
   std::vector<std::vector<std::string>> Rows() {
@@ -145,19 +144,23 @@ class Workbook {
                 [&](pugi::xml_node text) { m_texts.push_back(TextIn(text)); });
   }
 
-  void ReadDateStyles() {
+  void ReadStyles() {
     pugi::xml_document document;
     m_archive.Load("xl/styles.xml", document);
     pugi::xml_node const styles = Child(document, "styleSheet");
     std::set<unsigned> dates = {14, 15, 16, 17, 22};
+    std::set<unsigned> percents = {9, 10};
     ForChildren(Child(styles, "numFmts"), "numFmt", [&](pugi::xml_node format) {
-      if (IsDateFormat(format.attribute("formatCode").value())) {
-        dates.insert(format.attribute("numFmtId").as_uint());
-      }
+      std::string const code = format.attribute("formatCode").value();
+      unsigned const id = format.attribute("numFmtId").as_uint();
+      if (HasSign(code, "ydYD")) dates.insert(id);
+      if (HasSign(code, "%")) percents.insert(id);
     });
     unsigned place = 0;
     ForChildren(Child(styles, "cellXfs"), "xf", [&](pugi::xml_node style) {
-      if (dates.count(style.attribute("numFmtId").as_uint()) > 0) m_dates.insert(place);
+      unsigned const id = style.attribute("numFmtId").as_uint();
+      if (dates.count(id) > 0) m_dates.insert(place);
+      if (percents.count(id) > 0) m_percents.insert(place);
       ++place;
     });
   }
@@ -201,7 +204,12 @@ class Workbook {
   std::string TextOf(pugi::xml_node cell) const {
     std::string_view const type = cell.attribute("t").value();
     if (type == "inlineStr") return TextIn(Child(cell, "is"));
-    std::string value = Child(cell, "v").text().get();
+    pugi::xml_node const held = Child(cell, "v");
+    if (!held && Child(cell, "f")) {
+      Refuse("the cell " + std::string(cell.attribute("r").value()) +
+             " has a formula that was never computed; save the file in a spreadsheet program");
+    }
+    std::string value = held.text().get();
     if (type == "s") {
       auto const place = static_cast<std::size_t>(std::strtoul(value.c_str(), nullptr, 10));
       return place < m_texts.size() ? m_texts[place] : "";
@@ -210,7 +218,9 @@ class Workbook {
     if (type == "str" || type == "d" || type == "e") return value;
     double number = 0;
     if (!lumo::ReadNumber(value, number)) return value;
-    return m_dates.count(cell.attribute("s").as_uint()) > 0 ? DateOf(number) : lumo::TextOf(number);
+    unsigned const style = cell.attribute("s").as_uint();
+    if (m_dates.count(style) > 0) return DateOf(number);
+    return m_percents.count(style) > 0 ? lumo::TextOf(100 * number) + " %" : lumo::TextOf(number);
   }
 
   /// Sheets count days, from the end of 1899 or from 1904.
@@ -228,7 +238,8 @@ class Workbook {
 
   Archive m_archive;
   std::vector<std::string> m_texts;
-  std::set<unsigned> m_dates;
+  std::set<unsigned> m_dates;  ///< styles
+  std::set<unsigned> m_percents;
   bool m_countsFrom1904 = false;
 };
 
