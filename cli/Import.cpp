@@ -1,5 +1,6 @@
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <filesystem>
@@ -67,12 +68,16 @@ class Outcome {
     }
     m_context.Note(done + Summary(m_report));
     if (m_report.isWritten && !next.empty()) m_context.Note(next);
-    bool const isPart = m_report.Count(Kind::Create) + m_report.Count(Kind::Change) > 0;
+    bool const isPart = m_report.Count(Kind::Create) + m_report.Count(Kind::Change) > 0 ||
+                        (m_report.isWritten && !m_report.newFolders.empty());
     if (m_report.stopped) {
       lumo::Error const& error = *m_report.stopped;
       bool const isInterrupt = error.Code() == lumo::ErrorCode::Cancelled;
-      throw Failure(isPart && !isInterrupt ? ExitCode::PartlyDone : ExitCodeOf(error),
-                    TextOf(error));
+      bool const isOpen = std::any_of(m_report.rows.begin(), m_report.rows.end(),
+                                      [](auto const& row) { return row.isOpen; });
+      bool const isLost = error.Code() == lumo::ErrorCode::OutcomeUnknown && !isOpen;
+      ExitCode const nothing = isLost ? ExitCode::Transport : ExitCodeOf(error);
+      throw Failure(isPart && !isInterrupt ? ExitCode::PartlyDone : nothing, TextOf(error));
     }
     if (m_report.IsComplete()) return;
     throw Failure(isPart && m_report.isWritten ? ExitCode::PartlyDone : ExitCode::Usage, "");

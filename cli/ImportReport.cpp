@@ -1,5 +1,6 @@
 #include "cli/ImportReport.h"
 
+#include <algorithm>
 #include <iostream>
 #include <map>
 #include <utility>
@@ -26,7 +27,7 @@ std::string WhyOf(lumo::RowVerdict const& row) {
 
 /// What is worth knowing of a row that is taken.
 std::string NotesOf(lumo::RowVerdict const& row) {
-  std::string text;
+  std::string text = row.isOpen ? "note: was sent, and may have happened or not" : "";
   for (std::string const& note : row.notes) text += (text.empty() ? "note: " : "; ") + note;
   return text;
 }
@@ -119,13 +120,19 @@ std::string Summary(lumo::ImportReport const& report) {
                               {Kind::Same, "as they were", "as they are"},
                               {Kind::Refused, "refused", "with faults"},
                               {Kind::Waiting, "not sent", "not sent"}};
+  auto const open = static_cast<std::size_t>(
+      std::count_if(report.rows.begin(), report.rows.end(),
+                    [](lumo::RowVerdict const& row) { return row.isOpen; }));
   std::string text;
+  auto const add = [&text](std::size_t count, char const* what) {
+    if (count > 0) text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + what;
+  };
   for (Words const& words : kWords) {
-    std::size_t const count = report.Count(words.kind);
-    if (count == 0) continue;
-    text += (text.empty() ? "" : ", ") + std::to_string(count) + " " +
-            (report.isWritten ? words.done : words.toDo);
+    bool const mayBeOpen = words.kind == Kind::Waiting;
+    std::size_t const count = report.Count(words.kind) - (mayBeOpen ? open : 0);
+    add(count, report.isWritten ? words.done : words.toDo);
   }
+  add(open, "may be done or not");
   return (text.empty() ? "no rows" : text) + (report.isWritten ? "" : "; nothing was written");
 }
 

@@ -54,7 +54,7 @@ struct RowFault {
 /// A record to make or to change.
 ///
 /// Which record it is, is told by `id` (a GUID, or an identity), or by folder and name, or by the
-/// name alone when the table has it once. What is not there is made.
+/// name alone when the table has it once, or once at its top. What is not there is made.
 struct ImportRow {
   std::size_t number = 0;     ///< of the row in its source; 0 counts the rows from 1
   RecordId id = {};           ///< its `database` is of no matter
@@ -84,7 +84,7 @@ struct RowVerdict {
     Change,
     Same,     ///< the record has all of it already; nothing is sent
     Refused,  ///< `faults` say why
-    Waiting   ///< after a run that stopped: not sent
+    Waiting   ///< after a run that stopped: not sent, or `isOpen`
   };
   Kind kind = Kind::Same;                 ///< what is done
   std::size_t row = 0;                    ///< number of the row in the input
@@ -94,6 +94,7 @@ struct RowVerdict {
   std::vector<ValueChange> changes = {};  ///< value by value
   std::vector<RowFault> faults = {};      ///< why it is refused
   std::vector<std::string> notes = {};    ///< what a person might want to know
+  bool isOpen = false;  ///< of `Waiting`: it was sent, and may have happened or not
 };
 
 /// "create", "change", "same", "refused", "waiting".

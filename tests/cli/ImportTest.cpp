@@ -286,6 +286,28 @@ TEST_F(ImportCommand, GoesOnAndGoesBack) {
   EXPECT_EQ(after, before);
 }
 
+TEST_F(ImportCommand, SaysWhatMayBeDone) {
+  Start();
+  std::string const file = File("one.csv", "Folder,Name\nNew,A\n");
+  Words const import =
+      OnMaterials("import", {"--make-folders", "--retries", "0", file, "-f", "csv"});
+  Plan("SetRecordAttributes stall 0\nSetRecordAttributes status 503");
+  Outcome outcome = Run(import);
+  EXPECT_EQ(outcome.code, 5) << "the folder is made";
+  EXPECT_THAT(outcome.error, AllOf(HasSubstr("new folder: New"), HasSubstr("1 not sent")));
+  Plan("SetRecordAttributes reset");
+  outcome = Run(OnMaterials("import", {"--retries", "0", File("top.csv", "Name\nB\n")}));
+  EXPECT_EQ(outcome.code, 4) << "it was looked up";
+  EXPECT_THAT(outcome.error, HasSubstr("1 not sent"));
+  Words hasty = import;
+  hasty.insert(hasty.end(), {"--timeout", "1"});
+  Plan("SetRecordAttributes stall 3");
+  outcome = Run(hasty);
+  EXPECT_EQ(outcome.code, 5);
+  EXPECT_THAT(outcome.error, AllOf(HasSubstr("1 may be done or not"), Not(HasSubstr("not sent"))));
+  EXPECT_THAT(outcome.out, HasSubstr("note: was sent, and may have happened or not"));
+}
+
 TEST_F(ImportCommand, MakesTheSameTableHoweverOftenItIsKilled) {
   std::size_t const rows = Scaled("LUMO_TEST_KILL_ROWS", 200);
   std::size_t const kills = Scaled("LUMO_TEST_KILLS", 5);

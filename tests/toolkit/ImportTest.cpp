@@ -430,6 +430,7 @@ TEST_F(ImportTest, LooksForWhatATimeOutLeftOpen) {
     lumo::ImportReport report = import.Run(Journal(name), Quick());
     ASSERT_TRUE(report.stopped) << name;
     EXPECT_EQ(report.stopped->Code(), lumo::ErrorCode::OutcomeUnknown);
+    EXPECT_TRUE(report.rows[0].isOpen) << name;
     report = lumo::Import::Resume(Server(), Journal(name), early);
     ASSERT_TRUE(report.stopped) << name;
     EXPECT_THAT(report.stopped->what(), HasSubstr("repeat this after "));
