@@ -73,8 +73,7 @@ class Outcome {
     if (m_report.stopped) {
       lumo::Error const& error = *m_report.stopped;
       bool const isInterrupt = error.Code() == lumo::ErrorCode::Cancelled;
-      bool const isOpen = std::any_of(m_report.rows.begin(), m_report.rows.end(),
-                                      [](auto const& row) { return row.isOpen; });
+      bool const isOpen = std::any_of(m_report.rows.begin(), m_report.rows.end(), lumo::MayBeDone);
       bool const isLost = error.Code() == lumo::ErrorCode::OutcomeUnknown && !isOpen;
       ExitCode const nothing = isLost ? ExitCode::Transport : ExitCodeOf(error);
       throw Failure(isPart && !isInterrupt ? ExitCode::PartlyDone : nothing, TextOf(error));
@@ -94,7 +93,6 @@ lumo::ImportOptions OptionsOf(Context& context, ImportChoice const& choice, Prog
   options.keepsGoing = choice.keepsGoing;
   if (context.chunk > 0) options.chunkSize = static_cast<std::size_t>(context.chunk);
   options.source = choice.input.file;
-  options.resendAfter = std::chrono::seconds(choice.resendAfter);
   options.cancel = Interrupts();
   options.onProgress = [&progress](lumo::Progress const& at) { progress.Show(at); };
   return options;
@@ -127,7 +125,8 @@ void GoOn(Context& context, ImportChoice const& choice) {
   lumo::Client const client = context.Connect();
   lumo::ImportReport const report =
       ReportOf(context, choice, [&](lumo::ImportOptions const& options) {
-        return lumo::Import::Resume(client, choice.resume, options);
+        return lumo::Import::Resume(client, choice.resume, options,
+                                    std::chrono::seconds(choice.resendAfter));
       });
   Outcome(context, report).Tell("", NextStep(report, choice.resume));
 }
@@ -136,7 +135,8 @@ void Undo(Context& context, ImportChoice const& choice) {
   lumo::Client const client = context.Connect();
   lumo::ImportReport const report =
       ReportOf(context, choice, [&](lumo::ImportOptions const& options) {
-        return lumo::Import::Undo(client, choice.undo, options);
+        return lumo::Import::Undo(client, choice.undo, options,
+                                  std::chrono::seconds(choice.resendAfter));
       });
   for (std::string const& folder : report.newFolders) {
     context.Note("the folder " + lumo::Quoted(OneLine(folder)) + " stays");

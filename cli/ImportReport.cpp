@@ -27,7 +27,7 @@ std::string WhyOf(lumo::RowVerdict const& row) {
 
 /// What is worth knowing of a row that is taken.
 std::string NotesOf(lumo::RowVerdict const& row) {
-  std::string text = row.isOpen ? "note: was sent, and may have happened or not" : "";
+  std::string text;
   for (std::string const& note : row.notes) text += (text.empty() ? "note: " : "; ") + note;
   return text;
 }
@@ -121,8 +121,7 @@ std::string Summary(lumo::ImportReport const& report) {
                               {Kind::Refused, "refused", "with faults"},
                               {Kind::Waiting, "not sent", "not sent"}};
   auto const open = static_cast<std::size_t>(
-      std::count_if(report.rows.begin(), report.rows.end(),
-                    [](lumo::RowVerdict const& row) { return row.isOpen; }));
+      std::count_if(report.rows.begin(), report.rows.end(), lumo::MayBeDone));
   std::string text;
   auto const add = [&text](std::size_t count, char const* what) {
     if (count > 0) text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + what;

@@ -29,7 +29,7 @@ ImportReport RunPlan(std::shared_ptr<OpenedTable> const& table, ImportPlan const
   head.keepsGoing = options.keepsGoing;
   head.chunkSize = std::max<std::size_t>(1, options.chunkSize);
   auto const journal = Journal::Create(path, head, plan);
-  return ImportRun(table, *journal, options).Go(false);
+  return ImportRun(table, *journal, options).Go();
 }
 
 std::shared_ptr<OpenedTable> OpenTableOf(Client const& client, Journal const& journal) {
@@ -91,11 +91,16 @@ ImportReport Import::Run(std::filesystem::path const& journal, ImportOptions con
 
 ImportReport Import::Resume(Client const& client, std::filesystem::path const& path,
                             ImportOptions const& options) {
+  return Resume(client, path, options, kResendAfter);
+}
+
+ImportReport Import::Resume(Client const& client, std::filesystem::path const& path,
+                            ImportOptions const& options, std::chrono::milliseconds resendAfter) {
   auto const journal = Journal::Open(path);
   auto const table = OpenTableOf(client, *journal);
   ImportOptions asBegun = options;
   asBegun.keepsGoing = options.keepsGoing || journal->About().keepsGoing;
-  return ImportRun(table, *journal, asBegun).Go(true);
+  return ImportRun(table, *journal, asBegun).Resume(resendAfter);
 }
 
 char const* NameOf(RowVerdict::Kind kind) {
@@ -107,6 +112,10 @@ char const* NameOf(RowVerdict::Kind kind) {
     case RowVerdict::Kind::Waiting: break;
   }
   return "waiting";
+}
+
+bool MayBeDone(RowVerdict const& row) {
+  return row.kind == RowVerdict::Kind::Waiting && !row.notes.empty() && row.notes[0] == kSentNote;
 }
 
 std::size_t ImportReport::Count(RowVerdict::Kind kind) const {

@@ -84,7 +84,7 @@ struct RowVerdict {
     Change,
     Same,     ///< the record has all of it already; nothing is sent
     Refused,  ///< `faults` say why
-    Waiting   ///< after a run that stopped: not sent, or `isOpen`
+    Waiting   ///< after a run that stopped: not sent, or `MayBeDone`
   };
   Kind kind = Kind::Same;                 ///< what is done
   std::size_t row = 0;                    ///< number of the row in the input
@@ -94,11 +94,12 @@ struct RowVerdict {
   std::vector<ValueChange> changes = {};  ///< value by value
   std::vector<RowFault> faults = {};      ///< why it is refused
   std::vector<std::string> notes = {};    ///< what a person might want to know
-  bool isOpen = false;  ///< of `Waiting`: it was sent, and may have happened or not
 };
 
 /// "create", "change", "same", "refused", "waiting".
 LUMO_API char const* NameOf(RowVerdict::Kind kind);
+/// Whether a row that waits was sent, and may have happened or not; a note says so, too.
+LUMO_API bool MayBeDone(RowVerdict const& row);
 
 /// What an import has done, or would do.
 struct ImportReport {
@@ -132,10 +133,6 @@ struct ImportOptions {
   CancellationToken cancel = {};  ///< ends the run behind the chunk that is under way
   /// On the caller's thread, at each chunk.
   std::function<void(Progress const&)> onProgress = {};
-  /// How long after it went out the server may still be at work on a request with which an earlier
-  /// run ended, by a time-out or with its process. Until then `Resume` and `Undo` send nothing
-  /// again that they do not find: they stop, and say when to repeat them.
-  std::chrono::milliseconds resendAfter{300'000};
 };
 
 /// Makes and changes records of a table:
@@ -190,11 +187,19 @@ class LUMO_API Import {
   /// another server.
   static ImportReport Resume(Client const& client, std::filesystem::path const& journal,
                              ImportOptions const& options = {});
+  /// The same. What went out last and is not there may still be under way, and goes out again only
+  /// when it is so old; until then the report is stopped (OutcomeUnknown), and says when to repeat
+  /// this. The others take 5 minutes, the longest that a call may take.
+  static ImportReport Resume(Client const& client, std::filesystem::path const& journal,
+                             ImportOptions const& options, std::chrono::milliseconds resendAfter);
   /// Writes the old values of changed records back. A value that is not what the import wrote is
   /// left alone. Each row of the report that is `Refused` cannot be undone, records that were made
   /// among them, and says why; `Change` was undone now, `Same` needed nothing.
   static ImportReport Undo(Client const& client, std::filesystem::path const& journal,
                            ImportOptions const& options = {});
+  /// The same; throws `Error` (OutcomeUnknown) while what went out last may still be under way.
+  static ImportReport Undo(Client const& client, std::filesystem::path const& journal,
+                           ImportOptions const& options, std::chrono::milliseconds resendAfter);
 
  private:
   friend class Table;

@@ -87,12 +87,23 @@ ImportRun::ImportRun(std::shared_ptr<OpenedTable> table, Journal& journal, Impor
   m_total = m_journal.CountOf(StepState::Waiting) + m_journal.CountOf(StepState::Sent);
 }
 
-ImportReport ImportRun::Go(bool isResumed) {
+ImportReport ImportRun::Go() {
+  return ReportOf([this] { SendAll(); });
+}
+
+ImportReport ImportRun::Resume(std::chrono::milliseconds resendAfter) {
+  return ReportOf([&] {
+    SettleLeftovers(resendAfter);
+    LookAtWaiting();
+    SendAll();
+  });
+}
+
+template <class Work>
+ImportReport ImportRun::ReportOf(Work work) {
   std::optional<Error> stopped;
   try {
-    SettleLeftovers();
-    if (isResumed) LookAtWaiting();
-    SendAll();
+    work();
   } catch (Error const& error) {
     stopped = error;
   }
@@ -101,16 +112,19 @@ ImportReport ImportRun::Go(bool isResumed) {
   return report;
 }
 
-void ImportRun::SettleLeftovers() {
+void ImportRun::SettleLeftovers(std::chrono::milliseconds resendAfter) {
   Folders sent;
   for (auto const& [path, folder] : m_folders) {
     if (folder.state == StepState::Sent) sent.push_back(folder);
   }
-  SettleLeft(std::move(sent), [this](Folders const& left) { return LookForFolders(left); });
+  SettleLeft(
+      std::move(sent), [this](Folders const& left) { return LookForFolders(left); }, resendAfter);
   for (;;) {
     Steps left = m_journal.Next(StepState::Sent, m_journal.About().chunkSize);
     if (left.empty()) break;
-    SettleLeft(WithParents(std::move(left)), [this](Steps const& steps) { return Look(steps); });
+    SettleLeft(
+        WithParents(std::move(left)), [this](Steps const& steps) { return Look(steps); },
+        resendAfter);
   }
   FinishMade();
 }
@@ -184,10 +198,10 @@ List ImportRun::Settle(List left, LookFor lookFor) {
 /// Settles what a run left behind. Nobody was there any more to hear how the call ended, so that
 /// the server may have it for as long as calls take.
 template <class List, class LookFor>
-void ImportRun::SettleLeft(List left, LookFor lookFor) {
+void ImportRun::SettleLeft(List left, LookFor lookFor, std::chrono::milliseconds resendAfter) {
   left = Settle(std::move(left), lookFor);
   if (left.empty()) return;
-  SystemClock::time_point const end = m_journal.LastSent() + m_options.resendAfter;
+  SystemClock::time_point const end = m_journal.LastSent() + resendAfter;
   if (SystemClock::now() < end) {
     throw Error(ErrorCode::OutcomeUnknown,
                 "what was sent last is not there, and the server may still be at work on it; "

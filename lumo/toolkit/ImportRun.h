@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <set>
@@ -12,6 +13,9 @@
 
 namespace lumo {
 
+/// As long as a call may take.
+constexpr std::chrono::milliseconds kResendAfter{300'000};
+
 /// Sends what a journal holds, chunk by chunk. Each request is in the journal before it goes out.
 /// One whose reply is lost is settled by a look-up, and only what is not there then is sent again.
 /// Not installed.
@@ -19,15 +23,20 @@ class ImportRun {
  public:
   ImportRun(std::shared_ptr<OpenedTable> table, Journal& journal, ImportOptions options);
 
-  /// Begins with what an earlier run left behind. The report says why it stopped, if it did.
-  ImportReport Go(bool isResumed);
-  /// Finds out what came of the last requests of a run that was ended.
-  void SettleLeftovers();
+  /// The report says why it stopped, if it did.
+  ImportReport Go();
+  /// The same, behind what an earlier run left.
+  ImportReport Resume(std::chrono::milliseconds resendAfter);
+  /// Finds out what came of the last requests of a run that was ended. What is not there waits to
+  /// be sent when it is so old; before, throws `Error` (OutcomeUnknown).
+  void SettleLeftovers(std::chrono::milliseconds resendAfter);
 
  private:
   using Steps = std::vector<Step>;
   using Folders = std::vector<FolderStep>;
 
+  template <class Work>
+  ImportReport ReportOf(Work work);
   void LookAtWaiting();
   void SendAll();
   void Tell();
@@ -35,7 +44,7 @@ class ImportRun {
   template <class List, class LookFor>
   List Settle(List left, LookFor lookFor);
   template <class List, class LookFor>
-  void SettleLeft(List left, LookFor lookFor);
+  void SettleLeft(List left, LookFor lookFor, std::chrono::milliseconds resendAfter);
   template <class List, class Once, class LookFor>
   List Repeat(List left, Once once, LookFor lookFor);
 

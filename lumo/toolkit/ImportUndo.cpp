@@ -157,9 +157,14 @@ RowVerdict VerdictOnMade(Step const& step) {
 
 ImportReport Import::Undo(Client const& client, std::filesystem::path const& path,
                           ImportOptions const& options) {
+  return Undo(client, path, options, kResendAfter);
+}
+
+ImportReport Import::Undo(Client const& client, std::filesystem::path const& path,
+                          ImportOptions const& options, std::chrono::milliseconds resendAfter) {
   auto const journal = Journal::Open(path);
   auto const table = OpenTableOf(client, *journal);
-  ImportRun(table, *journal, options).SettleLeftovers();
+  ImportRun(table, *journal, options).SettleLeftovers(resendAfter);
   UndoPlanner planner(table, options);
   std::vector<Step> steps = journal->All(RowVerdict::Kind::Change, StepState::Done);
   // The values of a record whose links were refused are written.

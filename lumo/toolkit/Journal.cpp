@@ -351,7 +351,7 @@ ImportReport Journal::Report() {
     verdict.kind = step.state == StepState::Done || step.state == StepState::Made ? step.kind
                    : step.state == StepState::Refused ? RowVerdict::Kind::Refused
                                                       : RowVerdict::Kind::Waiting;
-    verdict.isOpen = step.state == StepState::Sent;
+    if (step.state == StepState::Sent) verdict.notes.emplace_back(kSentNote);
     verdict.row = step.row;
     verdict.id = step.record;
     verdict.folder = std::move(step.folder);

@@ -18,6 +18,9 @@ namespace lumo {
 /// were made by somebody else.
 enum class StepState { Waiting, Sent, Made, Done, Refused };
 
+/// Note on a row that is `Sent`.
+constexpr char kSentNote[] = "was sent, and may have happened or not";
+
 /// A record as the journal has it.
 struct Step {
   struct Content {

@@ -78,7 +78,6 @@ std::size_t ImportTest::CountInLog(std::string const& text) {
 lumo::ImportOptions ImportTest::Quick() {
   lumo::ImportOptions options;
   options.settleAfter = std::chrono::milliseconds(50);
-  options.resendAfter = std::chrono::milliseconds(50);
   return options;
 }
 
