@@ -39,7 +39,7 @@ _lumo() {
         --sandbox-file | -t | --text | -w | --where | --match | --name | -a | --attribute | --low | --high | --long | \
         --sort | --limit | --columns | --folder | --subset | --depth | --from | --unit-system | --currency | \
         --ranges | --delimiter | --partition | --size | -j | --jobs | --chunk | -f | --format | -o | --output | \
-        -e | --exporter | -p | --parameter | --port | --idle | --journal | --resume | \
+        -e | --exporter | -p | --parameter | --port | --idle | --journal | --resume | --resend-after | \
         --undo)
         ((++i))
         [ "${COMP_WORDS[i]}" != = ] || ((++i))

@@ -9,11 +9,9 @@
 
 using lumo::ErrorCode;
 using lumo::HintCode;
-using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Optional;
 
 namespace {
 
