@@ -47,9 +47,9 @@ std::string Target(std::string const& file) {
 /// Makes a file beside `target` and gives its descriptor: the first of .part, .part2 and so on that
 /// does not exist, as such a file may be somebody's.
 int OpenBeside(std::string const& target, std::string& name) {
-  constexpr int kMost = 1000;
+  constexpr int kMostNames = 1000;
   int file = -1;
-  for (int i = 1; i < kMost && file < 0 && (i == 1 || errno == EEXIST); ++i) {
+  for (int i = 1; i < kMostNames && file < 0 && (i == 1 || errno == EEXIST); ++i) {
     name = target + ".part" + (i == 1 ? "" : std::to_string(i));
     file = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
   }
