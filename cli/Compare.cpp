@@ -131,9 +131,9 @@ class Line {
   std::vector<lumo::Value> m_values;
 };
 
-/// The records' names; namesakes have their identity behind it.
+/// Those of the records are their names; namesakes have their identity behind it.
 std::vector<std::string> HeadingsOf(std::vector<lumo::Record> const& records) {
-  std::vector<std::string> headings;
+  std::vector<std::string> headings = {"Attribute", "Unit"};
   for (lumo::Record const& record : records) {
     auto const isNamesake = [&](lumo::Record const& other) {
       return other.Name() == record.Name() && other.Id().identity != record.Id().identity;
@@ -154,13 +154,11 @@ void Compare(Context& context, CompareChoice const& choice) {
   std::vector<lumo::Attribute> const& attributes = stream.Attributes();
   wishes.Check(attributes);
   std::vector<lumo::Record> records(stream.begin(), stream.end());
-  std::vector<std::string> headings = {"Attribute", "Unit"};
-  for (std::string& heading : HeadingsOf(records)) headings.push_back(std::move(heading));
   std::vector<std::string> lowMarked;
   bool isAnyMarked = false;
   bool isAnyUnmarked = false;
   bool const isForReading = context.output.format == Format::Text;
-  PutOut(context.output, headings, [&](TableWriter& out) {
+  PutOut(context.output, HeadingsOf(records), [&](TableWriter& out) {
     for (lumo::Attribute const& attribute : attributes) {
       Line const line(attribute, records);
       if (line.IsEmpty()) continue;
